@@ -1,0 +1,81 @@
+/**
+ * @file vt_ssp_host.h
+ * What the host platform library offers beyond the gateway's own one: serving remote procedure
+ * calls. The simulated gateway's processes use it; the bridge never does.
+ */
+#ifndef VT_SSP_HOST_H
+#define VT_SSP_HOST_H
+
+#include <stdint.h>
+
+#include "vt_ssp_basic.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** Result codes of the host platform. 0 is success everywhere. */
+enum {
+    VT_HOST_ERR_ARGUMENT = 0xF7000001,  /**< a null pointer, a bad length, a name that does not fit */
+    VT_HOST_ERR_STATE = 0xF7000002,     /**< the message service is not initialised, or is already */
+    VT_HOST_ERR_NO_RECEIVER = 0xF7000003, /**< no process of that name is listening */
+    VT_HOST_ERR_TIMEOUT = 0xF7000004,   /**< the receiver did not answer in time */
+    VT_HOST_ERR_BROKEN = 0xF7000005,    /**< the connection broke before the answer came */
+    VT_HOST_ERR_SYSTEM = 0xF7000006,    /**< a system call failed; errno tells why */
+    VT_HOST_ERR_MEMORY = 0xF7000007,    /**< out of memory */
+    VT_HOST_ERR_TOO_LONG = 0xF7000008,  /**< a message, block or text longer than its limit */
+    VT_HOST_ERR_NO_BLOCK = 0xF7000009,  /**< no bulk block has that id */
+    VT_HOST_ERR_DATA = 0xF700000A,      /**< compressed data is damaged, or data does not shrink */
+    VT_HOST_ERR_UNKNOWN_RPC = 0xF700000B /**< the receiver has no handler for the RPC id */
+};
+
+/** The longest request or reply of one RPC and the longest asynchronous message, in bytes. */
+#define VT_HOST_MAX_PAYLOAD 131072u
+
+/** A handler's answer that means: send no reply at all; the caller runs into its time-out. */
+#define VT_HOST_NO_REPLY 0xFFFFFFFEu
+
+/** One incoming RPC. All pointers are valid during the handler's call only. */
+typedef struct VtHostCall {
+    const RpcMsgHead *pstHead; /**< the caller's header; its texts are zero-terminated */
+    uint32_t uiRpcId;
+    uint32_t uiDstMid;
+    const void *pvReq; /**< uiReqLen bytes, never null */
+    uint32_t uiReqLen;
+    void *pvRsp; /**< room for uiRspCap bytes, zeroed */
+    uint32_t uiRspCap; /**< the caller's reply capacity, at most VT_HOST_MAX_PAYLOAD */
+} VtHostCall;
+
+/**
+ * Serves one RPC. Called on several threads at once, one per caller's connection.
+ * @param pvContext the context given to VT_HOST_Serve
+ * @param pstCall   the request and the room for the reply
+ * @param puiRspLen in: 0; out: bytes of pvRsp that go back, at most uiRspCap
+ * @return the status that the caller's VT_MSG_RpcCall returns, or VT_HOST_NO_REPLY
+ */
+typedef uint32_t (*VtHostHandler)(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
+
+/**
+ * Starts serving RPCs sent to this process. VT_MSG_Init must have been called with the process
+ * name. Returns at once; calls are served on threads of the library until VT_HOST_Stop.
+ */
+uint32_t VT_HOST_Serve(VtHostHandler pfnHandler, void *pvContext);
+
+/** Stops listening, lets running handlers end, and joins their threads. VT_MSG_Init may follow. */
+uint32_t VT_HOST_Stop(void);
+
+/** Removes the bulk blocks left behind in the runtime directory's name space. Called by the
+ *  gateway's start, before any process of it runs. Returns the number of blocks removed. */
+uint32_t VT_HOST_RemoveStaleBlocks(void);
+
+/** What a procedure registered with VT_MSG_RegisterMID receives: this, with uiLen bytes behind. */
+typedef struct VtHostMsg {
+    RpcMsgHead stHead;
+    uint32_t uiMsgType;
+    uint32_t uiLen;
+} VtHostMsg;
+
+#ifdef __cplusplus
+}
+#endif
+#endif
