@@ -1,0 +1,53 @@
+// Java texts to bytes and back, always in UTF-8 by the Java class library's own conversion, never
+// in the virtual machine's modified form.
+#ifndef WAP_COMMON_JNI_BASE_H
+#define WAP_COMMON_JNI_BASE_H
+
+#include <jni.h>
+#include <stdint.h>
+
+#include "common/wap_export.h"
+
+/**
+ * Makes a native text of a Java one.
+ * @param pstEnv the calling thread's environment, with no exception pending
+ * @param jText  the Java text; may be null
+ * @return a new block of its UTF-8 bytes and a zero, released with VT_OS_MemFreeD or free by the
+ *         caller; null when jText is null or empty, or when anything fails. No exception is left
+ *         pending. A U+0000 inside the text ends the native text.
+ */
+WAP_EXPORT char *jstring2char(JNIEnv *pstEnv, jstring jText);
+
+/// Like jstring2char, but an empty Java text gives a new block holding "".
+WAP_EXPORT char *jstringtochar(JNIEnv *pstEnv, jstring jText);
+
+/**
+ * Makes a Java text of a native one.
+ * @param pcText UTF-8, zero-terminated; may be null
+ * @return a new local reference; null when pcText is null or empty, or when anything fails. No
+ *         exception is left pending.
+ */
+WAP_EXPORT jstring char2jstring(JNIEnv *pstEnv, const char *pcText);
+
+/**
+ * Releases the first uiCount texts of a table and sets their slots to null.
+ * @param ppcTexts the table; may be null; empty slots are null
+ */
+WAP_EXPORT void JNI_BASE_FreeArray2MaxIndex(char **ppcTexts, uint32_t uiCount);
+
+/**
+ * Appends the texts of a Java array to a native text, with a separator between them. Null and empty
+ * elements are left out.
+ * @param jTexts      an array of strings; may be null, which counts as empty
+ * @param pcSeparator the separator, not empty
+ * @param pcOut       the text to append to, zero-terminated: zero it before the call
+ * @param uiOutSize   size of pcOut in bytes; the last byte is never used
+ * @return 0, or 1 when the next element or separator would pass uiOutSize - 1 bytes (pcOut then
+ *         holds what fitted), when an argument is null, or when the array has more elements than
+ *         the virtual machine grants local references for
+ */
+WAP_EXPORT uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts,
+                                                  const char *pcSeparator, char *pcOut,
+                                                  uint32_t uiOutSize);
+
+#endif
