@@ -1,0 +1,97 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * General information about the gateway: model and versions, memory, load, running time.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads. Those that ask another process of the gateway block the calling thread
+ * until the answer arrives, 30 seconds at most; a process that is not running makes them fail
+ * without waiting. No method throws because of the gateway's state.
+ */
+public class DeviceInfoQueryServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public DeviceInfoQueryServiceJNI() {}
+
+    /**
+     * Describes the device. Asks the process {@code osgi_proxy}, at most 30 seconds.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0 , "Vendor":"Veltra", "ProductCLass":"HG-200", "HardwareVer":"V1.0",
+     *  "FirmwareVer":"1.0.7", "FlashSize":256, "RamSize":512, "MainChipClass":"VC-9", "NFC":"0"}
+     * }</pre>
+     *
+     * <p>The answer is one line. The key {@code ProductCLass} is spelt with a capital L. The sizes
+     * are numbers in the unit that the firmware uses; {@code NFC} is a text of one character at
+     * most, and empty when the firmware doesn't say. The texts are inserted as the gateway gives
+     * them, so a quotation mark in one of them makes the answer invalid JSON.
+     *
+     * @return the description, or <code>{"Result":-1}</code> (no blanks) when the gateway's process
+     *     doesn't answer, refuses, or describes itself in more than 511 bytes
+     */
+    public native String getDeviceInfo();
+
+    /**
+     * Tells the device's MAC address. Asks the process {@code osgi_proxy}, at most 30 seconds.
+     *
+     * <p>Example answer: {@code 02:11:22:33:44:55}
+     *
+     * @return the address as the gateway writes it, 17 characters at most; <code>
+     *     { "Result": -1 }</code> (with blanks) when the process doesn't answer, refuses, or sends a
+     *     longer text; {@code null} when it sends an empty text
+     */
+    public native String getDeviceMAC();
+
+    /**
+     * Tells how long the device has been running. Asks the process {@code osgi_proxy}, at most 30
+     * seconds.
+     *
+     * <p>Example answer: {@code 86400}
+     *
+     * @return the running time in the unit of the firmware, as an unsigned 32-bit number in an
+     *     {@code int}: read it with {@link Integer#toUnsignedLong(int)}; -1 when the process doesn't
+     *     answer or refuses. A running time of 4294967295 can't be told from that failure.
+     */
+    public native int getDeviceUpTime();
+
+    /**
+     * Tells the version of this programming interface. Asks nobody and doesn't wait.
+     *
+     * <p>Example answer: {@code 1.0}
+     *
+     * @return the version; should it not fit the library's buffer, <code>{ "Result": N }</code> with
+     *     the library's code N
+     */
+    public native String getAPIVersion();
+
+    /**
+     * Tells how busy the processors are. Measured by the platform's library in this process, without
+     * asking the gateway's processes; the measurement itself can take a moment.
+     *
+     * <p>Example answer: {@code 7}
+     *
+     * @param iSample ignored, whatever its value
+     * @return the share of busy time in percent, never 0: an idle device answers 1; -1 when the
+     *     platform can't measure
+     */
+    public native int getCPUOccupancyRate(int iSample);
+
+    /**
+     * Tells how much of the memory is in use. Read by the platform's library in this process,
+     * without asking the gateway's processes.
+     *
+     * <p>Example answer: {@code 43}
+     *
+     * @param iSample ignored, whatever its value
+     * @return the used share in percent, 0 included; -1 when the platform can't tell
+     */
+    public native int getRAMOccupancyRate(int iSample);
+}

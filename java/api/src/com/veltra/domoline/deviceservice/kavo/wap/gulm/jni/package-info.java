@@ -1,0 +1,10 @@
+/**
+ * Services of the gateway's broadband side: what the device is, what it consists of, and how busy
+ * it is.
+ *
+ * <p>Answers that are lists of values are JSON texts. Note the two spellings of a failure: answers
+ * that the library writes by itself have no blanks, <code>{"Result":-1}</code>, while those printed
+ * by its JSON library do, <code>{ "Result": -1 }</code>. Read them with a JSON parser, not by
+ * comparing texts.
+ */
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
