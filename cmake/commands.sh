@@ -1,0 +1,77 @@
+# What ./run and ./test share: the Debian packages that they need, the one way to install them, and
+# the one way to build a preset. Sourced by bash in the project's root folder; everything that it
+# prints goes to standard error, which leaves standard output to the caller.
+
+kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
+    openjdk-17-jdk-headless libjline3-java libpicocli-java libgson-java"
+kTestPackages="libgtest-dev libgmock-dev junit5 binutils"
+kFormatPackages="clang-format"
+kLintPackages="clang-tidy"
+kArmPackages="g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
+
+# missing_packages NAME... prints those that are not installed.
+missing_packages() {
+    local pcName
+    for pcName in "$@"; do
+        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$pcName" 2>/dev/null)" != installed ]; then
+            printf '%s\n' "$pcName"
+        fi
+    done
+}
+
+# install_packages NAME... installs what is missing of them; says what to do when it cannot.
+install_packages() {
+    local acMissing acAs=(env DEBIAN_FRONTEND=noninteractive)
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        echo "This is no Debian system, so nothing is installed; needed are:" "$@" >&2
+        return 0
+    fi
+    mapfile -t acMissing < <(missing_packages "$@")
+    [ "${#acMissing[@]}" -eq 0 ] && return 0
+    echo "Installing ${acMissing[*]}" >&2
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Not root, and there is no sudo. As root, run:" >&2
+            echo "    apt-get install --no-install-recommends ${acMissing[*]}" >&2
+            return 1
+        fi
+        acAs=(sudo "${acAs[@]}")
+    fi
+    # The lists are fetched once for all the lanes of a run.
+    if [ -z "${bAptUpdated:-}" ]; then
+        "${acAs[@]}" apt-get -q update >&2 || echo "apt-get update failed; trying without" >&2
+        bAptUpdated=1
+    fi
+    if ! "${acAs[@]}" apt-get -q -y install --no-install-recommends "${acMissing[@]}" \
+        >&2 </dev/null; then
+        echo "Could not install ${acMissing[*]}: apt-get says why above." >&2
+        return 1
+    fi
+}
+
+# build_preset PRESET configures and builds build/PRESET, one builder at a time. Progress on a
+# terminal; elsewhere only the log of a failure, as a log of hundreds of steps helps nobody.
+build_preset() {
+    local pcPreset=$1 pcLog iStatus=0
+    mkdir -p build/log
+    pcLog=build/log/$pcPreset.log
+    (
+        flock 8
+        if ! cmake --preset "$pcPreset" >"$pcLog" 2>&1; then
+            tail -n 60 "$pcLog"
+            exit 1
+        fi
+        if ninja -C "build/$pcPreset" -n 2>/dev/null | grep -q 'no work to do'; then
+            exit 0
+        fi
+        echo "Building build/$pcPreset"
+        if [ -t 2 ]; then
+            ninja -C "build/$pcPreset" 8>&-
+        elif ! ninja -C "build/$pcPreset" >>"$pcLog" 2>&1 8>&-; then
+            grep -A 40 -m 3 '^FAILED' "$pcLog" || tail -n 60 "$pcLog"
+            exit 1
+        fi
+    ) 8>"build/log/$pcPreset.lock" >&2 || iStatus=$?
+    [ "$iStatus" -eq 0 ] || echo "The build of $pcPreset failed; its log is $pcLog" >&2
+    return "$iStatus"
+}
