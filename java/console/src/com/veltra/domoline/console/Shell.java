@@ -1,0 +1,158 @@
+package com.veltra.domoline.console;
+
+import java.io.IOException;
+import java.lang.reflect.Method;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.Collection;
+import java.util.List;
+import java.util.Map;
+import java.util.TreeSet;
+import org.jline.reader.Candidate;
+import org.jline.reader.EndOfFileException;
+import org.jline.reader.LineReader;
+import org.jline.reader.LineReaderBuilder;
+import org.jline.reader.ParsedLine;
+import org.jline.reader.UserInterruptException;
+import org.jline.reader.impl.DefaultParser;
+import org.jline.terminal.Terminal;
+import org.jline.terminal.TerminalBuilder;
+
+/** The interactive console: reads lines with completion and a history that outlives it. */
+final class Shell {
+    private static final String kPrompt = "wap> ";
+
+    private final Console console;
+
+    Shell(Console console) {
+        this.console = console;
+    }
+
+    /**
+     * Reads and carries out lines until {@code quit} or the end of the input.
+     *
+     * @return the exit code: 0, or 1 when there is no terminal to be had
+     */
+    int run() {
+        try (Terminal terminal = TerminalBuilder.builder().system(true).build()) {
+            LineReader reader = reader(terminal);
+            console.out.println(
+                    "The gateway's device services. 'help' lists the commands, 'tour' shows all"
+                            + " answers, Tab completes, 'quit' leaves.");
+            console.out.flush();
+            while (!console.bQuit) {
+                readAndExecute(reader);
+            }
+            saveHistory(reader);
+            return Console.kDone;
+        } catch (IOException e) {
+            console.complain("The terminal can't be used: " + e.getMessage());
+            return Console.kFailed;
+        }
+    }
+
+    private void readAndExecute(LineReader reader) {
+        try {
+            String[] words = Words.split(reader.readLine(kPrompt));
+            if (words.length > 0) {
+                console.execute(words);
+            }
+        } catch (UserInterruptException e) {
+            return; // Ctrl-C drops the line
+        } catch (EndOfFileException e) {
+            console.bQuit = true;
+        }
+    }
+
+    private LineReader reader(Terminal terminal) {
+        DefaultParser parser = new DefaultParser();
+        parser.setEscapeChars(null); // a backslash belongs to the argument
+        LineReader reader =
+                LineReaderBuilder.builder()
+                        .terminal(terminal)
+                        .appName("wap-console")
+                        .parser(parser)
+                        .completer((lineReader, line, candidates) -> complete(line, candidates))
+                        .build();
+        Path history = historyFile(System.getenv());
+        try {
+            Files.createDirectories(history.getParent());
+            reader.setVariable(LineReader.HISTORY_FILE, history);
+        } catch (IOException e) {
+            console.complain("The history is not kept: " + e.getMessage());
+        }
+        return reader;
+    }
+
+    private void saveHistory(LineReader reader) {
+        try {
+            reader.getHistory().save();
+        } catch (IOException | IllegalStateException e) {
+            console.complain("The history is not kept: " + e.getMessage());
+        }
+    }
+
+    /**
+     * Tells where the history is kept.
+     *
+     * @param environment the environment's variables
+     * @return {@code wap-console/history} in the user's folder for state
+     */
+    static Path historyFile(Map<String, String> environment) {
+        String state = environment.getOrDefault("XDG_STATE_HOME", "");
+        Path folder =
+                state.isEmpty()
+                        ? Path.of(System.getProperty("user.home"), ".local", "state")
+                        : Path.of(state);
+        return folder.resolve("wap-console").resolve("history");
+    }
+
+    private void complete(ParsedLine line, List<Candidate> candidates) {
+        completions(console, line.words().subList(0, line.wordIndex()))
+                .forEach(name -> candidates.add(new Candidate(name)));
+    }
+
+    /**
+     * Lists what can stand behind some words.
+     *
+     * @param console the console
+     * @param before the words before the one to complete
+     * @return the possible words
+     */
+    static Collection<String> completions(Console console, List<String> before) {
+        ServiceCatalog catalog = console.gateway.catalog();
+        Collection<String> names = new TreeSet<>();
+        if (before.isEmpty()) {
+            names.addAll(console.verbs());
+        } else if (before.get(0).equals("methods") && before.size() == 1) {
+            names.addAll(catalog.classNames());
+        } else if (before.get(0).equals("help") && before.size() == 1) {
+            names.addAll(console.verbs());
+        } else if (before.get(0).equals("call") && before.size() == 1) {
+            for (Method method : catalog.methods()) {
+                names.add(method.getName());
+                names.add(ServiceCatalog.qualifiedName(method));
+            }
+        } else if (before.get(0).equals("call")) {
+            addValues(catalog, before, names);
+        }
+        return names;
+    }
+
+    private static void addValues(
+            ServiceCatalog catalog, List<String> before, Collection<String> names) {
+        int iArgument = before.size() - 2;
+        try {
+            for (Method method : catalog.findMethods(before.get(1))) {
+                Class<?>[] types = method.getParameterTypes();
+                if (iArgument < types.length && types[iArgument] == boolean.class) {
+                    names.addAll(List.of("true", "false"));
+                } else if (iArgument < types.length && !types[iArgument].isPrimitive()) {
+                    names.add("null");
+                }
+            }
+        } catch (UsageException e) {
+            return; // no such method: nothing to offer
+        }
+    }
+}
