@@ -8,6 +8,23 @@
 
 #include "common/wap_export.h"
 
+namespace wap {
+
+/// How an empty Java text converts: to nothing, or to an empty native text.
+enum class EmptyText { kIsMissing, kCounts };
+/// Whether the virtual machine's own buffer is wiped after the conversion.
+enum class Secrecy { kPlain, kSecret };
+
+/**
+ * What jstring2char and jstringtochar do, for the owners of converted texts.
+ * @param puiLength receives the length in bytes of everything copied, also what stands behind a
+ *                  U+0000; 0 when null is returned
+ */
+char *MakeNativeText(JNIEnv *pstEnv, jstring jText, EmptyText eEmpty, Secrecy eSecrecy,
+                     uint32_t *puiLength);
+
+}  // namespace wap
+
 /**
  * Makes a native text of a Java one.
  * @param pstEnv the calling thread's environment, with no exception pending

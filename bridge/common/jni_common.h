@@ -29,8 +29,8 @@ inline constexpr uint32_t kTraceRpc = 281;
 
 /// The state behind the rotating sender ids of the bundle manager's calls.
 struct OsgiMidState {
-    uint32_t uiCounter;    ///< calls so far, wrapping
-    uint32_t uiMutexReady; ///< 0 no mutex yet, 2 one is being made, 1 it can be locked
+    uint32_t uiCounter;     ///< calls so far, wrapping
+    uint32_t uiMutexReady;  ///< 0 no mutex yet, 2 one is being made, 1 it can be locked
     alignas(8) uint8_t aucMutex[24];
 };
 static_assert(sizeof(OsgiMidState) == 32);
@@ -39,12 +39,12 @@ static_assert(offsetof(OsgiMidState, aucMutex) == 8);
 
 /// How an item's value word is read.
 enum JsonItemType : uint32_t {
-    kItemInt = 0,        ///< a signed 32-bit integer
-    kItemBool = 1,       ///< 0 or 1
-    kItemText = 2,       ///< pointer to a text
-    kItemTextRef = 3,    ///< pointer to a text pointer; a null text counts as ""
-    kItemObject = 4,     ///< a JSON value, which the parent takes over
-    kItemIntText = 6,    ///< pointer to a signed 32-bit integer, added as decimal text
+    kItemInt = 0,      ///< a signed 32-bit integer
+    kItemBool = 1,     ///< 0 or 1
+    kItemText = 2,     ///< pointer to a text
+    kItemTextRef = 3,  ///< pointer to a text pointer; a null text counts as ""
+    kItemObject = 4,   ///< a JSON value, which the parent takes over
+    kItemIntText = 6,  ///< pointer to a signed 32-bit integer, added as decimal text
 };
 
 /// What becomes of an empty text.
@@ -58,8 +58,8 @@ enum JsonEmptyPolicy : uint32_t {
 struct JsonItem {
     const char *pcKey;
     uintptr_t ulValue;
-    uint32_t uiType;   ///< a JsonItemType; others are skipped
-    uint32_t uiPolicy; ///< a JsonEmptyPolicy
+    uint32_t uiType;    ///< a JsonItemType; others are skipped
+    uint32_t uiPolicy;  ///< a JsonEmptyPolicy
 };
 static_assert(sizeof(JsonItem) == 2 * sizeof(void *) + 8);
 static_assert(offsetof(JsonItem, ulValue) == sizeof(void *));
@@ -122,6 +122,7 @@ WAP_EXPORT uint32_t VT_JNI_COMMON_Json_Obj_AddStrAddRef(json_object *pstObj, con
 WAP_EXPORT uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pcKey,
                                                         uintptr_t ulIntRef, uint32_t uiPolicy);
 /// Adds uiCount items in order. An item that fails or has an unknown type does not stop the others.
+/// Objects among the items are taken over, also one that can't be attached: it is released then.
 WAP_EXPORT void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const wap::JsonItem *pstItems,
                                                 uint32_t uiCount);
 
@@ -130,7 +131,10 @@ WAP_EXPORT void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const wap::
  * @param pstItems may be null when uiCount is 0
  * @param pcOut    receives the text and its zero
  * @param uiOutCap size of pcOut in bytes
- * @return 0; 1 no text or it does not fit; -1 (as unsigned) no object. pcOut is written on 0 only.
+ * @param iResult  the result; the items are looked at, and objects among them taken over, only
+ *                 when it is 0
+ * @return 0; 1 no text or it does not fit; -1 (as unsigned) no object, and nothing taken over.
+ *         pcOut is written on 0 only.
  */
 WAP_EXPORT uint32_t JNI_COMMON_ComposeResult2JString(const wap::JsonItem *pstItems,
                                                      uint32_t uiCount, char *pcOut,

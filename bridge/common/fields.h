@@ -1,0 +1,29 @@
+// Texts into record fields and out of them.
+#ifndef WAP_COMMON_FIELDS_H
+#define WAP_COMMON_FIELDS_H
+
+#include <stddef.h>
+#include <stdint.h>
+#include <string.h>
+#include <vt_ssp_basic.h>
+
+namespace wap {
+
+/// Length of the text in a reply's field, which nobody promised to terminate.
+template <size_t kSize>
+inline uint32_t FieldLength(const char (&acField)[kSize]) {
+    return static_cast<uint32_t>(strnlen(acField, kSize));
+}
+
+/// Puts a text into a field of a request: at most kSize - 1 bytes, and a zero behind them. A null
+/// text leaves the field as it is.
+template <size_t kSize>
+inline void PutField(char (&acField)[kSize], const char *pcText) {
+    if (pcText != nullptr) {
+        (void)VT_OS_StrNCpy_S(acField, kSize, pcText, kSize - 1);
+    }
+}
+
+}  // namespace wap
+
+#endif

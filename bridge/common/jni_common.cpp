@@ -1,0 +1,194 @@
+#include "common/jni_common.h"
+
+#include <string.h>
+
+#include "common/fields.h"
+#include "common/jni_base.h"
+#include "common/owners.h"
+#include "common/report.h"
+
+using namespace wap;
+
+uint32_t ROUTE_MODE = 0;
+
+namespace {
+
+/// Adds a code under "Result"; false, recorded, when the value can't be made or attached.
+bool AddResult(SourceSpot stSpot, json_object *pstObj, int32_t iResult) {
+    if (JNI_JSON_ObjAddKeyValueInt(pstObj, "Result", iResult) != 0) {
+        RecordFault(stSpot, kErrFailed, static_cast<uint32_t>(iResult));
+        return false;
+    }
+    return true;
+}
+
+/// Adds the text of a field that nobody promised to terminate.
+template <size_t kSize>
+bool AddField(json_object *pstObj, const char *pcKey, const char (&acField)[kSize]) {
+    char acText[kSize + 1] = {};
+    memcpy(acText, acField, FieldLength(acField));
+    return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, acText) == 0;
+}
+
+using ItemAdder = uint32_t (*)(json_object *pstObj, const char *pcKey, uintptr_t ulValue,
+                               uint32_t uiPolicy);
+
+uint32_t AddInt(json_object *pstObj, const char *pcKey, uintptr_t ulValue, uint32_t) {
+    return JNI_JSON_ObjAddKeyValueInt(pstObj, pcKey, static_cast<int32_t>(ulValue));
+}
+
+uint32_t AddBool(json_object *pstObj, const char *pcKey, uintptr_t ulValue, uint32_t) {
+    return JNI_JSON_ObjAddKeyValueBool(pstObj, pcKey, static_cast<uint32_t>(ulValue));
+}
+
+uint32_t AddObject(json_object *pstObj, const char *pcKey, uintptr_t ulValue, uint32_t) {
+    JsonValue stValue(reinterpret_cast<json_object *>(ulValue));
+    const uint32_t uiResult = JNI_JSON_ObjAddKeyValue(pstObj, pcKey, stValue.Lend());
+    if (uiResult == 0) {
+        (void)stValue.Release();
+    }
+    return uiResult;
+}
+
+/// By JsonItemType. The gaps are part of the table: items of those types are skipped.
+constexpr ItemAdder kItemAdders[] = {
+    AddInt,    AddBool, VT_JNI_COMMON_Json_Obj_AddStr,       VT_JNI_COMMON_Json_Obj_AddStrAddRef,
+    AddObject, nullptr, VT_JNI_COMMON_Json_Obj_AddIntString, nullptr,
+};
+constexpr uint32_t kItemTypes = sizeof(kItemAdders) / sizeof(kItemAdders[0]);
+
+}  // namespace
+
+uint32_t VT_JNI_COMMON_Json_Obj_AddStr(json_object *pstObj, const char *pcKey, uintptr_t ulText,
+                                       uint32_t uiPolicy) {
+    const char *pcText = reinterpret_cast<const char *>(ulText);
+    if (pcText != nullptr && pcText[0] == '\0') {
+        if (uiPolicy == kEmptyAsNull) {
+            return JNI_JSON_ObjAddKeyValueNULL(pstObj, pcKey);
+        }
+        if (uiPolicy != kEmptyAsText) {
+            return 0;
+        }
+    }
+    return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, pcText);
+}
+
+uint32_t VT_JNI_COMMON_Json_Obj_AddStrAddRef(json_object *pstObj, const char *pcKey,
+                                             uintptr_t ulTextRef, uint32_t uiPolicy) {
+    const char *const *ppcText = reinterpret_cast<const char *const *>(ulTextRef);
+    if (ppcText == nullptr) {
+        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
+        return kJsonErrNull;
+    }
+    if (*ppcText == nullptr) {
+        return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, "");
+    }
+    return VT_JNI_COMMON_Json_Obj_AddStr(pstObj, pcKey, reinterpret_cast<uintptr_t>(*ppcText),
+                                         uiPolicy);
+}
+
+uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pcKey,
+                                             uintptr_t ulIntRef, uint32_t uiPolicy) {
+    const int32_t *piValue = reinterpret_cast<const int32_t *>(ulIntRef);
+    if (piValue == nullptr) {
+        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
+        return kJsonErrNull;
+    }
+    char acDigits[32] = {};
+    (void)VT_OS_Int32ToStr_S(*piValue, acDigits, sizeof(acDigits));
+    return VT_JNI_COMMON_Json_Obj_AddStr(pstObj, pcKey, reinterpret_cast<uintptr_t>(acDigits),
+                                         uiPolicy);
+}
+
+void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const JsonItem *pstItems,
+                                     uint32_t uiCount) {
+    if (pstItems == nullptr) {
+        return;
+    }
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        const JsonItem &stItem = pstItems[i];
+        if (stItem.uiType < kItemTypes && kItemAdders[stItem.uiType] != nullptr) {
+            (void)kItemAdders[stItem.uiType](pstObj, stItem.pcKey, stItem.ulValue, stItem.uiPolicy);
+        }
+    }
+}
+
+uint32_t JNI_COMMON_ComposeResult2JString(const JsonItem *pstItems, uint32_t uiCount, char *pcOut,
+                                          uint32_t uiOutCap, int32_t iResult) {
+    JsonValue stRoot(JNI_JSON_ObjNewObj());
+    if (!stRoot) {
+        RecordFault(WAP_SPOT, kErrFailed);
+        return kErrFailed;
+    }
+    // An answer without its result would be no answer.
+    if (!AddResult(WAP_SPOT, stRoot.Lend(), iResult)) {
+        return kErrFailed;
+    }
+    if (iResult == 0) {
+        VT_JNI_COMMON_Json_Obj_AddItems(stRoot.Lend(), pstItems, uiCount);
+    }
+    const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
+    if (pcText == nullptr) {
+        RecordFault(WAP_SPOT, 1);
+        return 1;
+    }
+    const size_t ulLength = strlen(pcText);
+    if (pcOut == nullptr || ulLength >= uiOutCap) {
+        RecordFault(WAP_SPOT, 1, uiOutCap, static_cast<uint32_t>(ulLength));
+        return 1;
+    }
+    memcpy(pcOut, pcText, ulLength + 1);
+    return 0;
+}
+
+jstring OSGI_JNI_FaultStrBuild(JNIEnv *pstEnv, int32_t iResult) {
+    JsonValue stRoot(JNI_JSON_ObjNewObj());
+    if (!stRoot) {
+        RecordFault(WAP_SPOT, kErrFailed);
+        return nullptr;
+    }
+    if (!AddResult(WAP_SPOT, stRoot.Lend(), iResult)) {
+        return nullptr;
+    }
+    const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
+    if (pcText == nullptr || pcText[0] == '\0') {
+        RecordFault(WAP_SPOT, kErrFailed, static_cast<uint32_t>(iResult));
+        return nullptr;
+    }
+    WAP_TRACE(kTraceEntries, "pcJsonStr:%s\r\n", pcText);
+    return char2jstring(pstEnv, pcText);
+}
+
+uint32_t VT_OSGI_JNI_BuildJsonObj(const RuntimeNames *pstNames, json_object **ppstOut,
+                                  int32_t iResult) {
+    if (pstNames == nullptr || ppstOut == nullptr) {
+        RecordFault(WAP_SPOT, kErrFailed, AsNumber(pstNames), AsNumber(ppstOut));
+        return kErrFailed;
+    }
+    JsonValue stRoot(JNI_JSON_ObjNewObj());
+    if (!stRoot) {
+        RecordFault(WAP_SPOT, kJsonErrObject);
+        return kJsonErrObject;
+    }
+    json_object *pstRoot = stRoot.Lend();
+    if (!AddResult(WAP_SPOT, pstRoot, iResult) || !AddField(pstRoot, "Name", pstNames->acName) ||
+        !AddField(pstRoot, "Version", pstNames->acVersion) ||
+        !AddField(pstRoot, "Vendor", pstNames->acVendor)) {
+        RecordFault(WAP_SPOT, kErrFailed);
+        return kErrFailed;
+    }
+    *ppstOut = stRoot.Release();
+    return 0;
+}
+
+uint32_t VT_JNI_MacfltNullCheck(const char *const *ppcTexts, uint32_t uiCount) {
+    if (ppcTexts == nullptr) {
+        return 1;
+    }
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        if (ppcTexts[i] != nullptr && ppcTexts[i][0] != '\0') {
+            return 0;
+        }
+    }
+    return 1;
+}

@@ -1,0 +1,126 @@
+// The wrappers around the platform's RPC call.
+#include <sched.h>
+
+#include <atomic>
+
+#include "common/fields.h"
+#include "common/jni_common.h"
+#include "common/report.h"
+#include "common/requests.h"
+
+using namespace wap;
+
+OsgiMidState g_stJNIOsgiMid = {};
+
+namespace {
+
+constexpr uint32_t kFirstProxySender = 281;
+constexpr uint32_t kProxySenders = 6;
+
+enum MutexState : uint32_t { kNoMutex = 0, kMutexReady = 1, kMutexInTheMaking = 2 };
+
+/// Makes the mutex on the first call. Of several first callers one makes it and the others wait.
+/// False when the platform has no mutex for us now; the next call tries again.
+bool MutexIsReady() {
+    std::atomic_ref<uint32_t> uiState(g_stJNIOsgiMid.uiMutexReady);
+    for (;;) {
+        uint32_t uiFound = uiState.load(std::memory_order_acquire);
+        if (uiFound == kMutexReady) {
+            return true;
+        }
+        if (uiFound == kNoMutex && uiState.compare_exchange_strong(uiFound, kMutexInTheMaking)) {
+            const uint32_t uiResult = VT_OS_MutexInit(g_stJNIOsgiMid.aucMutex);
+            uiState.store(uiResult == 0 ? kMutexReady : kNoMutex, std::memory_order_release);
+            if (uiResult != 0) {
+                RecordFault(WAP_SPOT, uiResult);
+            }
+            return uiResult == 0;
+        }
+        sched_yield();
+    }
+}
+
+/// The sender ids 281 to 286 in turn.
+uint32_t NextProxySender() {
+    // Atomic as well: without a mutex the ids must still not repeat.
+    std::atomic_ref<uint32_t> uiCounter(g_stJNIOsgiMid.uiCounter);
+    const bool bLocked = MutexIsReady() && VT_OS_MutexLock(g_stJNIOsgiMid.aucMutex) == 0;
+    const uint32_t uiCall = uiCounter.fetch_add(1, std::memory_order_relaxed);
+    if (bLocked) {
+        (void)VT_OS_MutexUnLock(g_stJNIOsgiMid.aucMutex);
+    }
+    return kFirstProxySender + uiCall % kProxySenders;
+}
+
+/// The request and reply that stand in for null ones.
+struct Scratch {
+    uint32_t uiRequest = 0;
+    uint32_t uiReply = 0;
+};
+
+uint32_t CallOrScratch(const DirectRoute &stRoute, uint32_t uiDstMid, const void *pvReq,
+                       uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap) {
+    Scratch stScratch;
+    if (pvReq == nullptr) {
+        pvReq = &stScratch.uiRequest;
+        uiReqLen = sizeof(stScratch.uiRequest);
+    }
+    if (pvRsp == nullptr) {
+        pvRsp = &stScratch.uiReply;
+        uiRspCap = sizeof(stScratch.uiReply);
+    }
+    return CallProcess(stRoute, uiDstMid, pvReq, uiReqLen, pvRsp, uiRspCap);
+}
+
+}  // namespace
+
+uint32_t wap::CallProcess(const DirectRoute &stRoute, uint32_t uiDstMid, const void *pvReq,
+                          uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap) {
+    RpcMsgHead stHead = {};
+    PutField(stHead.acSndApp, VT_MSG_GetCurProcName());
+    stHead.uiDstMid = uiDstMid;
+    // Whole or not at all: a shortened name could be another process's.
+    if (stRoute.pcRcvApp != nullptr) {
+        (void)VT_OS_StrNCpy_S(stHead.acRcvApp, sizeof(stHead.acRcvApp), stRoute.pcRcvApp,
+                              VT_OS_StrLen(stRoute.pcRcvApp));
+    }
+    stHead.uiSndMid = stRoute.uiSndMid;
+    return VT_MSG_RpcCall(&stHead, stRoute.uiRpcId, uiDstMid, pvReq, uiReqLen, pvRsp, uiRspCap,
+                          stRoute.uiTimeoutMs);
+}
+
+uint32_t JNI_MSG_RpcCall(const char *pcRcvApp, uint32_t uiSndMid, uint32_t uiRpcId,
+                         const void *pvReq, uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap) {
+    if (pcRcvApp == nullptr) {
+        RecordFault(WAP_SPOT, kErrNullArgument, uiRpcId);
+        return kErrNullArgument;
+    }
+    const char *pcProcName = VT_MSG_GetCurProcName();
+    WAP_TRACE(kTraceRpc, " === JNI_MSG_RpcCall !! ProcName:%s, RcvApp:%s, RpcId:0x%08x\r\n",
+              pcProcName == nullptr ? "" : pcProcName, pcRcvApp, uiRpcId);
+    const uint32_t uiResult = CallOrScratch({pcRcvApp, uiSndMid, uiRpcId, kGeneralTimeoutMs}, 0,
+                                            pvReq, uiReqLen, pvRsp, uiRspCap);
+    if (uiResult != 0) {
+        RecordFault(WAP_SPOT, uiResult);
+    }
+    return uiResult;
+}
+
+uint32_t OSGI_JNI_BundleMng_RpcCall(uint32_t uiDstMid, uint32_t uiRpcId, const void *pvReq,
+                                    uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap) {
+    return CallOrScratch({"osgi_proxy", NextProxySender(), uiRpcId, kProxyTimeoutMs}, uiDstMid,
+                         pvReq, uiReqLen, pvRsp, uiRspCap);
+}
+
+uint32_t VT_KAVO_USB_JNI_RpcCall(uint32_t uiRpcId, const void *pvReq, uint32_t uiReqLen,
+                                 void *pvRsp, uint32_t uiRspCap) {
+    uint32_t uiResult = kErrNullArgument;
+    if (pvReq != nullptr) {
+        uiResult = CallOrScratch({"usb_mngt", 0, uiRpcId, kProxyTimeoutMs}, 0, pvReq, uiReqLen,
+                                 pvRsp, uiRspCap);
+    }
+    if (uiResult != 0) {
+        RecordFault(WAP_SPOT, uiResult);
+    }
+    return uiResult;
+}
