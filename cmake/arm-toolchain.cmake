@@ -32,14 +32,3 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} "${WAP_SYSROOT}")
 set(ENV{PKG_CONFIG_LIBDIR}
     "${WAP_SYSROOT}/usr/lib/arm-linux-gnueabihf/pkgconfig:${WAP_SYSROOT}/usr/share/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "")
-
-# jni.h is the same for every Linux target, so a sysroot without a JDK takes this machine's.
-if(NOT JAVA_INCLUDE_PATH)
-    find_program(WAP_HOST_JAVAC javac)
-    if(WAP_HOST_JAVAC)
-        get_filename_component(WAP_HOST_JDK "${WAP_HOST_JAVAC}" REALPATH)
-        get_filename_component(WAP_HOST_JDK "${WAP_HOST_JDK}/../.." ABSOLUTE)
-        set(JAVA_INCLUDE_PATH "${WAP_HOST_JDK}/include" CACHE PATH "Directory of jni.h")
-        set(JAVA_INCLUDE_PATH2 "${WAP_HOST_JDK}/include/linux" CACHE PATH "Directory of jni_md.h")
-    endif()
-endif()

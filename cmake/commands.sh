@@ -3,7 +3,7 @@
 # prints goes to standard error, which leaves standard output to the caller.
 
 kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
-    openjdk-17-jdk-headless libjline3-java libpicocli-java libgson-java"
+    openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java"
 kTestPackages="libgtest-dev libgmock-dev junit5 binutils"
 kFormatPackages="clang-format"
 kLintPackages="clang-tidy"
