@@ -40,11 +40,13 @@ uint32_t StagingSize(const VDataDesc &stDesc) {
 }  // namespace
 
 uint32_t VT_JNI_COMMON_ReadVData(const VDataDesc *pstDesc, void **ppvData) {
+    if (ppvData != nullptr) {
+        *ppvData = nullptr;
+    }
     if (ppvData == nullptr || pstDesc == nullptr) {
         RecordFault(WAP_SPOT, 1, AsNumber(pstDesc), AsNumber(ppvData));
         return 1;
     }
-    *ppvData = nullptr;
     const VDataDesc stDesc = *pstDesc;
     PlatformBlock stStaging;
     PlatformBlock stData;
