@@ -1,0 +1,203 @@
+#include "support/alloc_watch.h"
+
+#include <dlfcn.h>
+#include <locale.h>
+#include <stdarg.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "support/world.h"
+
+namespace wap::test {
+
+void AllocWatch::Add(void *pvBlock, size_t uiSize, Origin eOrigin, std::string sWhere) {
+    astLog.push_back({eOrigin, uiSize});
+    mapLive[pvBlock] = {uiSize, eOrigin, std::move(sWhere)};
+}
+
+bool AllocWatch::Remove(void *pvBlock, Origin *peOrigin) {
+    const auto it = mapLive.find(pvBlock);
+    if (it == mapLive.end()) {
+        return false;
+    }
+    if (peOrigin != nullptr) {
+        *peOrigin = it->second.eOrigin;
+    }
+    mapLive.erase(it);
+    return true;
+}
+
+size_t AllocWatch::SizeOf(void *pvBlock) const {
+    const auto it = mapLive.find(pvBlock);
+    return it == mapLive.end() ? 0 : it->second.uiSize;
+}
+
+std::vector<std::string> AllocWatch::TakeLive() {
+    std::vector<std::string> asTexts;
+    for (const auto &[pvBlock, stBlock] : mapLive) {
+        asTexts.push_back(std::to_string(stBlock.uiSize) + " bytes " + stBlock.sWhere);
+    }
+    mapLive.clear();
+    return asTexts;
+}
+
+namespace {
+
+/// True when this allocation shall fail.
+bool Refused() {
+    World *pstWorld = World::Current();
+    if (pstWorld == nullptr || !pstWorld->Hit(Op::kAlloc)) {
+        return false;
+    }
+    errno = ENOMEM;
+    return true;
+}
+
+void *Noted(void *pvBlock, size_t uiSize) {
+    World *pstWorld = World::Current();
+    if (pstWorld != nullptr && pvBlock != nullptr) {
+        pstWorld->stAllocs.Add(pvBlock, uiSize, Origin::kMalloc);
+    }
+    return pvBlock;
+}
+
+void AboutToFree(void *pvBlock) {
+    World *pstWorld = World::Current();
+    if (pstWorld == nullptr || pvBlock == nullptr) {
+        return;
+    }
+    pstWorld->stSecrets.CheckFreed(pvBlock, pstWorld->stAllocs.SizeOf(pvBlock));
+    Origin eOrigin = Origin::kMalloc;
+    if (pstWorld->stAllocs.Remove(pvBlock, &eOrigin) && eOrigin == Origin::kPlatform) {
+        pstWorld->Violation("a platform block was released with free");
+    }
+}
+
+}  // namespace
+}  // namespace wap::test
+
+extern "C" {
+
+void *__real_malloc(size_t uiSize);
+void *__real_calloc(size_t uiCount, size_t uiSize);
+void *__real_realloc(void *pvBlock, size_t uiSize);
+char *__real_strdup(const char *pcText);
+void __real_free(void *pvBlock);
+int __real_vasprintf(char **ppcOut, const char *pcFmt, va_list stArgs);
+locale_t __real_newlocale(int iMask, const char *pcName, locale_t stBase);
+locale_t __real_duplocale(locale_t stLocale);
+void *__real_dlopen(const char *pcName, int iFlags);
+void *__real_dlsym(void *pvHandle, const char *pcName);
+
+void *__wrap_malloc(size_t uiSize) {
+    return wap::test::Refused() ? nullptr : wap::test::Noted(__real_malloc(uiSize), uiSize);
+}
+
+void *__wrap_calloc(size_t uiCount, size_t uiSize) {
+    if (wap::test::Refused()) {
+        return nullptr;
+    }
+    return wap::test::Noted(__real_calloc(uiCount, uiSize), uiCount * uiSize);
+}
+
+void *__wrap_realloc(void *pvBlock, size_t uiSize) {
+    wap::test::World *pstWorld = wap::test::World::Current();
+    if (pstWorld == nullptr) {
+        return __real_realloc(pvBlock, uiSize);
+    }
+    if (wap::test::Refused()) {
+        return nullptr;
+    }
+    wap::test::AboutToFree(pvBlock);
+    return wap::test::Noted(__real_realloc(pvBlock, uiSize), uiSize);
+}
+
+char *__wrap_strdup(const char *pcText) {
+    if (wap::test::Refused()) {
+        return nullptr;
+    }
+    return static_cast<char *>(wap::test::Noted(__real_strdup(pcText), std::strlen(pcText) + 1));
+}
+
+void __wrap_free(void *pvBlock) {
+    wap::test::AboutToFree(pvBlock);
+    __real_free(pvBlock);
+}
+
+int __wrap_vasprintf(char **ppcOut, const char *pcFmt, va_list stArgs) {
+    if (wap::test::Refused()) {
+        return -1;
+    }
+    const int iLen = __real_vasprintf(ppcOut, pcFmt, stArgs);
+    if (iLen >= 0) {
+        wap::test::Noted(*ppcOut, static_cast<size_t>(iLen) + 1);
+    }
+    return iLen;
+}
+
+int __wrap___vasprintf_chk(char **ppcOut, int, const char *pcFmt, va_list stArgs) {
+    return __wrap_vasprintf(ppcOut, pcFmt, stArgs);
+}
+
+locale_t __wrap_newlocale(int iMask, const char *pcName, locale_t stBase) {
+    return wap::test::Refused() ? nullptr : __real_newlocale(iMask, pcName, stBase);
+}
+
+locale_t __wrap_duplocale(locale_t stLocale) {
+    return wap::test::Refused() ? nullptr : __real_duplocale(stLocale);
+}
+
+void *__wrap_dlopen(const char *pcName, int iFlags) {
+    wap::test::World *pstWorld = wap::test::World::Current();
+    return pstWorld ? pstWorld->stPlatform.Open(*pstWorld, pcName, iFlags)
+                    : __real_dlopen(pcName, iFlags);
+}
+
+void *__wrap_dlsym(void *pvHandle, const char *pcName) {
+    wap::test::World *pstWorld = wap::test::World::Current();
+    return pstWorld ? pstWorld->stPlatform.Symbol(*pstWorld, pvHandle, pcName)
+                    : __real_dlsym(pvHandle, pcName);
+}
+
+// ---- the platform's allocator ----
+
+void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
+    wap::test::World &stWorld = wap::test::World::Get();
+    if (uiSize == 0 || stWorld.Hit(wap::test::Op::kAlloc)) {
+        return nullptr;
+    }
+    void *pvBlock = __real_malloc(uiSize);
+    if (pvBlock != nullptr) {
+        std::memset(pvBlock, 0xA5, uiSize);
+        stWorld.stAllocs.Add(pvBlock, uiSize, wap::test::Origin::kPlatform,
+                             std::string(pcFile ? pcFile : "?") + ":" + std::to_string(uiLine));
+    }
+    return pvBlock;
+}
+
+void *VT_OS_MemMallocSet(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
+    void *pvBlock = VT_OS_MemMallocD(uiSize, pcFile, uiLine);
+    if (pvBlock != nullptr) {
+        std::memset(pvBlock, 0, uiSize);
+    }
+    return pvBlock;
+}
+
+void VT_OS_MemFreeD(void *pvBlock, const char *pcFile, uint32_t uiLine) {
+    if (pvBlock == nullptr) {
+        return;
+    }
+    wap::test::World &stWorld = wap::test::World::Get();
+    stWorld.stSecrets.CheckFreed(pvBlock, stWorld.stAllocs.SizeOf(pvBlock));
+    if (!stWorld.stAllocs.Remove(pvBlock)) {
+        stWorld.Violation(std::string("released twice or never allocated: ") +
+                          (pcFile ? pcFile : "?") + ":" + std::to_string(uiLine));
+        return;
+    }
+    __real_free(pvBlock);
+}
+}

@@ -1,0 +1,127 @@
+// The platform library as a script: what it answers is set by the test, what it is asked is
+// recorded. It is linked into the test in the place of libvt_ssp_basic.so.
+#ifndef WAP_TESTS_SUPPORT_SCRIPTED_PLATFORM_H
+#define WAP_TESTS_SUPPORT_SCRIPTED_PLATFORM_H
+
+#include <vt_ssp_basic.h>
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace wap::test {
+
+class World;
+
+/// What an RPC is answered with.
+struct Reply {
+    uint32_t uiStatus = 0;
+    std::string sBytes; ///< cut to the caller's capacity; copied whatever the status is
+};
+
+/// What an RPC was asked with.
+struct RpcRecord {
+    std::string sHead; ///< the 84 bytes
+    uint32_t uiRpcId = 0;
+    uint32_t uiDstMid = 0;
+    std::string sRequest;
+    uint32_t uiReqLen = 0;
+    std::string sRspBefore; ///< the reply buffer before the answer was written
+    uint32_t uiRspCap = 0;
+    uint32_t uiTimeoutMs = 0;
+    const void *pvReq = nullptr;
+    const void *pvRsp = nullptr;
+};
+
+struct TraceRecord {
+    uint32_t uiMid;
+    std::string sFile;
+    uint32_t uiLine;
+    uint32_t uiZero;
+    std::string sText;
+};
+
+struct FaultRecord {
+    std::string sFile;
+    uint32_t uiLine;
+    uint32_t uiCode;
+    bool bCodeOnly;
+    std::array<uint32_t, 4> auiArgs;
+};
+
+struct ThreadRecord {
+    const void *pvAttr;
+    void *(*pfnEntry)(void *);
+    void *pvArg;
+};
+
+struct InitRecord {
+    std::string sProcName;
+    std::array<uint32_t, 3> auiArgs;
+};
+
+struct RegisterRecord {
+    uint32_t uiMid;
+    int32_t (*pfnProc)(void *);
+    uint32_t uiArg;
+};
+
+/// Status that a failure planned in the World gives, for RPCs and for the rest.
+inline constexpr uint32_t kPlannedRpcStatus = 0x0E0E0001;
+inline constexpr uint32_t kPlannedStatus = 0x0E0E0002;
+/// Status of an RPC that the test has no answer for.
+inline constexpr uint32_t kUnscriptedStatus = 0x0E0E0003;
+
+class Platform {
+  public:
+    // ---- the script ----
+    std::string sProcName = "jamvm";
+    bool bNoProcName = false;              ///< VT_MSG_GetCurProcName gives null
+    std::deque<Reply> astNextReplies;      ///< used up first, whatever the RPC
+    std::map<uint32_t, Reply> mapReplies;  ///< then by RPC id
+    std::map<std::string, uint32_t> mapStatus; ///< status by function name, 0 unless given
+    std::set<std::string> setMissingSymbols;
+    bool bNoLibrary = false;               ///< dlopen fails
+    std::function<void()> fnDispatch;      ///< called by VT_MSG_GetAndDispatch
+    uint32_t uiCpuRate = 42;
+    uint32_t uiMemRate = 57;
+    std::set<uint32_t> setFeatures;
+    std::set<uint32_t> setKeptBlocks;      ///< blocks that are meant to outlive the test
+
+    // ---- the record ----
+    std::vector<RpcRecord> astRpcs;
+    std::vector<TraceRecord> astTraces;
+    std::vector<FaultRecord> astFaults;
+    std::vector<std::string> asConsole;
+    std::vector<std::string> asCalls; ///< start-up, mutex, bulk and rate calls, for example
+                                      ///< "VT_VDATA_FreeShm 4097"
+    std::vector<ThreadRecord> astThreads;
+    std::vector<InitRecord> astInits;
+    std::vector<RegisterRecord> astRegistered;
+    std::map<uint32_t, std::string> mapBlocks; ///< the bulk blocks that exist
+    int32_t iLocksHeld = 0;
+
+    void ClearRecords();
+    /// Makes a bulk block as another process would, and gives its id.
+    uint32_t AddBlock(std::string sBytes);
+    size_t CountCalls(const std::string &sPrefix) const;
+
+    void *Open(World &stWorld, const char *pcName, int iFlags);
+    void *Symbol(World &stWorld, void *pvHandle, const char *pcName);
+    /// The handle that dlopen of the platform library gives.
+    static void *LibraryHandle();
+
+    uint32_t uiNextBlock = 0x1001;
+};
+
+/// What VT_OS_Compress makes of a text here: 4 bytes of mark, 4 of length, then (count, byte) pairs.
+std::string Packed(const std::string &sPlain);
+
+}  // namespace wap::test
+
+#endif

@@ -1,0 +1,116 @@
+#include "support/secret_watch.h"
+
+#include <pthread.h>
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "support/world.h"
+
+namespace wap::test {
+
+void SecretWatch::Written(const void *pvAt, size_t uiLen) {
+    const std::string_view sBytes(static_cast<const char *>(pvAt), uiLen);
+    for (const std::string &sSecret : asSecrets) {
+        for (size_t uiPos = sBytes.find(sSecret); uiPos != std::string_view::npos;
+             uiPos = sBytes.find(sSecret, uiPos + 1)) {
+            astPlaces.push_back({reinterpret_cast<uintptr_t>(pvAt) + uiPos, sSecret.size()});
+        }
+    }
+}
+
+void SecretWatch::Wiped(const void *pvAt, size_t uiLen) {
+    const uintptr_t ulFrom = reinterpret_cast<uintptr_t>(pvAt);
+    std::erase_if(astPlaces, [&](const Place &stPlace) {
+        return stPlace.ulAt >= ulFrom && stPlace.ulAt + stPlace.uiLen <= ulFrom + uiLen;
+    });
+}
+
+void SecretWatch::CheckFreed(const void *pvAt, size_t uiLen) {
+    if (uiLen != 0) {
+        CheckShown({static_cast<const char *>(pvAt), uiLen}, "a released block");
+    }
+}
+
+void SecretWatch::CheckShown(std::string_view sText, const char *pcWhere) {
+    for (const std::string &sSecret : asSecrets) {
+        if (sText.find(sSecret) != std::string_view::npos) {
+            asSeen.push_back("secret '" + sSecret + "' in " + pcWhere);
+        }
+    }
+}
+
+std::vector<std::string> SecretWatch::TakeUnwiped() {
+    std::vector<std::string> asAll = std::exchange(asSeen, {});
+    for (const Place &stPlace : astPlaces) {
+        asAll.push_back("a secret of " + std::to_string(stPlace.uiLen) + " bytes was not wiped");
+    }
+    astPlaces.clear();
+    return asAll;
+}
+
+namespace {
+
+constexpr size_t kStackSize = 1024 * 1024;
+
+struct Job {
+    const std::function<void()> *pfnCall;
+    World *pstWorld;
+};
+
+void *RunJob(void *pvJob) {
+    const Job &stJob = *static_cast<Job *>(pvJob);
+    World::SetCurrent(stJob.pstWorld);
+    (*stJob.pfnCall)();
+    World::SetCurrent(nullptr);
+    return nullptr;
+}
+
+// Memory of a stack that has ended may still carry a sanitizer's marks, hence without it.
+__attribute__((noinline, no_sanitize("address", "thread", "undefined"))) bool Holds(
+    const volatile char *pcFrom, size_t uiLen, const std::string &sText) {
+    const char *pcText = sText.data();
+    const size_t uiText = sText.size();
+    for (size_t i = 0; i + uiText <= uiLen; ++i) {
+        size_t j = 0;
+        while (j < uiText && pcFrom[i + j] == pcText[j]) {
+            ++j;
+        }
+        if (j == uiText) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+bool StackKeeps(const std::function<void()> &fnCall, const std::vector<std::string> &asTexts) {
+    void *pvStack = mmap(nullptr, kStackSize, PROT_READ | PROT_WRITE,
+                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
+    if (pvStack == MAP_FAILED) {
+        std::perror("mmap");
+        std::abort();
+    }
+    pthread_attr_t stAttr;
+    pthread_attr_init(&stAttr);
+    pthread_attr_setstack(&stAttr, pvStack, kStackSize);
+    Job stJob{&fnCall, World::Current()};
+    pthread_t stThread;
+    if (pthread_create(&stThread, &stAttr, RunJob, &stJob) != 0) {
+        std::perror("pthread_create");
+        std::abort();
+    }
+    pthread_join(stThread, nullptr);
+    pthread_attr_destroy(&stAttr);
+    const bool bKept = std::any_of(asTexts.begin(), asTexts.end(), [&](const std::string &sText) {
+        return Holds(static_cast<const char *>(pvStack), kStackSize, sText);
+    });
+    munmap(pvStack, kStackSize);
+    return bKept;
+}
+
+}  // namespace wap::test
