@@ -30,6 +30,13 @@ bool AddField(json_object *pstObj, const char *pcKey, const char (&acField)[kSiz
     return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, acText) == 0;
 }
 
+/// The pointer that an item carries in its value word.
+template <class Pointer>
+Pointer PointerIn(uintptr_t ulValue) {
+    // The word is part of the item's layout.
+    return reinterpret_cast<Pointer>(ulValue);  // NOLINT(performance-no-int-to-ptr)
+}
+
 using ItemAdder = uint32_t (*)(json_object *pstObj, const char *pcKey, uintptr_t ulValue,
                                uint32_t uiPolicy);
 
@@ -42,7 +49,7 @@ uint32_t AddBool(json_object *pstObj, const char *pcKey, uintptr_t ulValue, uint
 }
 
 uint32_t AddObject(json_object *pstObj, const char *pcKey, uintptr_t ulValue, uint32_t) {
-    JsonValue stValue(reinterpret_cast<json_object *>(ulValue));
+    JsonValue stValue(PointerIn<json_object *>(ulValue));
     const uint32_t uiResult = JNI_JSON_ObjAddKeyValue(pstObj, pcKey, stValue.Lend());
     if (uiResult == 0) {
         (void)stValue.Release();
@@ -61,7 +68,7 @@ constexpr uint32_t kItemTypes = sizeof(kItemAdders) / sizeof(kItemAdders[0]);
 
 uint32_t VT_JNI_COMMON_Json_Obj_AddStr(json_object *pstObj, const char *pcKey, uintptr_t ulText,
                                        uint32_t uiPolicy) {
-    const char *pcText = reinterpret_cast<const char *>(ulText);
+    const char *pcText = PointerIn<const char *>(ulText);
     if (pcText != nullptr && pcText[0] == '\0') {
         if (uiPolicy == kEmptyAsNull) {
             return JNI_JSON_ObjAddKeyValueNULL(pstObj, pcKey);
@@ -75,7 +82,7 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddStr(json_object *pstObj, const char *pcKey, u
 
 uint32_t VT_JNI_COMMON_Json_Obj_AddStrAddRef(json_object *pstObj, const char *pcKey,
                                              uintptr_t ulTextRef, uint32_t uiPolicy) {
-    const char *const *ppcText = reinterpret_cast<const char *const *>(ulTextRef);
+    const char *const *ppcText = PointerIn<const char *const *>(ulTextRef);
     if (ppcText == nullptr) {
         RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
         return kJsonErrNull;
@@ -89,7 +96,7 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddStrAddRef(json_object *pstObj, const char *pc
 
 uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pcKey,
                                              uintptr_t ulIntRef, uint32_t uiPolicy) {
-    const int32_t *piValue = reinterpret_cast<const int32_t *>(ulIntRef);
+    const int32_t *piValue = PointerIn<const int32_t *>(ulIntRef);
     if (piValue == nullptr) {
         RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
         return kJsonErrNull;

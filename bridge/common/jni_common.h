@@ -76,9 +76,11 @@ static_assert(sizeof(RuntimeNames) == 96);
 
 }  // namespace wap
 
-WAP_EXPORT wap::OsgiMidState g_stJNIOsgiMid;
+extern "C" {
+extern WAP_VISIBLE wap::OsgiMidState g_stJNIOsgiMid;
 /// Shown for others; the library itself neither reads nor writes it.
-WAP_EXPORT uint32_t ROUTE_MODE;
+extern WAP_VISIBLE uint32_t ROUTE_MODE;
+}
 
 /**
  * Asks a process of the gateway, with a time-out of 5000 ms.

@@ -2,6 +2,7 @@
 #define WAP_COMMON_EXPORT_H
 
 /// Marks what the library shows to others; exports.map must name it too.
-#define WAP_EXPORT extern "C" __attribute__((visibility("default")))
+#define WAP_VISIBLE __attribute__((visibility("default")))
+#define WAP_EXPORT extern "C" WAP_VISIBLE
 
 #endif

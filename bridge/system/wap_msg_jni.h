@@ -6,10 +6,12 @@
 
 #include "common/wap_export.h"
 
+extern "C" {
 /// The platform library's handle; null until it was first opened, never closed.
-WAP_EXPORT void *g_pvSspBasicHandle;
+extern WAP_VISIBLE void *g_pvSspBasicHandle;
 /// 1 once start-up has completed.
-WAP_EXPORT uint32_t uiInitFlag;
+extern WAP_VISIBLE uint32_t uiInitFlag;
+}
 
 /// Attaches the process to the message service as "jamvm". 0, or 1 on failure.
 WAP_EXPORT uint32_t JNIWapMsgInit(void *pvHandle);
