@@ -26,6 +26,17 @@ uint32_t CheckValue(SourceSpot stSpot, json_object *pstValue, const void *pvOut,
     return 0;
 }
 
+/// What every typed getter does: check, then take the value with json-c's getter.
+template <class JsonC, class Out>
+uint32_t GetTyped(SourceSpot stSpot, json_object *pstValue, json_type eType,
+                  JsonC (*pfnGet)(const json_object *), Out *pOut) {
+    const uint32_t uiResult = CheckValue(stSpot, pstValue, pOut, eType);
+    if (uiResult == 0) {
+        *pOut = static_cast<Out>(pfnGet(pstValue));
+    }
+    return uiResult;
+}
+
 /// Notes that an inner code is passed on; 0 is not noted.
 uint32_t PassOn(SourceSpot stSpot, uint32_t uiResult) {
     if (uiResult != 0) {
@@ -115,35 +126,19 @@ json_object *JSON_Parse(const char *pcText, uint32_t uiStrict) {
 }
 
 uint32_t JNI_JSON_ObjGetInt(json_object *pstValue, int32_t *piOut) {
-    const uint32_t uiResult = CheckValue(WAP_SPOT, pstValue, piOut, json_type_int);
-    if (uiResult == 0) {
-        *piOut = json_object_get_int(pstValue);
-    }
-    return uiResult;
+    return GetTyped(WAP_SPOT, pstValue, json_type_int, json_object_get_int, piOut);
 }
 
 uint32_t JNI_JSON_ObjGetBool(json_object *pstValue, uint32_t *puiOut) {
-    const uint32_t uiResult = CheckValue(WAP_SPOT, pstValue, puiOut, json_type_boolean);
-    if (uiResult == 0) {
-        *puiOut = json_object_get_boolean(pstValue) != 0 ? 1 : 0;
-    }
-    return uiResult;
+    return GetTyped(WAP_SPOT, pstValue, json_type_boolean, json_object_get_boolean, puiOut);
 }
 
 uint32_t JNI_JSON_ObjGetDouble(json_object *pstValue, double *pdOut) {
-    const uint32_t uiResult = CheckValue(WAP_SPOT, pstValue, pdOut, json_type_double);
-    if (uiResult == 0) {
-        *pdOut = json_object_get_double(pstValue);
-    }
-    return uiResult;
+    return GetTyped(WAP_SPOT, pstValue, json_type_double, json_object_get_double, pdOut);
 }
 
 uint32_t JNI_JSON_ObjGetStringLen(json_object *pstValue, uint32_t *puiOut) {
-    const uint32_t uiResult = CheckValue(WAP_SPOT, pstValue, puiOut, json_type_string);
-    if (uiResult == 0) {
-        *puiOut = static_cast<uint32_t>(json_object_get_string_len(pstValue));
-    }
-    return uiResult;
+    return GetTyped(WAP_SPOT, pstValue, json_type_string, json_object_get_string_len, puiOut);
 }
 
 uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCap) {
@@ -167,11 +162,7 @@ uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCa
 }
 
 uint32_t JNI_JSON_ObjGetArrayLen(json_object *pstArray, uint32_t *puiOut) {
-    const uint32_t uiResult = CheckValue(WAP_SPOT, pstArray, puiOut, json_type_array);
-    if (uiResult == 0) {
-        *puiOut = static_cast<uint32_t>(json_object_array_length(pstArray));
-    }
-    return uiResult;
+    return GetTyped(WAP_SPOT, pstArray, json_type_array, json_object_array_length, puiOut);
 }
 
 uint32_t JNI_JSON_ObjGetValueObj(json_object *pstObj, const char *pcKey, json_object **ppstOut) {
