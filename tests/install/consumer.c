@@ -43,8 +43,9 @@ int main(void) {
     if (pvLibrary == NULL) {
         return Complain(dlerror());
     }
-    if (dlsym(pvLibrary, "Java_com_veltra_domoline_deviceservice_kavo_wap_JNINativeMethods"
-                         "_startThread") == NULL) {
+    if (dlsym(pvLibrary,
+              "Java_com_veltra_domoline_deviceservice_kavo_wap_JNINativeMethods"
+              "_startThread") == NULL) {
         return Complain("startThread is not exported");
     }
     if (dlsym(pvLibrary, "uiInitFlag") != &uiInitFlag) {
