@@ -2,6 +2,17 @@
  * @file vt_ssp_host.h
  * What the host platform library offers beyond the gateway's own one: serving remote procedure
  * calls. The simulated gateway's processes use it; the bridge never does.
+ *
+ * Everything that processes share lies in the directory that the environment variable
+ * VT_RUNTIME_DIR names (mode 0700, made by the first VT_MSG_Init, a path of 70 bytes at most):
+ *   NAME.sock, NAME.lock  a process's socket, and the lock that keeps its name unique
+ *   vdata/                the blocks of bulk data
+ *   log/PROCESS.fault     the fault log: time, thread, file:line, code, numbers; always on
+ *   log/PROCESS.trace     the trace; when VT_TRACE=1 or VT_HOST_SetTrace says so
+ *   log/PROCESS.console   what VT_OS_Printf prints
+ *   features              the numbers of the features that VT_Feature_IsSupport grants
+ * Logs are bounded: a full one is kept as NAME.1. A process without a name in the message
+ * service logs under its program's name; without VT_RUNTIME_DIR, logs go to stderr.
  */
 #ifndef VT_SSP_HOST_H
 #define VT_SSP_HOST_H
@@ -26,7 +37,10 @@ enum {
     VT_HOST_ERR_TOO_LONG = 0xF7000008,  /**< a message, block or text longer than its limit */
     VT_HOST_ERR_NO_BLOCK = 0xF7000009,  /**< no bulk block has that id */
     VT_HOST_ERR_DATA = 0xF700000A,      /**< compressed data is damaged, or data does not shrink */
-    VT_HOST_ERR_UNKNOWN_RPC = 0xF700000B /**< the receiver has no handler for the RPC id */
+    VT_HOST_ERR_UNKNOWN_RPC = 0xF700000B, /**< the receiver has no handler for the RPC id */
+    VT_HOST_ERR_FULL = 0xF700000C,        /**< a queue or a table has no room left */
+    VT_HOST_ERR_NO_PROCEDURE = 0xF700000D, /**< no procedure is registered for the module */
+    VT_HOST_ERR_IN_USE = 0xF700000E       /**< a live process holds the name already */
 };
 
 /** The longest request or reply of one RPC and the longest asynchronous message, in bytes. */
@@ -57,18 +71,31 @@ typedef uint32_t (*VtHostHandler)(void *pvContext, const VtHostCall *pstCall, ui
 
 /**
  * Starts serving RPCs sent to this process. VT_MSG_Init must have been called with the process
- * name. Returns at once; calls are served on threads of the library until VT_HOST_Stop.
+ * name; a call that comes in between the two is answered with VT_HOST_ERR_UNKNOWN_RPC. Returns at
+ * once; calls are served on threads of the library until VT_HOST_Stop.
+ * @param pfnHandler answers every call
+ * @param pvContext  handed to it
+ * @return 0; VT_HOST_ERR_STATE when the service is not initialised or serves already, or when
+ *         called by a handler
  */
 uint32_t VT_HOST_Serve(VtHostHandler pfnHandler, void *pvContext);
 
-/** Stops listening, lets running handlers end, and joins their threads. VT_MSG_Init may follow. */
+/**
+ * Stops listening, lets running handlers end, and joins their threads. Messages still queued are
+ * dropped and VT_MSG_GetAndDispatch returns. VT_MSG_Init may follow, also with another name.
+ * @return 0; VT_HOST_ERR_STATE when the service is not initialised, or when called by a handler
+ */
 uint32_t VT_HOST_Stop(void);
+
+/** Switches the trace on (not 0) or off, whatever VT_TRACE said at the program's start. */
+void VT_HOST_SetTrace(uint32_t uiOn);
 
 /** Removes the bulk blocks left behind in the runtime directory's name space. Called by the
  *  gateway's start, before any process of it runs. Returns the number of blocks removed. */
 uint32_t VT_HOST_RemoveStaleBlocks(void);
 
-/** What a procedure registered with VT_MSG_RegisterMID receives: this, with uiLen bytes behind. */
+/** What a procedure registered with VT_MSG_RegisterMID receives: this, with uiLen bytes and one
+ *  zero byte behind. */
 typedef struct VtHostMsg {
     RpcMsgHead stHead;
     uint32_t uiMsgType;

@@ -1,0 +1,115 @@
+// Figures of the machine, read from /proc, and the features that a configuration file grants.
+#include <time.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "host_util.h"
+
+using wap::host::ReadWhole;
+using wap::host::RuntimePath;
+
+namespace {
+
+constexpr uint32_t kMaxSampleMs = 10000;
+
+struct CpuTimes {
+    uint64_t uiTotal;
+    uint64_t uiIdle;
+};
+
+bool ReadCpuTimes(CpuTimes &stTimes) {
+    std::string strText;
+    unsigned long long aullPart[8] = {};
+    if (!ReadWhole("/proc/stat", strText) ||
+        sscanf(strText.c_str(), "cpu %llu %llu %llu %llu %llu %llu %llu %llu", &aullPart[0],
+               &aullPart[1], &aullPart[2], &aullPart[3], &aullPart[4], &aullPart[5], &aullPart[6],
+               &aullPart[7]) < 4) {
+        return false;
+    }
+    stTimes = {};
+    for (unsigned long long ullPart : aullPart) {
+        stTimes.uiTotal += ullPart;
+    }
+    stTimes.uiIdle = aullPart[3] + aullPart[4];  // idle, and waiting for input or output
+    return true;
+}
+
+void Sleep(uint32_t uiMilliseconds) {
+    timespec stLeft{};
+    stLeft.tv_sec = static_cast<time_t>(uiMilliseconds / 1000);
+    stLeft.tv_nsec = static_cast<long>(uiMilliseconds % 1000) * 1000000L;
+    while (clock_nanosleep(CLOCK_MONOTONIC, 0, &stLeft, &stLeft) == EINTR) {
+    }
+}
+
+bool ReadMemInfo(const std::string &strText, const char *pcKey, unsigned long long &ullValue) {
+    size_t uiAt = strText.find(pcKey);
+    return uiAt != std::string::npos &&
+           sscanf(strText.c_str() + uiAt + strlen(pcKey), "%llu", &ullValue) == 1;
+}
+
+}  // namespace
+
+uint32_t VT_OS_GetCPUBusyRateByTime(uint32_t uiSample, uint32_t *puiRate) {
+    if (puiRate == nullptr || uiSample == 0 || uiSample > kMaxSampleMs) {
+        return VT_HOST_ERR_ARGUMENT;
+    }
+    CpuTimes stBefore{};
+    CpuTimes stAfter{};
+    if (!ReadCpuTimes(stBefore)) {
+        return VT_HOST_ERR_SYSTEM;
+    }
+    // The kernel counts in ticks of 10 ms, so a short sample may see none: wait for one then.
+    constexpr int kMoreTries = 10;
+    uint32_t uiWait = uiSample;
+    for (int iTry = 0; iTry < kMoreTries; iTry++) {
+        Sleep(uiWait);
+        if (!ReadCpuTimes(stAfter)) {
+            return VT_HOST_ERR_SYSTEM;
+        }
+        if (stAfter.uiTotal > stBefore.uiTotal) {
+            break;
+        }
+        uiWait = 10;
+    }
+    uint64_t uiTotal = stAfter.uiTotal > stBefore.uiTotal ? stAfter.uiTotal - stBefore.uiTotal : 0;
+    // The waiting time may shrink between two readings, so the difference is bounded both ways.
+    uint64_t uiIdle = stAfter.uiIdle > stBefore.uiIdle ? stAfter.uiIdle - stBefore.uiIdle : 0;
+    uiIdle = std::min(uiIdle, uiTotal);
+    *puiRate = uiTotal == 0 ? 0u : static_cast<uint32_t>((uiTotal - uiIdle) * 100 / uiTotal);
+    return 0;
+}
+
+uint32_t VT_OS_GetMemUseRate(uint32_t *puiRate) {
+    if (puiRate == nullptr) {
+        return VT_HOST_ERR_ARGUMENT;
+    }
+    std::string strText;
+    unsigned long long ullTotal = 0;
+    unsigned long long ullFree = 0;
+    if (!ReadWhole("/proc/meminfo", strText) || !ReadMemInfo(strText, "MemTotal:", ullTotal) ||
+        !ReadMemInfo(strText, "MemAvailable:", ullFree) || ullTotal == 0) {
+        return VT_HOST_ERR_SYSTEM;
+    }
+    *puiRate = static_cast<uint32_t>((ullTotal - std::min(ullFree, ullTotal)) * 100 / ullTotal);
+    return 0;
+}
+
+uint32_t VT_Feature_IsSupport(uint32_t uiFeature) {
+    std::string strPath = RuntimePath("features");
+    std::string strText;
+    if (strPath.empty() || !ReadWhole(strPath.c_str(), strText)) {
+        return 0;
+    }
+    char *pcSave = nullptr;
+    char *pcLine = VT_OS_StrtokR(strText.data(), " \t\r\n", &pcSave);
+    for (; pcLine != nullptr; pcLine = VT_OS_StrtokR(nullptr, " \t\r\n", &pcSave)) {
+        uint32_t uiListed = 0;
+        if (VT_OS_StrToUInt32(pcLine, &uiListed) == 0 && uiListed == uiFeature) {
+            return 1;
+        }
+    }
+    return 0;
+}
