@@ -41,12 +41,8 @@ public final class Arguments {
     public static Object[] convert(Method method, List<String> words) throws UsageException {
         Class<?>[] types = method.getParameterTypes();
         if (types.length != words.size()) {
-            throw new UsageException(
-                    ServiceCatalog.signature(method)
-                            + " takes "
-                            + count(types.length)
-                            + ", not "
-                            + words.size());
+            throw new UsageException(ServiceCatalog.signature(method) + " takes "
+                    + count(types.length) + ", not " + words.size());
         }
         Object[] values = new Object[types.length];
         for (int i = 0; i < types.length; i++) {
@@ -65,8 +61,8 @@ public final class Arguments {
      * @param overloads methods of one name, at least one
      * @param words the words of the call
      * @return the first overload whose parameters the words fit, with its arguments
-     * @throws UsageException if none fits: the reason for the only or last one of that many
-     *     parameters
+     * @throws UsageException if none fits; the reason given is that of an overload with as many
+     *     parameters, if there is one
      */
     public static Call bind(List<Method> overloads, List<String> words) throws UsageException {
         UsageException reason = null;
@@ -111,9 +107,9 @@ public final class Arguments {
     private static Object primitive(Class<?> type, String word) throws UsageException {
         try {
             if (type == int.class) {
-                return Math.toIntExact(integer(type, word, Integer.MIN_VALUE, Integer.MAX_VALUE));
+                return (int) integer(type, word, Integer.MIN_VALUE, Integer.MAX_VALUE);
             } else if (type == long.class) {
-                return Long.decode(word);
+                return integer(type, word, Long.MIN_VALUE, Long.MAX_VALUE);
             } else if (type == short.class) {
                 return (short) integer(type, word, Short.MIN_VALUE, Short.MAX_VALUE);
             } else if (type == byte.class) {
@@ -129,7 +125,7 @@ public final class Arguments {
         if (type == boolean.class && (word.equals("true") || word.equals("false"))) {
             return Boolean.valueOf(word);
         }
-        if (type == char.class && word.length() == 1) {
+        if (type == char.class&& word.length() == 1) {
             return word.charAt(0);
         }
         String wanted = type == boolean.class ? "true or false" : "one character";
@@ -142,7 +138,7 @@ public final class Arguments {
         long lValue = Long.decode(word.replaceFirst("^([+-]?)0+(?=\\d)", "$1"));
         if (lValue < lLeast || lValue > lMost) {
             throw new UsageException(
-                    word + " is outside " + lLeast + " to " + lMost + " of " + type.getSimpleName());
+                    word + " is outside " + lLeast + " to " + lMost + " of " + type);
         }
         return lValue;
     }
@@ -194,11 +190,10 @@ public final class Arguments {
      * @return the arguments, or null when a parameter has no value that is good for a trial
      */
     static Object[] samples(Method method) {
-        List<String> words =
-                Arrays.stream(method.getParameterTypes())
-                        .filter(type -> type.isPrimitive() && type != char.class)
-                        .map(type -> type == boolean.class ? "false" : "10")
-                        .collect(Collectors.toList());
+        List<String> words = Arrays.stream(method.getParameterTypes())
+                                     .filter(type -> type.isPrimitive() && type != char.class)
+                                     .map(type -> type == boolean.class ? "false" : "10")
+                                     .collect(Collectors.toList());
         try {
             return convert(method, words);
         } catch (UsageException e) {

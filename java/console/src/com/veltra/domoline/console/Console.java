@@ -16,29 +16,28 @@ import picocli.CommandLine.HelpCommand;
  *
  * <p>Exit codes: 0 done, 1 a call failed or the gateway can't be reached, 2 a usage error.
  */
-@Command(
-        name = "wap-console",
-        mixinStandardHelpOptions = true,
-        version = "wap-console 1.0",
-        description = {
-            "Calls the gateway's device services.",
-            "Without a COMMAND: the interactive console on a terminal, else the tour.",
-        },
-        synopsisSubcommandLabel = "[COMMAND]",
-        exitCodeListHeading = "%nExit codes:%n",
-        exitCodeList = {
-            "0:done",
-            "1:a call failed, or the gateway can't be reached",
-            "2:a usage error",
-        },
-        subcommands = {
-            Verbs.Services.class,
-            Verbs.Methods.class,
-            Verbs.Call.class,
-            Verbs.Tour.class,
-            Verbs.Quit.class,
-            HelpCommand.class,
-        })
+@Command(name = "wap-console", mixinStandardHelpOptions = true, version = "wap-console 1.0",
+        description =
+                {
+                        "Calls the gateway's device services.",
+                        "Without a COMMAND: the interactive console on a terminal, else the tour.",
+                },
+        synopsisSubcommandLabel = "[COMMAND]", exitCodeListHeading = "%nExit codes:%n",
+        exitCodeList =
+                {
+                        "0:done",
+                        "1:a call failed, or the gateway can't be reached",
+                        "2:a usage error",
+                },
+        subcommands =
+                {
+                        Verbs.Services.class,
+                        Verbs.Methods.class,
+                        Verbs.Call.class,
+                        Verbs.Tour.class,
+                        Verbs.Quit.class,
+                        HelpCommand.class,
+                })
 public final class Console implements Callable<Integer> {
     static final int kDone = 0;
     static final int kFailed = 1;
@@ -77,8 +76,7 @@ public final class Console implements Callable<Integer> {
         PrintWriter err =
                 new PrintWriter(new OutputStreamWriter(System.err, StandardCharsets.UTF_8), true);
         ServiceCatalog catalog = ServiceCatalog.scan(System.getProperty("java.class.path", ""));
-        int iCode =
-                new Console(catalog, Palette.forStandardOutput(), out, err).execute(words);
+        int iCode = new Console(catalog, Palette.forStandardOutput(), out, err).execute(words);
         out.flush();
         err.flush();
         System.exit(iCode);
@@ -98,15 +96,10 @@ public final class Console implements Callable<Integer> {
     }
 
     private CommandLine commandLine() {
-        CommandLine line =
-                new CommandLine(this)
-                        .setOut(out)
-                        .setErr(err)
-                        .setColorScheme(
-                                CommandLine.Help.defaultColorScheme(
-                                        palette == Palette.COLOURED
-                                                ? CommandLine.Help.Ansi.ON
-                                                : CommandLine.Help.Ansi.OFF));
+        CommandLine line = new CommandLine(this).setOut(out).setErr(err).setColorScheme(
+                CommandLine.Help.defaultColorScheme(palette == Palette.COLOURED
+                                ? CommandLine.Help.Ansi.ON
+                                : CommandLine.Help.Ansi.OFF));
         // A negative number behind the method is an argument and no option.
         line.getSubcommands().get("call").setStopAtPositional(true);
         line.setExpandAtFiles(false);
@@ -119,16 +112,11 @@ public final class Console implements Callable<Integer> {
         boolean bVerbMissing = where.getCommand() == this && words.length > 0;
         String first = words.length > 0 ? words[0] : "";
         if (bVerbMissing && !first.startsWith("-")) {
-            boolean bMethod =
-                    gateway.catalog().methods().stream()
-                            .anyMatch(method -> method.getName().equals(first));
-            complain(
-                    "there is no command '"
-                            + first
-                            + "'"
-                            + (bMethod
-                                    ? "; did you mean call " + first + "?"
-                                    : Suggestions.phrase(first, verbs())));
+            boolean bMethod = gateway.catalog().methods().stream().anyMatch(
+                    method -> method.getName().equals(first));
+            complain("there is no command '" + first + "'"
+                    + (bMethod ? "; did you mean call " + first + "?"
+                               : Suggestions.phrase(first, verbs())));
         } else {
             complain(reason.getMessage());
             where.usage(err);

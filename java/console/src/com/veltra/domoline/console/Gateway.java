@@ -16,7 +16,7 @@ public final class Gateway {
     /** What to do when calls fail because no gateway answers. */
     static final String kHint =
             "Does the gateway run? 'gatewayctl status' shows its processes, './run' starts it;"
-                    + " VT_RUNTIME_DIR must name its runtime directory.";
+            + " VT_RUNTIME_DIR must name its runtime directory.";
 
     private final ServiceCatalog catalog;
     private boolean bStarted;
@@ -44,7 +44,8 @@ public final class Gateway {
      *
      * @param call what to call
      * @return what it brought, failures included
-     * @throws UnreachableException if the library can't be loaded or the message service not started
+     * @throws UnreachableException if the library can't be loaded or the message service not
+     *         started
      */
     public Outcome call(Arguments.Call call) throws UnreachableException {
         start();
@@ -66,9 +67,7 @@ public final class Gateway {
                 if (outcome.failed()) {
                     throw new UnreachableException(
                             "The message service refuses to start (startThread answered "
-                                    + outcome.describe(Palette.PLAIN)
-                                    + "). "
-                                    + kHint);
+                            + outcome.describe(Palette.PLAIN) + "). " + kHint);
                 }
                 bStarted = true;
                 return;
@@ -99,11 +98,9 @@ public final class Gateway {
     }
 
     private static UnreachableException unloadable(Throwable reason) {
-        return new UnreachableException(
-                "The native library can't be used: "
-                        + reason.getMessage()
-                        + ". -Djava.library.path=DIR names the folder that holds"
-                        + " libvt_wap_jni.so and libvt_ssp_basic.so.");
+        return new UnreachableException("The native library can't be used: " + reason.getMessage()
+                + ". -Djava.library.path=DIR names the folder that holds"
+                + " libvt_wap_jni.so and libvt_ssp_basic.so.");
     }
 
     /**
@@ -121,7 +118,8 @@ public final class Gateway {
      * @return every method that only asks
      */
     List<Method> queries() {
-        return catalog.methods().stream()
+        return catalog.methods()
+                .stream()
                 .filter(ServiceCatalog::isQuery)
                 .collect(Collectors.toList());
     }

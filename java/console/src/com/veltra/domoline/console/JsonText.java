@@ -66,10 +66,8 @@ public final class JsonText {
         } else {
             JsonPrimitive value = element.getAsJsonPrimitive();
             boolean bText = value.isString();
-            out.append(
-                    palette.paint(
-                            bText ? palette.text : palette.number,
-                            bText ? quoted(value.getAsString()) : value.getAsString()));
+            out.append(palette.paint(bText ? palette.text : palette.number,
+                    bText ? quoted(value.getAsString()) : value.getAsString()));
         }
     }
 

@@ -31,9 +31,9 @@ public final class Outcome {
 
     /**
      * Tells whether the call failed: it threw, answered no text, answered JSON whose "Result" is
-     * negative, or answered a failure number. A query's number fails only with -1, because sizes and
-     * times above two thousand million arrive as other negative numbers; a change's number fails
-     * when it is negative, and that of {@code startThread} when it isn't 0.
+     * negative, or answered a failure number. A query's number fails only with -1, because sizes
+     * and times above two thousand million arrive as other negative numbers; a change's number
+     * fails when it is negative, and that of {@code startThread} when it isn't 0.
      *
      * @return true for a failure
      */

@@ -40,15 +40,16 @@ public enum Palette {
     }
 
     /**
-     * Tells whether a descriptor is a terminal. The virtual machine's own test answers for input and
-     * output together, and differently from version to version.
+     * Tells whether a descriptor is a terminal. The virtual machine's own test answers for input
+     * and output together, and differently from version to version.
      *
      * @param iDescriptor 0 for standard input, 1 for standard output
      * @return true for a terminal
      */
     static boolean isTerminal(int iDescriptor) {
         try {
-            String target = Files.readSymbolicLink(Path.of("/proc/self/fd/" + iDescriptor)).toString();
+            String target =
+                    Files.readSymbolicLink(Path.of("/proc/self/fd/" + iDescriptor)).toString();
             return target.matches("/dev/(pts/\\d+|tty.*|console)");
         } catch (IOException e) {
             return false;

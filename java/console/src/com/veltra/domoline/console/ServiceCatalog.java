@@ -88,14 +88,14 @@ public final class ServiceCatalog {
         } catch (ClassNotFoundException | LinkageError e) {
             return;
         }
-        List<Method> natives =
-                Arrays.stream(type.getDeclaredMethods())
-                        .filter(method -> Modifier.isNative(method.getModifiers()))
-                        .filter(method -> Modifier.isPublic(method.getModifiers()))
-                        .collect(Collectors.toList());
+        List<Method> natives = Arrays.stream(type.getDeclaredMethods())
+                                       .filter(method -> Modifier.isNative(method.getModifiers()))
+                                       .filter(method -> Modifier.isPublic(method.getModifiers()))
+                                       .collect(Collectors.toList());
         if (!natives.isEmpty()) {
             // Two services of one simple name (in different packages) keep their full names apart.
-            classes.put(classes.containsKey(type.getSimpleName()) ? name : type.getSimpleName(), type);
+            classes.put(
+                    classes.containsKey(type.getSimpleName()) ? name : type.getSimpleName(), type);
             methods.addAll(natives);
         }
     }
@@ -145,8 +145,8 @@ public final class ServiceCatalog {
         }
         Class<?> type = classes.get(name);
         if (type == null) {
-            throw new UsageException(
-                    "there is no service class '" + name + "'" + Suggestions.phrase(name, classNames()));
+            throw new UsageException("there is no service class '" + name + "'"
+                    + Suggestions.phrase(name, classNames()));
         }
         return type;
     }
@@ -162,31 +162,22 @@ public final class ServiceCatalog {
         int dot = name.lastIndexOf('.');
         String simple = name.substring(dot + 1);
         List<Method> candidates = dot < 0 ? methods : methodsOf(findClass(name.substring(0, dot)));
-        List<Method> found =
-                candidates.stream()
-                        .filter(method -> method.getName().equals(simple))
-                        .collect(Collectors.toList());
+        List<Method> found = candidates.stream()
+                                     .filter(method -> method.getName().equals(simple))
+                                     .collect(Collectors.toList());
         if (found.isEmpty()) {
             String where = dot < 0 ? "" : " in " + name.substring(0, dot);
-            throw new UsageException(
-                    "there is no method '"
-                            + simple
-                            + "'"
-                            + where
-                            + Suggestions.phrase(simple, names(candidates, Method::getName)));
+            throw new UsageException("there is no method '" + simple + "'" + where
+                    + Suggestions.phrase(simple, names(candidates, Method::getName)));
         }
         if (found.stream().map(Method::getDeclaringClass).distinct().count() > 1) {
-            throw new UsageException(
-                    "several classes have a method '"
-                            + simple
-                            + "': "
-                            + String.join(" or ", names(found, ServiceCatalog::qualifiedName)));
+            throw new UsageException("several classes have a method '" + simple
+                    + "': " + String.join(" or ", names(found, ServiceCatalog::qualifiedName)));
         }
         return found;
     }
 
-    private static Collection<String> names(
-            List<Method> methods, Function<Method, String> naming) {
+    private static Collection<String> names(List<Method> methods, Function<Method, String> naming) {
         return methods.stream().map(naming).collect(Collectors.toCollection(TreeSet::new));
     }
 
@@ -209,11 +200,9 @@ public final class ServiceCatalog {
     public static String signature(Method method) {
         return Arrays.stream(method.getParameterTypes())
                 .map(Class::getSimpleName)
-                .collect(
-                        Collectors.joining(
-                                ", ",
-                                method.getReturnType().getSimpleName() + " " + method.getName() + "(",
-                                ")"));
+                .collect(Collectors.joining(", ",
+                        method.getReturnType().getSimpleName() + " " + method.getName() + "(",
+                        ")"));
     }
 
     /**

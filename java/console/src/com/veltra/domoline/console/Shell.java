@@ -38,7 +38,7 @@ final class Shell {
             LineReader reader = reader(terminal);
             console.out.println(
                     "The gateway's device services. 'help' lists the commands, 'tour' shows all"
-                            + " answers, Tab completes, 'quit' leaves.");
+                    + " answers, Tab completes, 'quit' leaves.");
             console.out.flush();
             while (!console.bQuit) {
                 readAndExecute(reader);
@@ -100,10 +100,8 @@ final class Shell {
      */
     static Path historyFile(Map<String, String> environment) {
         String state = environment.getOrDefault("XDG_STATE_HOME", "");
-        Path folder =
-                state.isEmpty()
-                        ? Path.of(System.getProperty("user.home"), ".local", "state")
-                        : Path.of(state);
+        Path folder = state.isEmpty() ? Path.of(System.getProperty("user.home"), ".local", "state")
+                                      : Path.of(state);
         return folder.resolve("wap-console").resolve("history");
     }
 

@@ -22,12 +22,11 @@ final class Suggestions {
      */
     static List<String> near(String typed, Collection<String> names) {
         int iBest = names.stream().mapToInt(name -> distance(typed, name)).min().orElse(0);
-        int iLimit = Math.min(iBest + 1, Math.max(1, typed.length() / 3));
+        int iLimit = Math.min(iBest + 1, Math.max(2, typed.length() / 3));
         return names.stream()
                 .distinct()
                 .filter(name -> distance(typed, name) <= iLimit)
-                .sorted(
-                        Comparator.comparingInt((String name) -> distance(typed, name))
+                .sorted(Comparator.comparingInt((String name) -> distance(typed, name))
                                 .thenComparing(Comparator.naturalOrder()))
                 .limit(kMost)
                 .collect(Collectors.toList());

@@ -1,6 +1,8 @@
 package com.veltra.domoline.console;
 
-/** What the user typed can't be carried out as it stands; the message says why and what would be. */
+/**
+ * What the user typed can't be carried out as it stands; the message says why and what would be.
+ */
 public final class UsageException extends Exception {
     private static final long serialVersionUID = 1L;
 

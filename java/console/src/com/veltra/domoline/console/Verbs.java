@@ -16,9 +16,7 @@ final class Verbs {
 
     /** What the verbs share: the way to the console they belong to. */
     abstract static class Verb implements Callable<Integer> {
-        @Option(
-                names = {"-h", "--help"},
-                usageHelp = true,
+        @Option(names = {"-h", "--help"}, usageHelp = true,
                 description = "Show this help and leave.")
         boolean bHelp;
 
@@ -56,7 +54,8 @@ final class Verbs {
         int run() throws UsageException {
             for (String name : catalog().classNames()) {
                 int iMethods = catalog().methodsOf(catalog().findClass(name)).size();
-                out().printf("%-36s %3d %s%n", name, iMethods, iMethods == 1 ? "method" : "methods");
+                out().printf(
+                        "%-36s %3d %s%n", name, iMethods, iMethods == 1 ? "method" : "methods");
             }
             return Console.kDone;
         }
@@ -76,26 +75,20 @@ final class Verbs {
         }
     }
 
-    @Command(
-            name = "call",
+    @Command(name = "call",
             description = "Call a method and print its answer. Ends with 1 when the call fails.",
-            footer = {
-                "",
-                "Arguments by type: numbers 10, -1, 0x1F; booleans true, false; texts as they",
-                "are, null for none, text:null for the text \"null\"; byte arrays in hexadecimal;",
-                "other arrays a,b,c with \\, for a comma in an element, '' for an empty array.",
-                "",
-                "Examples: call getDeviceInfo",
-                "          call DeviceInfoQueryServiceJNI.getCPUOccupancyRate 10",
-            })
+            footer = {"", "Arguments by type: numbers 10, -1, 0x1F; booleans true, false;",
+                    "texts as they are, null for none, text:null for the text \"null\"; byte arrays",
+                    "in hexadecimal; other arrays a,b,c with \\, for a comma in an element, '' for",
+                    "an empty array.", "", "Examples: call getDeviceInfo",
+                    "          call DeviceInfoQueryServiceJNI.getCPUOccupancyRate 10"})
     static final class Call extends Verb {
-        @Parameters(
-                index = "0",
-                paramLabel = "METHOD",
+        @Parameters(index = "0", paramLabel = "METHOD",
                 description = "A method's name, or Class.method.")
         String name;
 
-        @Parameters(index = "1..*", paramLabel = "ARG", description = "Its arguments, one word each.")
+        @Parameters(
+                index = "1..*", paramLabel = "ARG", description = "Its arguments, one word each.")
         List<String> words = new ArrayList<>();
 
         @Override
@@ -111,11 +104,10 @@ final class Verbs {
         }
     }
 
-    @Command(
-            name = "tour",
+    @Command(name = "tour",
             description =
-                    "Call every query method and show the answers; numbers asked for are given as 10."
-                            + " Ends with 1 when a call fails.")
+                    "Call every query method and show the answers; numbers asked for are 10."
+                    + " Ends with 1 when a call fails.")
     static final class Tour extends Verb {
         @Override
         int run() throws Gateway.UnreachableException {
@@ -133,16 +125,16 @@ final class Verbs {
                 } else {
                     Outcome outcome = console.gateway.call(new Arguments.Call(method, values));
                     out().println(outcome.describe(palette));
-                    out().println((outcome.failed() ? "FAILED in " : "in ") + outcome.milliseconds() + " ms");
+                    out().println((outcome.failed() ? "FAILED in " : "in ") + outcome.milliseconds()
+                            + " ms");
                     iCalled++;
                     iFailed += outcome.failed() ? 1 : 0;
                 }
                 out().println();
                 out().flush();
             }
-            out().println(
-                    iCalled + " methods, " + iFailed + " failed"
-                            + (iLeftOut == 0 ? "" : ", " + iLeftOut + " left out"));
+            out().println(iCalled + " methods, " + iFailed + " failed"
+                    + (iLeftOut == 0 ? "" : ", " + iLeftOut + " left out"));
             if (iFailed > 0) {
                 console.complain(Gateway.kHint);
             }
@@ -150,10 +142,7 @@ final class Verbs {
         }
     }
 
-    @Command(
-            name = "quit",
-            aliases = {"exit"},
-            description = "Leave the console.")
+    @Command(name = "quit", aliases = {"exit"}, description = "Leave the console.")
     static final class Quit extends Verb {
         @Override
         int run() {

@@ -45,8 +45,8 @@ public class DeviceInfoQueryServiceJNI {
      * <p>Example answer: {@code 02:11:22:33:44:55}
      *
      * @return the address as the gateway writes it, 17 characters at most; <code>
-     *     { "Result": -1 }</code> (with blanks) when the process doesn't answer, refuses, or sends a
-     *     longer text; {@code null} when it sends an empty text
+     *     { "Result": -1 }</code> (with blanks) when the process doesn't answer, refuses, or sends
+     * a longer text; {@code null} when it sends an empty text
      */
     public native String getDeviceMAC();
 
@@ -57,8 +57,8 @@ public class DeviceInfoQueryServiceJNI {
      * <p>Example answer: {@code 86400}
      *
      * @return the running time in the unit of the firmware, as an unsigned 32-bit number in an
-     *     {@code int}: read it with {@link Integer#toUnsignedLong(int)}; -1 when the process doesn't
-     *     answer or refuses. A running time of 4294967295 can't be told from that failure.
+     *     {@code int}: read it with {@link Integer#toUnsignedLong(int)}; -1 when the process
+     * doesn't answer or refuses. A running time of 4294967295 can't be told from that failure.
      */
     public native int getDeviceUpTime();
 
@@ -67,14 +67,15 @@ public class DeviceInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 1.0}
      *
-     * @return the version; should it not fit the library's buffer, <code>{ "Result": N }</code> with
+     * @return the version; should it not fit the library's buffer, <code>{ "Result": N }</code>
+     *         with
      *     the library's code N
      */
     public native String getAPIVersion();
 
     /**
-     * Tells how busy the processors are. Measured by the platform's library in this process, without
-     * asking the gateway's processes; the measurement itself can take a moment.
+     * Tells how busy the processors are. Measured by the platform's library in this process,
+     * without asking the gateway's processes; the measurement itself can take a moment.
      *
      * <p>Example answer: {@code 7}
      *

@@ -7,9 +7,9 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * The gateway's identity and the credentials that it left the factory with.
  *
  * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
- * by any number of threads; each asks one process of the gateway and blocks the calling thread until
- * the answer arrives, 30 seconds at most. A process that is not running makes them fail without
- * waiting. No method throws because of the gateway's state.
+ * by any number of threads; each asks one process of the gateway and blocks the calling thread
+ * until the answer arrives, 30 seconds at most. A process that is not running makes them fail
+ * without waiting. No method throws because of the gateway's state.
  *
  * <p>Every method answers the bare text; only a failure is JSON, <code>{ "Result": -1 }</code> with
  * a blank after the opening brace, after the colon and before the closing brace. A text that is
@@ -30,7 +30,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 0123456789}
      *
-     * @return the password, 64 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
+     * @return the password, 64 bytes at most; <code>{ "Result": -1 }</code> when the process
+     *         doesn't
      *     answer or refuses; {@code null} when there is no password
      */
     public native String getDevicePassword();
@@ -57,12 +58,13 @@ public class DeviceSecretInfoQueryServiceJNI {
     public native String getDeviceSerialNumber();
 
     /**
-     * Tells the factory password of the administration pages. Asks the process {@code osgi_proxy}, at
-     * most 30 seconds.
+     * Tells the factory password of the administration pages. Asks the process {@code osgi_proxy},
+     * at most 30 seconds.
      *
      * <p>Example answer: {@code admin-3f9a}
      *
-     * @return the password, 127 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
+     * @return the password, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
+     *         doesn't
      *     answer, refuses, or sends a longer text; {@code null} when the text is empty
      */
     public native String getDeviceDefaultWebPassword();
@@ -79,12 +81,13 @@ public class DeviceSecretInfoQueryServiceJNI {
     public native String getDeviceDefaultSSID1Name();
 
     /**
-     * Tells the factory password of the first wireless network. Asks the process {@code osgi_proxy},
-     * at most 30 seconds.
+     * Tells the factory password of the first wireless network. Asks the process {@code
+     * osgi_proxy}, at most 30 seconds.
      *
      * <p>Example answer: {@code k7mq2wxz}
      *
-     * @return the password, 31 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
+     * @return the password, 31 bytes at most; <code>{ "Result": -1 }</code> when the process
+     *         doesn't
      *     answer, refuses, or sends a longer text; {@code null} when the text is empty
      */
     public native String getDeviceDefaultSSID1Password();

@@ -1,0 +1,112 @@
+package com.veltra.domoline.systemtest;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertNull;
+import static org.junit.jupiter.api.Assertions.assertTimeout;
+
+import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceInfoQueryServiceJNI;
+import java.time.Duration;
+import java.util.Arrays;
+import java.util.List;
+import java.util.stream.Collectors;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeAll;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.params.ParameterizedTest;
+import org.junit.jupiter.params.provider.MethodSource;
+import org.junit.jupiter.params.provider.ValueSource;
+
+/** What Java sees when the gateway's processes are away, refuse, or answer nonsense. */
+class FailureTest {
+    @BeforeAll
+    static void attach() {
+        Gateway.attach();
+    }
+
+    @AfterEach
+    void clear() {
+        Gateway.clear();
+    }
+
+    static List<DeviceMethod> askingMethods() {
+        return Arrays.stream(DeviceMethod.values())
+                .filter(method -> method.process != null)
+                .collect(Collectors.toList());
+    }
+
+    @ParameterizedTest
+    @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp})
+    void killedProcessFailsItsMethodsUntilItIsBack(String process) {
+        for (DeviceMethod method : DeviceMethod.values()) {
+            method.assertSucceeds(); // and so leaves a connection behind that will break
+        }
+        Gateway.kill(process);
+        try {
+            for (DeviceMethod method : DeviceMethod.values()) {
+                if (process.equals(method.process)) {
+                    assertTimeout(Duration.ofSeconds(5), method::assertFails);
+                    assertTimeout(Duration.ofSeconds(5), method::assertFails);
+                } else {
+                    method.assertSucceeds();
+                }
+            }
+        } finally {
+            Gateway.start(process);
+        }
+        for (DeviceMethod method : DeviceMethod.values()) {
+            method.assertSucceeds();
+        }
+    }
+
+    @ParameterizedTest
+    @MethodSource("askingMethods")
+    void refusalIsTheDocumentedFailure(DeviceMethod method) {
+        Gateway.fault(method.process, method.iRpc, "--code", "7", "--times", "1");
+        method.assertFails();
+        method.assertSucceeds();
+    }
+
+    @ParameterizedTest
+    @MethodSource("askingMethods")
+    void garbageIsHarmless(DeviceMethod method) {
+        // What a random reply is answered with is as random; that Java goes on is the point.
+        Gateway.fault(method.process, method.iRpc, "--garbage", "--times", "20");
+        for (int i = 0; i < 20; i++) {
+            method.call();
+        }
+        method.assertSucceeds();
+    }
+
+    @ParameterizedTest
+    @MethodSource("askingMethods")
+    void truncatedReplyIsHarmless(DeviceMethod method) {
+        for (String length : new String[] {"0", "1", "3", "11", "17"}) {
+            Gateway.fault(method.process, method.iRpc, "--truncate", length, "--times", "1");
+            method.call();
+            method.assertSucceeds();
+        }
+    }
+
+    @Test
+    void truncatedReplyLeavesTheRestEmpty() {
+        Gateway.fault(
+                Gateway.kOsgiProxy, DeviceMethod.INFO.iRpc, "--truncate", "8", "--times", "1");
+        assertEquals("{\"Result\":0 , \"Vendor\":\"\", \"ProductCLass\":\"\", \"HardwareVer\":\"\","
+                        + " \"FirmwareVer\":\"\", \"FlashSize\":262144, \"RamSize\":524288,"
+                        + " \"MainChipClass\":\"\", \"NFC\":\"\"}",
+                DeviceMethod.INFO.call());
+        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--truncate", "5", "--times", "1");
+        assertEquals("02:A1", DeviceMethod.MAC.call());
+        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--truncate", "0", "--times", "1");
+        assertNull(new DeviceInfoQueryServiceJNI().getDeviceMAC());
+    }
+
+    @Test
+    void slowAnswerIsWaitedFor() {
+        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--delay", "1500", "--times", "1");
+        long lBegin = System.nanoTime();
+        DeviceMethod.MAC.assertSucceeds();
+        long lMilliseconds = (System.nanoTime() - lBegin) / 1_000_000;
+        assertEquals(1500, lMilliseconds, 1000, "milliseconds waited");
+    }
+}
