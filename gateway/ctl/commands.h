@@ -1,0 +1,42 @@
+// gatewayctl's verbs. Each prints its result and returns the exit code: 0 done, 1 not done.
+// What can't be done at all is thrown as GatewayError, with a text for the user.
+#ifndef WAP_GATEWAY_CTL_COMMANDS_H
+#define WAP_GATEWAY_CTL_COMMANDS_H
+
+#include <stdint.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ctl/launcher.h"
+#include "framework/fault_table.h"
+
+namespace wap::gateway {
+
+/// What the command line says, for all verbs together.
+struct Options {
+    std::vector<std::string> astProcesses;  ///< none: all
+    Locations stLocations;
+    bool bFresh = false;
+    uint32_t uiTimeoutS = 10;
+    std::string acPath;
+    std::string acText;
+    std::optional<uint32_t> uiRpcId;  ///< nothing: any
+    Fault stFault;
+};
+
+int Start(const Options &stOptions);
+int Stop(const Options &stOptions);
+int Kill(const Options &stOptions);
+int Status(const Options &stOptions);
+int Wait(const Options &stOptions);
+int Get(const Options &stOptions);
+int Set(const Options &stOptions);
+int SetFault(const Options &stOptions);
+int ListFaults(const Options &stOptions);
+int ClearFaults(const Options &stOptions);
+
+}  // namespace wap::gateway
+
+#endif

@@ -1,0 +1,350 @@
+#include "ctl/launcher.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <functional>
+#include <thread>
+
+#include "ctl/client.h"
+#include "framework/control.h"
+#include "framework/error.h"
+#include "vt_ssp_host.h"
+
+extern char **environ;
+
+namespace wap::gateway {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr auto kPollInterval = std::chrono::milliseconds(10);
+constexpr uint32_t kProbeTimeoutMs = 1000;
+
+/// A process being started.
+struct Child {
+    const ProcessInfo *pstInfo;
+    pid_t iPid;
+    size_t uiLogStart;  /// where its part of the log begins
+};
+
+bool WaitUntil(Clock::time_point stEnd, const std::function<bool()> &stIsDone) {
+    while (!stIsDone()) {
+        if (Clock::now() >= stEnd) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPollInterval);
+    }
+    return true;
+}
+
+std::string FromEnvironment(const char *pcName) {
+    const char *pcValue = getenv(pcName);
+    return pcValue == nullptr ? "" : pcValue;
+}
+
+std::string FolderOf(const std::string &acPath) {
+    return acPath.substr(0, acPath.rfind('/'));
+}
+
+/// The folder of gatewayctl itself; "" when it can't be told.
+std::string OwnFolder(const Locations &stLocations) {
+    char acSelf[4096];
+    const ssize_t iLength = readlink("/proc/self/exe", acSelf, sizeof(acSelf));
+    if (iLength > 0 && static_cast<size_t>(iLength) < sizeof(acSelf)) {
+        const std::string acPath(acSelf, static_cast<size_t>(iLength));
+        // An emulator may show itself here instead of the program that it runs.
+        if (access((FolderOf(acPath) + "/wap_gateway").c_str(), X_OK) == 0) {
+            return FolderOf(acPath);
+        }
+    }
+    return stLocations.acArgv0.find('/') == std::string::npos ? "" : FolderOf(stLocations.acArgv0);
+}
+
+std::string FindProgram(const Locations &stLocations) {
+    std::string acPath = stLocations.acProgram;
+    if (acPath.empty()) {
+        acPath = FromEnvironment("WAP_GATEWAY_PROGRAM");
+    }
+    if (acPath.empty()) {
+        acPath = OwnFolder(stLocations) + "/wap_gateway";
+    }
+    if (access(acPath.c_str(), X_OK) != 0) {
+        throw GatewayError("there is no program " + acPath +
+                           ": name wap_gateway with --program or WAP_GATEWAY_PROGRAM");
+    }
+    return acPath;
+}
+
+/// WAP_EMULATOR's words, to be put before the program: nothing for a program of this machine.
+std::vector<std::string> EmulatorWords() {
+    std::vector<std::string> astWords;
+    const std::string acEmulator = FromEnvironment("WAP_EMULATOR");
+    for (size_t uiAt = 0; (uiAt = acEmulator.find_first_not_of(" ;", uiAt)) != std::string::npos;) {
+        const size_t uiEnd = std::min(acEmulator.find_first_of(" ;", uiAt), acEmulator.size());
+        astWords.push_back(acEmulator.substr(uiAt, uiEnd - uiAt));
+        uiAt = uiEnd;
+    }
+    return astWords;
+}
+
+/// Puts the shipped home where the processes look for values that their state lacks.
+void TakeOverHome(const RuntimeDir &stDir, const Locations &stLocations) {
+    std::string acPath = stLocations.acHome;
+    if (acPath.empty()) {
+        acPath = FromEnvironment("WAP_GATEWAY_HOME");
+    }
+    const bool bAsked = !acPath.empty();
+    if (!bAsked) {
+        acPath = OwnFolder(stLocations) + "/../share/wap/home.json";
+    }
+    const auto acText = ReadTextFile(acPath);
+    if (acText) {
+        (void)ParseJson(*acText, acPath);
+        WriteTextFile(stDir.HomeFile(), *acText);
+    } else if (bAsked || !ReadTextFile(stDir.HomeFile())) {
+        throw GatewayError("there is no home " + acPath +
+                           ": name a home.json with --home or WAP_GATEWAY_HOME");
+    }
+}
+
+void RemoveState(const RuntimeDir &stDir) {
+    unlink(stDir.HomeFile().c_str());
+    for (const ProcessInfo &stInfo : kProcesses) {
+        const std::string acPath = stDir.StateFile(stInfo.pcName);
+        if (unlink(acPath.c_str()) != 0 && errno != ENOENT) {
+            throw GatewayError("cannot remove " + acPath + ": " + ErrnoText(errno));
+        }
+    }
+    ForgetGatewayStart(stDir);
+}
+
+/// Keeps descriptors that gatewayctl was given, pipes of its caller above all, out of processes
+/// that outlive it.
+void CloseInheritedOnExec() {
+    constexpr int kHighest = 255;
+    for (int iFd = STDERR_FILENO + 1; iFd <= kHighest; ++iFd) {
+        const int iFlags = fcntl(iFd, F_GETFD);
+        if (iFlags >= 0) {
+            (void)fcntl(iFd, F_SETFD, iFlags | FD_CLOEXEC);
+        }
+    }
+}
+
+/// How a process is spawned: a session of its own, default signals, output to its log.
+class SpawnRecipe {
+  public:
+    explicit SpawnRecipe(const std::string &acLog) {
+        posix_spawn_file_actions_init(&m_stFiles);
+        posix_spawnattr_init(&m_stAttributes);
+        sigset_t stSignals;
+        sigemptyset(&stSignals);
+        int iError = posix_spawnattr_setsigmask(&m_stAttributes, &stSignals);
+        for (const int iSignal : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGPIPE}) {
+            sigaddset(&stSignals, iSignal);
+        }
+        iError |= posix_spawnattr_setsigdefault(&m_stAttributes, &stSignals);
+        iError |= posix_spawnattr_setflags(
+            &m_stAttributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        iError |=
+            posix_spawn_file_actions_addopen(&m_stFiles, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        iError |= posix_spawn_file_actions_addopen(&m_stFiles, STDOUT_FILENO, acLog.c_str(),
+                                                   O_WRONLY | O_CREAT | O_APPEND, 0600);
+        iError |= posix_spawn_file_actions_adddup2(&m_stFiles, STDOUT_FILENO, STDERR_FILENO);
+        if (iError != 0) {
+            Release();
+            throw std::bad_alloc();
+        }
+    }
+    SpawnRecipe(const SpawnRecipe &) = delete;
+    SpawnRecipe &operator=(const SpawnRecipe &) = delete;
+    ~SpawnRecipe() { Release(); }
+
+    const posix_spawn_file_actions_t *Files() const { return &m_stFiles; }
+    const posix_spawnattr_t *Attributes() const { return &m_stAttributes; }
+
+  private:
+    void Release() {
+        posix_spawn_file_actions_destroy(&m_stFiles);
+        posix_spawnattr_destroy(&m_stAttributes);
+    }
+
+    posix_spawn_file_actions_t m_stFiles;
+    posix_spawnattr_t m_stAttributes;
+};
+
+/// Sets a long log aside, in place of the one set aside before; returns where new lines will begin.
+size_t PrepareLog(const std::string &acLog) {
+    constexpr off_t kLongLog = 1 << 20;
+    struct stat stInfo;
+    if (stat(acLog.c_str(), &stInfo) != 0) {
+        return 0;
+    }
+    if (stInfo.st_size > kLongLog && rename(acLog.c_str(), (acLog + ".old").c_str()) == 0) {
+        return 0;
+    }
+    return static_cast<size_t>(stInfo.st_size);
+}
+
+Child Spawn(const RuntimeDir &stDir, const std::string &acProgram, const ProcessInfo &stInfo) {
+    std::vector<std::string> astWords = EmulatorWords();
+    astWords.push_back(acProgram);
+    astWords.push_back(stInfo.pcName);
+    std::vector<char *> astArguments;
+    for (std::string &acWord : astWords) {
+        astArguments.push_back(acWord.data());
+    }
+    astArguments.push_back(nullptr);
+
+    const std::string acLog = stDir.LogFile(stInfo.pcName);
+    Child stChild = {&stInfo, 0, PrepareLog(acLog)};
+    const SpawnRecipe stRecipe(acLog);
+    const int iError = posix_spawnp(&stChild.iPid, astArguments[0], stRecipe.Files(),
+                                    stRecipe.Attributes(), astArguments.data(), environ);
+    if (iError != 0) {
+        throw GatewayError(
+            "cannot start " + astWords[0] + ": " + ErrnoText(iError) +
+            (iError == ENOEXEC ? "; a program for another machine needs WAP_EMULATOR" : ""));
+    }
+    return stChild;
+}
+
+/// Waits until a started process answers; throws when it ends or the time is over.
+void AwaitStart(const RuntimeDir &stDir, const Child &stChild, Clock::time_point stEnd) {
+    const std::string acName = stChild.pstInfo->pcName;
+    bool bEnded = false;
+    const auto stIsUp = [&] {
+        if (TryAsk(acName.c_str(), kControlStatus, kProbeTimeoutMs)) {
+            return true;
+        }
+        int iStatus = 0;
+        bEnded = waitpid(stChild.iPid, &iStatus, WNOHANG) == stChild.iPid;
+        return bEnded;
+    };
+    const bool bInTime = WaitUntil(stEnd, stIsUp);
+    if (bInTime && !bEnded) {
+        return;
+    }
+    const std::string acLog = stDir.LogFile(acName);
+    std::string acSaid = ReadTextFile(acLog).value_or("");
+    acSaid.erase(0, std::min(acSaid.size(), stChild.uiLogStart));
+    constexpr size_t kMostToShow = 2000;
+    if (acSaid.size() > kMostToShow) {
+        acSaid = "..." + acSaid.substr(acSaid.size() - kMostToShow);
+    }
+    throw GatewayError(acName + (bEnded ? " ended at its start" : " does not answer in time") +
+                       "; its log " + acLog + (acSaid.empty() ? " is empty" : " says:\n" + acSaid));
+}
+
+}  // namespace
+
+FileDescriptor LockGateway(const RuntimeDir &stDir) {
+    const std::string acPath = stDir.Path() + "/gatewayctl.lock";
+    FileDescriptor stFile(open(acPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    struct flock stLock = {};
+    stLock.l_type = F_WRLCK;
+    stLock.l_whence = SEEK_SET;
+    int iDone = -1;
+    while (stFile.Get() >= 0 && (iDone = fcntl(stFile.Get(), F_SETLKW, &stLock)) != 0 &&
+           errno == EINTR) {
+    }
+    if (iDone != 0) {
+        throw GatewayError("cannot lock " + acPath + ": " + ErrnoText(errno));
+    }
+    return stFile;
+}
+
+ProcessNames Running(const RuntimeDir &stDir) {
+    ProcessNames astRunning;
+    for (const ProcessInfo &stInfo : kProcesses) {
+        if (RunningProcess(stDir, stInfo.pcName) != 0) {
+            astRunning.push_back(&stInfo);
+        }
+    }
+    return astRunning;
+}
+
+void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
+                    const ProcessNames &astProcesses, bool bFresh, std::chrono::seconds stTimeout) {
+    const std::string acProgram = FindProgram(stLocations);
+    stDir.Make();
+    const FileDescriptor stLock = LockGateway(stDir);
+    const ProcessNames astRunning = Running(stDir);
+    if (bFresh && !astRunning.empty()) {
+        throw GatewayError("the gateway is running: gatewayctl stop comes before start --fresh");
+    }
+    if (bFresh) {
+        RemoveState(stDir);
+    }
+    if (astRunning.empty()) {
+        (void)VT_HOST_RemoveStaleBlocks();
+        TakeOverHome(stDir, stLocations);
+        NoteGatewayStart(stDir);
+    }
+    CloseInheritedOnExec();
+    std::vector<Child> astChildren;
+    for (const ProcessInfo *pstInfo : astProcesses) {
+        if (const pid_t iPid = RunningProcess(stDir, pstInfo->pcName)) {
+            printf("%s runs already (process %d)\n", pstInfo->pcName, static_cast<int>(iPid));
+        } else {
+            astChildren.push_back(Spawn(stDir, acProgram, *pstInfo));
+        }
+    }
+    const auto stEnd = Clock::now() + stTimeout;
+    for (const Child &stChild : astChildren) {
+        AwaitStart(stDir, stChild, stEnd);
+    }
+}
+
+ProcessNames EndProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses, int iSignal,
+                          std::chrono::seconds stTimeout) {
+    if (access(stDir.Path().c_str(), F_OK) != 0) {
+        return {};
+    }
+    const FileDescriptor stLock = LockGateway(stDir);
+    ProcessNames astSignalled;
+    for (const ProcessInfo *pstInfo : astProcesses) {
+        const pid_t iPid = RunningProcess(stDir, pstInfo->pcName);
+        if (iPid <= 0) {
+            continue;
+        }
+        if (kill(iPid, iSignal) == 0) {
+            astSignalled.push_back(pstInfo);
+        } else if (errno != ESRCH) {
+            throw GatewayError("cannot end " + std::string(pstInfo->pcName) + " (process " +
+                               std::to_string(iPid) + "): " + ErrnoText(errno));
+        }
+    }
+    const auto stEnd = Clock::now() + stTimeout;
+    for (const ProcessInfo *pstInfo : astSignalled) {
+        if (!WaitUntil(stEnd, [&] { return RunningProcess(stDir, pstInfo->pcName) == 0; })) {
+            throw GatewayError(std::string(pstInfo->pcName) +
+                               " has not ended yet; gatewayctl kill " + pstInfo->pcName +
+                               " ends it the hard way");
+        }
+    }
+    return astSignalled;
+}
+
+ProcessNames WaitForAnswers(const ProcessNames &astProcesses, std::chrono::seconds stTimeout) {
+    ProcessNames astMissing;
+    const auto stEnd = Clock::now() + stTimeout;
+    for (const ProcessInfo *pstInfo : astProcesses) {
+        if (!WaitUntil(stEnd, [&] {
+                return TryAsk(pstInfo->pcName, kControlStatus, kProbeTimeoutMs) != nullptr;
+            })) {
+            astMissing.push_back(pstInfo);
+        }
+    }
+    return astMissing;
+}
+
+}  // namespace wap::gateway

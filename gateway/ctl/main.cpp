@@ -1,0 +1,307 @@
+// gatewayctl: starts, watches, changes and disturbs the simulated gateway.
+#include <stdio.h>
+#include <stdlib.h>
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+
+#include "ctl/commands.h"
+#include "framework/error.h"
+#include "vt_ssp_host.h"
+
+namespace {
+
+using namespace wap::gateway;
+
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+constexpr uint32_t kMaxTimeoutS = 3600;
+
+/// A number in decimal or, with 0x before it, in hexadecimal digits.
+bool ReadNumber(const std::string &acText, uint32_t uiMax, uint32_t &uiNumber) {
+    const bool bHex = acText.starts_with("0x") || acText.starts_with("0X");
+    const char *pcFirst = acText.data() + (bHex ? 2 : 0);
+    const char *pcEnd = acText.data() + acText.size();
+    uint32_t uiRead = 0;
+    const auto stRead = std::from_chars(pcFirst, pcEnd, uiRead, bHex ? 16 : 10);
+    if (stRead.ec != std::errc() || stRead.ptr != pcEnd || uiRead > uiMax) {
+        return false;
+    }
+    uiNumber = uiRead;
+    return true;
+}
+
+/// A check for CLI11: "" when a text is a number in bounds, else what is wrong.
+CLI::Validator Number(uint32_t uiMin, uint32_t uiMax) {
+    return CLI::Validator(
+        [=](const std::string &acText) {
+            uint32_t uiNumber = 0;
+            return ReadNumber(acText, uiMax, uiNumber) && uiNumber >= uiMin
+                       ? std::string()
+                       : "\"" + acText + "\" is no number from " + std::to_string(uiMin) + " to " +
+                             std::to_string(uiMax) + " (decimal, or hexadecimal as 0x...)";
+        },
+        "");
+}
+
+std::string ProcessNamesText() {
+    std::string acNames;
+    for (const ProcessInfo &stInfo : kProcesses) {
+        acNames += (acNames.empty() ? "" : ", ") + std::string(stInfo.pcName);
+    }
+    return acNames;
+}
+
+CLI::Validator KnownProcess() {
+    return CLI::Validator(
+        [](const std::string &acText) {
+            return FindProcess(acText) != nullptr ? std::string()
+                                                  : "the gateway has no process \"" + acText +
+                                                        "\"; it has " + ProcessNamesText();
+        },
+        "");
+}
+
+CLI::Validator RpcOrAny() {
+    return CLI::Validator(
+        [](const std::string &acText) {
+            uint32_t uiNumber = 0;
+            return acText == "any" || ReadNumber(acText, UINT32_MAX, uiNumber)
+                       ? std::string()
+                       : "\"" + acText + "\" is no RPC id: give it as 0x..., in decimal, or any";
+        },
+        "");
+}
+
+/// What a verb does.
+using Verb = int (*)(const Options &);
+
+/// The command line's grammar, and what was read from it.
+class CommandLine {
+  public:
+    CommandLine() {
+        m_stApp.require_subcommand(1);
+        m_stApp.fallthrough();
+        m_stApp.add_option_function<std::string>(
+            "--dir",
+            [](const std::string &acDir) {
+                // The message service takes it from here, as the processes do.
+                setenv("VT_RUNTIME_DIR", acDir.c_str(), 1);
+            },
+            "The runtime directory, in place of VT_RUNTIME_DIR");
+        AddLifeVerbs();
+        AddHomeVerbs();
+        AddFaultVerbs();
+        // Last, as verbs take over the footer that is set when they are added.
+        m_stApp.footer(
+            "Processes: " + ProcessNamesText() +
+            "\nExit codes: 0 done, 1 failed, 2 wrong use\n\n"
+            "Environment:\n"
+            "  VT_RUNTIME_DIR       where the processes meet and keep their state and logs\n"
+            "  WAP_GATEWAY_PROGRAM  wap_gateway, when it is not beside gatewayctl\n"
+            "  WAP_GATEWAY_HOME     home.json, when it is not in ../share/wap\n"
+            "  WAP_EMULATOR         put before wap_gateway, for programs of another machine:\n"
+            "                       \"qemu-arm-static -L SYSROOT\"");
+    }
+
+    /// Parses and runs; returns the exit code.
+    int Run(int iArgc, char **ppcArgv) {
+        m_stOptions.stLocations.acArgv0 = ppcArgv[0];
+        try {
+            m_stApp.parse(iArgc, ppcArgv);
+        } catch (const CLI::ParseError &stError) {
+            return Explain(stError);
+        }
+        return m_pfnVerb(m_stOptions);
+    }
+
+  private:
+    /// Prints the help that was asked for, or what is wrong; returns the exit code.
+    int Explain(const CLI::ParseError &stError) {
+        if (stError.get_exit_code() == 0) {
+            return m_stApp.exit(stError);
+        }
+        std::string acWhat = stError.what();
+        std::string acHelp = "gatewayctl";
+        if (m_stApp.get_subcommands().empty()) {
+            const std::vector<std::string> astWords = m_stApp.remaining();
+            acWhat =
+                astWords.empty() ? "say what to do" : "there is no verb \"" + astWords[0] + "\"";
+        } else {
+            acHelp += " " + m_stApp.get_subcommands()[0]->get_name();
+        }
+        fprintf(stderr, "gatewayctl: %s\n%s --help says more\n", acWhat.c_str(), acHelp.c_str());
+        return kExitUsage;
+    }
+
+    CLI::App *Add(const char *pcName, const char *pcHelp, Verb pfnVerb) {
+        CLI::App *pstVerb = m_stApp.add_subcommand(pcName, pcHelp);
+        pstVerb->callback([this, pfnVerb] { m_pfnVerb = pfnVerb; });
+        return pstVerb;
+    }
+
+    void AddProcesses(CLI::App *pstVerb, const char *pcHelp) {
+        pstVerb->add_option("PROCESS", m_stOptions.astProcesses, pcHelp)
+            ->check(KnownProcess())
+            ->type_name("");
+    }
+
+    void AddOneProcess(CLI::App *pstVerb) {
+        pstVerb
+            ->add_option_function<std::string>(
+                "PROCESS",
+                [this](const std::string &acName) { m_stOptions.astProcesses = {acName}; },
+                "Which one")
+            ->check(KnownProcess())
+            ->required()
+            ->type_name("");
+    }
+
+    CLI::Option *AddNumber(CLI::App *pstVerb, const char *pcName, uint32_t uiMin, uint32_t uiMax,
+                           const char *pcType, const char *pcHelp,
+                           std::function<void(uint32_t)> stTake) {
+        return pstVerb
+            ->add_option_function<std::string>(
+                pcName,
+                [=](const std::string &acText) {
+                    uint32_t uiNumber = 0;
+                    (void)ReadNumber(acText, uiMax, uiNumber);
+                    stTake(uiNumber);
+                },
+                pcHelp)
+            ->check(Number(uiMin, uiMax))
+            ->type_name(pcType);
+    }
+
+    void AddTimeout(CLI::App *pstVerb) {
+        AddNumber(pstVerb, "--timeout", 0, kMaxTimeoutS, "SECONDS", "How long to wait (10)",
+                  [this](uint32_t uiNumber) { m_stOptions.uiTimeoutS = uiNumber; });
+    }
+
+    void AddLifeVerbs() {
+        Add("status", "Show the processes; exit code 1 when one is down", Status);
+        CLI::App *pstStart =
+            Add("start", "Start processes in the background and wait until they answer", Start);
+        AddProcesses(pstStart, "Which ones (all)");
+        AddTimeout(pstStart);
+        pstStart->add_flag("--fresh", m_stOptions.bFresh, "Start over with the home as shipped");
+        pstStart
+            ->add_option("--home", m_stOptions.stLocations.acHome,
+                         "The home, taken over when none of the processes runs; it gives the "
+                         "values that were not in the state before")
+            ->type_name("FILE");
+        pstStart->add_option("--program", m_stOptions.stLocations.acProgram, "wap_gateway")
+            ->type_name("FILE");
+        CLI::App *pstStop = Add("stop", "End processes and wait until they have ended", Stop);
+        AddProcesses(pstStop, "Which ones (all)");
+        AddTimeout(pstStop);
+        CLI::App *pstKill = Add("kill", "End a process at once, as a crash would", Kill);
+        AddOneProcess(pstKill);
+        CLI::App *pstWait =
+            Add("wait", "Wait until processes answer; exit code 1 when one does not", Wait);
+        AddProcesses(pstWait, "Which ones (all)");
+        AddTimeout(pstWait);
+    }
+
+    void AddHomeVerbs() {
+        CLI::App *pstGet = Add("get", "Print a value of the home, or all of it as JSON", Get);
+        pstGet->add_option("PATH", m_stOptions.acPath, "Such as device.vendor (everything)")
+            ->type_name("");
+        CLI::App *pstSet = Add("set", "Change a value of the home", Set);
+        pstSet->add_option("PATH", m_stOptions.acPath, "Such as device.vendor")
+            ->required()
+            ->type_name("");
+        pstSet
+            ->add_option("VALUE", m_stOptions.acText,
+                         "A text or a number, as the value is one; put -- before one that "
+                         "starts with a dash")
+            ->required()
+            ->type_name("");
+        pstSet->footer("The next request sees the change, and it survives a restart.");
+    }
+
+    void SetKind(FaultKind eKind, uint32_t uiValue = 0) {
+        m_stOptions.stFault.eKind = eKind;
+        m_stOptions.stFault.uiValue = uiValue;
+    }
+
+    void AddFaultVerbs() {
+        CLI::App *pstFault = Add("fault", "Make a process fail when it is asked an RPC", SetFault);
+        AddOneProcess(pstFault);
+        pstFault
+            ->add_option_function<std::string>(
+                "RPC",
+                [this](const std::string &acText) {
+                    uint32_t uiNumber = 0;
+                    if (acText != "any" && ReadNumber(acText, UINT32_MAX, uiNumber)) {
+                        m_stOptions.uiRpcId = uiNumber;
+                    }
+                },
+                "Its id, as 0x... or in decimal; any for all that have no fault of their own")
+            ->check(RpcOrAny())
+            ->required()
+            ->type_name("");
+        AddFaultKinds(pstFault);
+        AddNumber(pstFault, "--times", 1, UINT32_MAX, "N", "How many requests it hits (all)",
+                  [this](uint32_t uiNumber) { m_stOptions.stFault.uiTimes = uiNumber; });
+        pstFault->footer(
+            "A fault replaces an earlier one for the same RPC. It lasts until it has hit its "
+            "requests,\nuntil clear, or until the process ends. --delay goes with every kind and "
+            "alone.");
+        AddProcesses(Add("faults", "List the faults that are set", ListFaults), "Of which (all)");
+        AddProcesses(Add("clear", "Remove faults", ClearFaults), "Of which processes (all)");
+    }
+
+    void AddFaultKinds(CLI::App *pstFault) {
+        const auto stKind = [this](FaultKind eKind) {
+            return [this, eKind](uint32_t uiNumber) { SetKind(eKind, uiNumber); };
+        };
+        CLI::Option_group *pstKinds = pstFault->add_option_group("kind", "What it does");
+        AddNumber(pstKinds, "--code", 1, UINT32_MAX, "CODE", "Answer with this status",
+                  stKind(FaultKind::kCode));
+        pstKinds->add_flag_callback(
+            "--drop", [this] { SetKind(FaultKind::kDrop); }, "Do not answer at all");
+        AddNumber(pstKinds, "--truncate", 0, VT_HOST_MAX_PAYLOAD, "BYTES",
+                  "Send only this much of the right reply", stKind(FaultKind::kTruncate));
+        pstKinds->add_flag_callback(
+            "--garbage", [this] { SetKind(FaultKind::kGarbage); },
+            "Answer with random bytes, as many as the caller takes");
+        AddNumber(pstKinds, "--fill", 0, 255, "BYTE", "The same, but all of them this byte",
+                  stKind(FaultKind::kFill));
+        pstKinds->require_option(0, 1);
+        CLI::Option *pstDelay =
+            AddNumber(pstFault, "--delay", 1, kMaxFaultDelayMs, "MS", "Wait this long first",
+                      [this](uint32_t uiNumber) { m_stOptions.stFault.uiDelayMs = uiNumber; });
+        pstFault->final_callback([pstDelay, this] {
+            if (m_stOptions.stFault.eKind == FaultKind::kNone && pstDelay->count() == 0) {
+                throw CLI::ValidationError(
+                    "fault",
+                    "say what it does: --code, --drop, --truncate, --garbage, --fill or "
+                    "--delay");
+            }
+        });
+    }
+
+    CLI::App m_stApp{
+        "Starts, watches, changes and disturbs the simulated gateway: seven processes on this\n"
+        "machine that answer the requests of the device services. It is a simulator.",
+        "gatewayctl"};
+    Options m_stOptions;
+    Verb m_pfnVerb = nullptr;
+};
+
+}  // namespace
+
+int main(int iArgc, char **ppcArgv) {
+    try {
+        const int iExit = CommandLine().Run(iArgc, ppcArgv);
+        if (fflush(stdout) != 0) {
+            fprintf(stderr, "gatewayctl: cannot write the output\n");
+            return kExitFailed;
+        }
+        return iExit;
+    } catch (const std::exception &stError) {
+        fprintf(stderr, "gatewayctl: %s\n", stError.what());
+        return kExitFailed;
+    }
+}

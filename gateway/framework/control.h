@@ -1,0 +1,34 @@
+// What gatewayctl and the processes say to each other: RPCs whose request and reply are JSON
+// objects as text. They are never subject to scripted faults.
+//
+//   id              request                     reply
+//   kControlStatus  {}                          {"pid","upTime","served","faults"}
+//   kControlGet     {"path"}                    {"value"}, any JSON
+//   kControlSet     {"path","text"}             {}
+//   kControlFault   {"rpc" or none, "fault"}    {}
+//   kControlFaults  {}                          {"faults":[{"rpc" or none, "fault"}]}
+//   kControlClear   {}                          {"cleared"}
+//
+// A request that can't be done is answered with {"error": text for the user}.
+#ifndef WAP_GATEWAY_FRAMEWORK_CONTROL_H
+#define WAP_GATEWAY_FRAMEWORK_CONTROL_H
+
+#include <stdint.h>
+
+namespace wap::gateway {
+
+inline constexpr uint32_t kControlStatus = 0x7F000001;
+inline constexpr uint32_t kControlGet = 0x7F000002;
+inline constexpr uint32_t kControlSet = 0x7F000003;
+inline constexpr uint32_t kControlFault = 0x7F000004;
+inline constexpr uint32_t kControlFaults = 0x7F000005;
+inline constexpr uint32_t kControlClear = 0x7F000006;
+
+/// Tells whether an RPC id is one of gatewayctl's.
+constexpr bool IsControl(uint32_t uiRpcId) {
+    return (uiRpcId & 0xFFFFFF00u) == 0x7F000000u;
+}
+
+}  // namespace wap::gateway
+
+#endif

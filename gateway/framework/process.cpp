@@ -1,0 +1,217 @@
+#include "framework/process.h"
+
+#include <signal.h>
+#include <stdio.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <random>
+#include <span>
+
+#include "framework/control.h"
+#include "framework/error.h"
+
+namespace wap::gateway {
+
+namespace {
+
+std::string RequiredText(json_object *pstRequest, const char *pcKey) {
+    std::optional<std::string> acText = GetText(pstRequest, pcKey);
+    if (!acText) {
+        throw GatewayError("the request has no text \"" + std::string(pcKey) + "\"");
+    }
+    return *acText;
+}
+
+void FillRandomly(std::span<uint8_t> aucBytes) {
+    std::random_device stSeed;
+    std::mt19937 stRandom(stSeed());
+    for (uint8_t &ucByte : aucBytes) {
+        ucByte = static_cast<uint8_t>(stRandom());
+    }
+}
+
+void Check(uint32_t uiStatus, const std::string &acWhat) {
+    if (uiStatus != 0) {
+        char acCode[16];
+        snprintf(acCode, sizeof(acCode), "0x%08X", uiStatus);
+        throw GatewayError("cannot " + acWhat + ": the message service answers " + acCode);
+    }
+}
+
+}  // namespace
+
+Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable stTable)
+    : m_stInfo(stInfo),
+      m_stLock(LockProcess(stDir, stInfo.pcName)),
+      m_stHome(stDir, stInfo),
+      m_stTable(std::move(stTable)),
+      m_stContext{m_stHome, GatewayStart(stDir)},
+      m_uiStart(NowSeconds()) {}
+
+void Process::Run() {
+    Check(VT_MSG_Init(m_stInfo.pcName, 0, 0, 0), "register as " + std::string(m_stInfo.pcName));
+    Check(VT_HOST_Serve(&Process::OnCall, this), "serve as " + std::string(m_stInfo.pcName));
+    sigset_t stSignals;
+    sigemptyset(&stSignals);
+    sigaddset(&stSignals, SIGTERM);
+    sigaddset(&stSignals, SIGINT);
+    int iSignal = 0;
+    while (sigwait(&stSignals, &iSignal) != 0) {
+    }
+    EndDelays();
+    // Every change of the home was stored when it was made, so nothing is left to save.
+    Check(VT_HOST_Stop(), "stop serving");
+}
+
+uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {
+    Process &stSelf = *static_cast<Process *>(pvContext);
+    try {
+        uint32_t uiReplyLength = 0;
+        const uint32_t uiStatus = stSelf.Serve(*pstCall, uiReplyLength);
+        *puiRspLen = uiReplyLength;
+        return uiStatus;
+    } catch (const std::bad_alloc &) {
+        return VT_HOST_ERR_MEMORY;
+    } catch (const std::exception &stError) {
+        fprintf(stderr, "%s: RPC 0x%08X failed: %s\n", stSelf.m_stInfo.pcName, pstCall->uiRpcId,
+                stError.what());
+        return VT_HOST_ERR_DATA;
+    }
+}
+
+uint32_t Process::Serve(const VtHostCall &stCall, uint32_t &uiReplyLength) {
+    if (IsControl(stCall.uiRpcId)) {
+        return ServeControl(stCall, uiReplyLength);
+    }
+    m_uiServed.fetch_add(1, std::memory_order_relaxed);
+    const std::optional<Fault> stFault = m_stFaults.Take(stCall.uiRpcId);
+    if (stFault) {
+        return ServeWithFault(*stFault, stCall, uiReplyLength);
+    }
+    return m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+}
+
+uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
+                                 uint32_t &uiReplyLength) {
+    Delay(stFault.uiDelayMs);
+    uint32_t uiStatus = 0;
+    switch (stFault.eKind) {
+        case FaultKind::kCode:
+            return stFault.uiValue;
+        case FaultKind::kDrop:
+            return VT_HOST_NO_REPLY;
+        case FaultKind::kGarbage:
+            FillRandomly({static_cast<uint8_t *>(stCall.pvRsp), stCall.uiRspCap});
+            uiReplyLength = stCall.uiRspCap;
+            return 0;
+        case FaultKind::kFill:
+            memset(stCall.pvRsp, static_cast<int>(stFault.uiValue), stCall.uiRspCap);
+            uiReplyLength = stCall.uiRspCap;
+            return 0;
+        case FaultKind::kTruncate:
+            uiStatus = m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+            uiReplyLength = std::min(uiReplyLength, stFault.uiValue);
+            return uiStatus;
+        case FaultKind::kNone:
+            break;
+    }
+    return m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+}
+
+uint32_t Process::ServeControl(const VtHostCall &stCall, uint32_t &uiReplyLength) {
+    JsonValue stReply;
+    try {
+        const JsonValue stRequest = ParseJson(
+            {static_cast<const char *>(stCall.pvReq), stCall.uiReqLen}, "the control request");
+        stReply = AnswerControl(stCall.uiRpcId, stRequest.get());
+    } catch (const GatewayError &stError) {
+        stReply = MakeObject();
+        PutText(stReply.get(), "error", stError.what());
+    }
+    if (!stReply) {
+        return VT_HOST_ERR_UNKNOWN_RPC;
+    }
+    const std::string acReply = PrintJson(stReply.get(), false);
+    if (acReply.size() >= stCall.uiRspCap) {  // a zero must fit behind it
+        return VT_HOST_ERR_TOO_LONG;
+    }
+    memcpy(stCall.pvRsp, acReply.c_str(), acReply.size() + 1);
+    uiReplyLength = static_cast<uint32_t>(acReply.size() + 1);
+    return 0;
+}
+
+JsonValue Process::AnswerControl(uint32_t uiRpcId, json_object *pstRequest) {
+    JsonValue stReply = MakeObject();
+    switch (uiRpcId) {
+        case kControlStatus:
+            PutNumber(stReply.get(), "pid", getpid());
+            PutNumber(stReply.get(), "upTime", static_cast<int64_t>(NowSeconds() - m_uiStart));
+            PutNumber(stReply.get(), "served", static_cast<int64_t>(m_uiServed.load()));
+            PutNumber(stReply.get(), "faults", static_cast<int64_t>(m_stFaults.List().size()));
+            return stReply;
+        case kControlGet:
+            PutMember(stReply.get(), "value", m_stHome.Get(RequiredText(pstRequest, "path")));
+            return stReply;
+        case kControlSet:
+            m_stHome.Set(RequiredText(pstRequest, "path"), RequiredText(pstRequest, "text"));
+            return stReply;
+        case kControlFault: {
+            const std::optional<int64_t> iRpcId = GetNumber(pstRequest, "rpc");
+            if (FindMember(pstRequest, "rpc") != nullptr &&
+                (!iRpcId || *iRpcId < 0 || *iRpcId > UINT32_MAX)) {
+                throw GatewayError("an RPC id must be from 0 to 0xFFFFFFFF");
+            }
+            if (iRpcId && IsControl(static_cast<uint32_t>(*iRpcId))) {
+                throw GatewayError("gatewayctl's own RPCs can't be given a fault");
+            }
+            m_stFaults.Set(iRpcId ? std::optional(static_cast<uint32_t>(*iRpcId)) : std::nullopt,
+                           FaultFromJson(FindMember(pstRequest, "fault")));
+            return stReply;
+        }
+        case kControlFaults:
+            PutMember(stReply.get(), "faults", ListFaults());
+            return stReply;
+        case kControlClear:
+            PutNumber(stReply.get(), "cleared", static_cast<int64_t>(m_stFaults.Clear()));
+            return stReply;
+        default:
+            return nullptr;
+    }
+}
+
+JsonValue Process::ListFaults() const {
+    JsonValue stList(json_object_new_array());
+    if (!stList) {
+        throw std::bad_alloc();
+    }
+    for (const auto &[uiRpcId, stFault] : m_stFaults.List()) {
+        JsonValue stEntry = MakeObject();
+        if (uiRpcId) {
+            PutNumber(stEntry.get(), "rpc", *uiRpcId);
+        }
+        PutMember(stEntry.get(), "fault", FaultToJson(stFault));
+        if (json_object_array_add(stList.get(), stEntry.get()) != 0) {
+            throw std::bad_alloc();
+        }
+        (void)stEntry.release();
+    }
+    return stList;
+}
+
+void Process::Delay(uint32_t uiMilliseconds) {
+    if (uiMilliseconds == 0) {
+        return;
+    }
+    std::unique_lock stLock(m_stEndMutex);
+    m_stEndSignal.wait_for(stLock, std::chrono::milliseconds(uiMilliseconds),
+                           [this] { return m_bEnding; });
+}
+
+void Process::EndDelays() {
+    const std::scoped_lock stLock(m_stEndMutex);
+    m_bEnding = true;
+    m_stEndSignal.notify_all();
+}
+
+}  // namespace wap::gateway
