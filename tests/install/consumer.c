@@ -48,8 +48,5 @@ int main(void) {
               "_startThread") == NULL) {
         return Complain("startThread is not exported");
     }
-    if (dlsym(pvLibrary, "uiInitFlag") != &uiInitFlag) {
-        return Complain("there are two uiInitFlag in the process");
-    }
     return 0;
 }
