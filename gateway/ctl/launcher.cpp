@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <sstream>
 #include <thread>
 
 #include "ctl/client.h"
@@ -84,14 +85,17 @@ std::string FindProgram(const Locations &stLocations) {
     return acPath;
 }
 
-/// WAP_EMULATOR's words, to be put before the program: nothing for a program of this machine.
+/// WAP_EMULATOR's words, to be put before the program: nothing for a program of this machine. They
+/// are separated by blanks or, so that they may hold blanks, all by semicolons.
 std::vector<std::string> EmulatorWords() {
     std::vector<std::string> astWords;
     const std::string acEmulator = FromEnvironment("WAP_EMULATOR");
-    for (size_t uiAt = 0; (uiAt = acEmulator.find_first_not_of(" ;", uiAt)) != std::string::npos;) {
-        const size_t uiEnd = std::min(acEmulator.find_first_of(" ;", uiAt), acEmulator.size());
-        astWords.push_back(acEmulator.substr(uiAt, uiEnd - uiAt));
-        uiAt = uiEnd;
+    const char cSeparator = acEmulator.find(';') == std::string::npos ? ' ' : ';';
+    std::istringstream stWords(acEmulator);
+    for (std::string acWord; std::getline(stWords, acWord, cSeparator);) {
+        if (!acWord.empty()) {
+            astWords.push_back(acWord);
+        }
     }
     return astWords;
 }

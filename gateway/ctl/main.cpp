@@ -272,13 +272,14 @@ class CommandLine {
         CLI::Option *pstDelay =
             AddNumber(pstFault, "--delay", 1, kMaxFaultDelayMs, "MS", "Wait this long first",
                       [this](uint32_t uiNumber) { m_stOptions.stFault.uiDelayMs = uiNumber; });
-        pstFault->final_callback([pstDelay, this] {
+        pstFault->callback([pstDelay, this] {
             if (m_stOptions.stFault.eKind == FaultKind::kNone && pstDelay->count() == 0) {
                 throw CLI::ValidationError(
                     "fault",
                     "say what it does: --code, --drop, --truncate, --garbage, --fill or "
                     "--delay");
             }
+            m_pfnVerb = SetFault;
         });
     }
 

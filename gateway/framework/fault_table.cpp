@@ -1,5 +1,7 @@
 #include "framework/fault_table.h"
 
+#include <stdio.h>
+
 #include <array>
 
 #include "framework/error.h"
@@ -81,7 +83,11 @@ std::string DescribeFault(const Fault &stFault) {
     if (stFault.eKind == FaultKind::kNone) {
         return "late by " + std::to_string(stFault.uiDelayMs) + " ms";
     }
-    if (InfoOf(stFault.eKind).uiMaxValue > 0) {
+    if (stFault.eKind == FaultKind::kCode) {
+        char acCode[16];
+        snprintf(acCode, sizeof(acCode), " 0x%08X", stFault.uiValue);
+        acText += acCode;
+    } else if (InfoOf(stFault.eKind).uiMaxValue > 0) {
         acText.append(" ").append(std::to_string(stFault.uiValue));
     }
     if (stFault.uiDelayMs > 0) {

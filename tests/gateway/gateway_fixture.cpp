@@ -1,0 +1,164 @@
+#include "gateway_fixture.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "vt_ssp_host.h"
+
+extern char **environ;
+
+namespace wap::test {
+
+namespace {
+
+/// Splits a list as CMake writes it, "a;b".
+std::vector<std::string> Words(const std::string &acList) {
+    std::vector<std::string> astWords;
+    std::istringstream stList(acList);
+    for (std::string acWord; std::getline(stList, acWord, ';');) {
+        if (!acWord.empty()) {
+            astWords.push_back(acWord);
+        }
+    }
+    return astWords;
+}
+
+std::vector<std::string> Emulated(const std::string &acProgram) {
+    std::vector<std::string> astWords = Words(WAP_TEST_EMULATOR);
+    astWords.push_back(acProgram);
+    return astWords;
+}
+
+}  // namespace
+
+std::string Field(std::string_view pcText, size_t uiSize) {
+    std::string acField(pcText);
+    acField.resize(uiSize, '\0');
+    return acField;
+}
+
+Answer Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest, size_t uiCapacity,
+            uint32_t uiTimeoutMs) {
+    RpcMsgHead stHead = {};
+    strncpy(stHead.acSndApp, "gateway_tests", sizeof(stHead.acSndApp) - 1);
+    strncpy(stHead.acRcvApp, pcProcess, sizeof(stHead.acRcvApp) - 1);
+    Answer stAnswer;
+    stAnswer.acBytes.assign(uiCapacity, kUntouched);
+    stAnswer.uiStatus = VT_MSG_RpcCall(
+        &stHead, uiRpcId, 0, pcRequest.data(), static_cast<uint32_t>(pcRequest.size()),
+        stAnswer.acBytes.data(), static_cast<uint32_t>(uiCapacity), uiTimeoutMs);
+    return stAnswer;
+}
+
+Answer Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity, uint32_t uiTimeoutMs) {
+    return Call(pcProcess, uiRpcId, std::string_view("\0\0\0\0", 4), uiCapacity, uiTimeoutMs);
+}
+
+void GatewayTest::SetUp() {
+    char acDir[] = "/tmp/wap-gateway-test-XXXXXX";
+    ASSERT_NE(mkdtemp(acDir), nullptr);
+    m_acDir = acDir;
+    setenv("VT_RUNTIME_DIR", acDir, 1);
+    setenv("WAP_EMULATOR", WAP_TEST_EMULATOR, 1);
+    unsetenv("WAP_GATEWAY_PROGRAM");
+    unsetenv("WAP_GATEWAY_HOME");
+}
+
+void GatewayTest::TearDown() {
+    const Outcome stStop = Ctl({"stop"});
+    EXPECT_EQ(stStop.iExit, 0) << stStop.acErr;
+    RemoveDirectory();
+}
+
+void GatewayTest::RemoveDirectory() const {
+    // A program of this machine: one that is emulated may fail to read directories.
+    std::vector<std::string> astWords = {"rm", "-rf", m_acDir};
+    EXPECT_EQ(Await(Launch(astWords)), 0);
+}
+
+pid_t GatewayTest::Launch(const std::vector<std::string> &astWords) const {
+    std::vector<std::string> astCopies = astWords;
+    std::vector<char *> astArguments;
+    for (std::string &acWord : astCopies) {
+        astArguments.push_back(acWord.data());
+    }
+    astArguments.push_back(nullptr);
+    posix_spawn_file_actions_t stFiles;
+    posix_spawn_file_actions_init(&stFiles);
+    const std::string acOut = m_acDir + "/test.out";
+    const std::string acErr = m_acDir + "/test.err";
+    posix_spawn_file_actions_addopen(&stFiles, STDOUT_FILENO, acOut.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_addopen(&stFiles, STDERR_FILENO, acErr.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    pid_t iPid = -1;
+    const int iError =
+        posix_spawnp(&iPid, astArguments[0], &stFiles, nullptr, astArguments.data(), environ);
+    posix_spawn_file_actions_destroy(&stFiles);
+    EXPECT_EQ(iError, 0) << "cannot start " << astWords[0];
+    return iError == 0 ? iPid : -1;
+}
+
+int GatewayTest::Await(pid_t iPid) {
+    int iStatus = 0;
+    while (waitpid(iPid, &iStatus, 0) < 0) {
+        if (errno != EINTR) {
+            return -1;
+        }
+    }
+    return WIFEXITED(iStatus) ? WEXITSTATUS(iStatus) : 128 + WTERMSIG(iStatus);
+}
+
+Outcome GatewayTest::Run(const std::vector<std::string> &astWords) const {
+    Outcome stOutcome;
+    stOutcome.iExit = Await(Launch(astWords));
+    stOutcome.acOut = ReadFile("test.out");
+    stOutcome.acErr = ReadFile("test.err");
+    return stOutcome;
+}
+
+std::vector<std::string> GatewayTest::GatewayWords(const std::string &acProcess) {
+    std::vector<std::string> astWords = Emulated(WAP_TEST_GATEWAY);
+    astWords.push_back(acProcess);
+    return astWords;
+}
+
+Outcome GatewayTest::Ctl(const std::vector<std::string> &astArguments) const {
+    std::vector<std::string> astWords = Emulated(WAP_TEST_GATEWAYCTL);
+    astWords.insert(astWords.end(), astArguments.begin(), astArguments.end());
+    return Run(astWords);
+}
+
+std::string GatewayTest::CtlOk(const std::vector<std::string> &astArguments) const {
+    const Outcome stOutcome = Ctl(astArguments);
+    EXPECT_EQ(stOutcome.iExit, 0) << stOutcome.acErr;
+    EXPECT_EQ(stOutcome.acErr, "");
+    return stOutcome.acOut;
+}
+
+std::string GatewayTest::ReadFile(const std::string &acName) const {
+    std::ifstream stFile(m_acDir + "/" + acName, std::ios::binary);
+    std::ostringstream stText;
+    stText << stFile.rdbuf();
+    return stText.str();
+}
+
+void GatewayTest::WriteFile(const std::string &acName, const std::string &acText) const {
+    std::ofstream stFile(m_acDir + "/" + acName, std::ios::binary);
+    stFile << acText;
+    ASSERT_TRUE(stFile.flush().good());
+}
+
+void RunningGatewayTest::SetUp() {
+    GatewayTest::SetUp();
+    CtlOk({"start", "osgi_proxy", "cwmp", "--timeout", "60"});
+}
+
+}  // namespace wap::test

@@ -1,0 +1,77 @@
+// A gateway of real processes in a runtime directory of its own, and what tests do with it.
+#ifndef WAP_TESTS_GATEWAY_GATEWAY_FIXTURE_H
+#define WAP_TESTS_GATEWAY_GATEWAY_FIXTURE_H
+
+#include <gtest/gtest.h>
+#include <stdint.h>
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wap::test {
+
+/// How a program ended and what it printed.
+struct Outcome {
+    int iExit = -1;  ///< exit code; 128 + signal when a signal ended it
+    std::string acOut;
+    std::string acErr;
+};
+
+/// What came back from an RPC.
+struct Answer {
+    uint32_t uiStatus = 0;
+    std::string acBytes;  ///< the whole reply buffer
+};
+
+/// The bytes that the reply buffer holds before a call, to see what a reply did not touch.
+inline constexpr char kUntouched = '\x5A';
+
+/// A text field of a record: the text and zeros up to its size.
+std::string Field(std::string_view pcText, size_t uiSize);
+
+/// Sends an RPC.
+Answer Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest, size_t uiCapacity,
+            uint32_t uiTimeoutMs = 20000);
+
+/// Sends the request of the device queries, one word holding 0.
+Answer Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity,
+             uint32_t uiTimeoutMs = 20000);
+
+class GatewayTest : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// Runs gatewayctl.
+    Outcome Ctl(const std::vector<std::string> &astArguments) const;
+    /// Runs gatewayctl and expects that it succeeds; returns what it printed.
+    std::string CtlOk(const std::vector<std::string> &astArguments) const;
+    /// Runs a program with its whole command line and waits for its end.
+    Outcome Run(const std::vector<std::string> &astWords) const;
+    /// Starts a program without waiting; its output goes to files in the directory.
+    pid_t Launch(const std::vector<std::string> &astWords) const;
+    /// Waits for a program's end; returns the exit code as in Outcome.
+    static int Await(pid_t iPid);
+    /// The command line of wap_gateway, with the emulator before it where it needs one.
+    static std::vector<std::string> GatewayWords(const std::string &acProcess);
+
+    std::string ReadFile(const std::string &acName) const;
+    void WriteFile(const std::string &acName, const std::string &acText) const;
+
+    std::string m_acDir;
+
+  private:
+    void RemoveDirectory() const;
+};
+
+/// With the two processes that own values running.
+class RunningGatewayTest : public GatewayTest {
+  protected:
+    void SetUp() override;
+};
+
+}  // namespace wap::test
+
+#endif
