@@ -21,7 +21,7 @@ enum class OnFailure {
     kWorkersCode  ///< a fault object with the worker's code
 };
 
-/// A buffer of uiCap bytes, with one more zero byte that no worker can reach.
+/// A buffer of kCap bytes, with one more zero byte that no worker can reach.
 template <uint32_t kCap>
 struct AnswerBuffer {
     char acText[kCap + 1];

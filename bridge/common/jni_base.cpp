@@ -96,8 +96,8 @@ void RemoveLastSeparator(char *pcOut, const char *pcSeparator) {
 
 }  // namespace
 
-// The class, the charset's name and the byte array stay as local references until the Java call
-// returns: deleting them would cost more than they do.
+// Deliberately keeps the references to the class, the charset's name and the byte array: they go
+// when the Java call returns, and callers bound their arrays.
 char *wap::MakeNativeText(JNIEnv *pstEnv, jstring jText, EmptyText eEmpty, Secrecy eSecrecy,
                           uint32_t *puiLength) {
     *puiLength = 0;

@@ -30,7 +30,7 @@ inline constexpr uint32_t kTraceRpc = 281;
 /// The state behind the rotating sender ids of the bundle manager's calls.
 struct OsgiMidState {
     uint32_t uiCounter;     ///< calls so far, wrapping
-    uint32_t uiMutexReady;  ///< 0 no mutex yet, 2 one is being made, 1 it can be locked
+    uint32_t uiMutexReady;  ///< 1 once the mutex can be locked
     alignas(8) uint8_t aucMutex[24];
 };
 static_assert(sizeof(OsgiMidState) == 32);

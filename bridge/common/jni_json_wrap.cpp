@@ -162,7 +162,19 @@ uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCa
 }
 
 uint32_t JNI_JSON_ObjGetArrayLen(json_object *pstArray, uint32_t *puiOut) {
-    return GetTyped(WAP_SPOT, pstArray, json_type_array, json_object_array_length, puiOut);
+    uint32_t uiLength = 0;
+    const uint32_t uiResult =
+        GetTyped(WAP_SPOT, pstArray, json_type_array, json_object_array_length, &uiLength);
+    if (uiResult != 0) {
+        return uiResult;
+    }
+    // Looked at last: whoever asks no array for its length is told that first.
+    if (puiOut == nullptr) {
+        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstArray));
+        return kJsonErrNull;
+    }
+    *puiOut = uiLength;
+    return 0;
 }
 
 uint32_t JNI_JSON_ObjGetValueObj(json_object *pstObj, const char *pcKey, json_object **ppstOut) {

@@ -5,7 +5,7 @@
 // Getters lend: a value or text got from a parent lives as long as that parent. JNI_JSON_ObjPut
 // releases a root with all it owns.
 //
-// A tree is used by one thread at a time.
+// Trees have no lock: keep each to one thread.
 #ifndef WAP_COMMON_JNI_JSON_WRAP_H
 #define WAP_COMMON_JNI_JSON_WRAP_H
 
@@ -18,7 +18,7 @@ namespace wap {
 
 /// An object could not be made, a text did not parse, or a container refused an element.
 inline constexpr uint32_t kJsonErrObject = 0xF7100000;
-/// A value (string, integer, boolean, double) could not be made.
+/// No memory for a string or number.
 inline constexpr uint32_t kJsonErrValue = 0xF7100001;
 /// The value has the wrong JSON type.
 inline constexpr uint32_t kJsonErrType = 0xF7100007;
@@ -38,7 +38,8 @@ inline constexpr uint32_t kErrNoMemory = 0xF7108001;
 /**
  * Parses one JSON text.
  * @param pcText   zero-terminated; null is recorded and gives null
- * @param uiStrict 1: json-c's strict mode, which refuses anything behind the value; else lenient
+ * @param uiStrict 1: json-c's strict mode, which refuses such things as text behind the value;
+ *                 else lenient
  * @return the root, owned by the caller; null when the text does not parse or is JSON null
  */
 WAP_EXPORT json_object *JSON_Parse(const char *pcText, uint32_t uiStrict);

@@ -1,5 +1,5 @@
 // The wrappers around the platform's RPC call.
-#include <sched.h>
+#include <pthread.h>
 
 #include <atomic>
 
@@ -17,27 +17,29 @@ namespace {
 constexpr uint32_t kFirstProxySender = 281;
 constexpr uint32_t kProxySenders = 6;
 
-enum MutexState : uint32_t { kNoMutex = 0, kMutexReady = 1, kMutexInTheMaking = 2 };
+/// Held while the platform's mutex is made, so that of several first callers one makes it.
+pthread_mutex_t g_stMakingLock = PTHREAD_MUTEX_INITIALIZER;
 
-/// Makes the mutex on the first call. Of several first callers one makes it and the others wait.
-/// False when the platform has no mutex for us now; the next call tries again.
+/// Makes the mutex on the first call. False when the platform has none for us now; the next call
+/// tries again.
 bool MutexIsReady() {
-    std::atomic_ref<uint32_t> uiState(g_stJNIOsgiMid.uiMutexReady);
-    for (;;) {
-        uint32_t uiFound = uiState.load(std::memory_order_acquire);
-        if (uiFound == kMutexReady) {
-            return true;
-        }
-        if (uiFound == kNoMutex && uiState.compare_exchange_strong(uiFound, kMutexInTheMaking)) {
-            const uint32_t uiResult = VT_OS_MutexInit(g_stJNIOsgiMid.aucMutex);
-            uiState.store(uiResult == 0 ? kMutexReady : kNoMutex, std::memory_order_release);
-            if (uiResult != 0) {
-                RecordFault(WAP_SPOT, uiResult);
-            }
-            return uiResult == 0;
-        }
-        sched_yield();
+    std::atomic_ref<uint32_t> uiReady(g_stJNIOsgiMid.uiMutexReady);
+    if (uiReady.load(std::memory_order_acquire) == 1) {
+        return true;
     }
+    uint32_t uiResult = 0;
+    (void)pthread_mutex_lock(&g_stMakingLock);
+    if (uiReady.load(std::memory_order_relaxed) != 1) {
+        uiResult = VT_OS_MutexInit(g_stJNIOsgiMid.aucMutex);
+        if (uiResult == 0) {
+            uiReady.store(1, std::memory_order_release);
+        }
+    }
+    (void)pthread_mutex_unlock(&g_stMakingLock);
+    if (uiResult != 0) {
+        RecordFault(WAP_SPOT, uiResult);
+    }
+    return uiResult == 0;
 }
 
 /// The sender ids 281 to 286 in turn.

@@ -85,7 +85,7 @@ uint32_t VT_JNI_COMMON_WriteVData(VDataDesc *pstDesc, const void *pvData, uint32
     const void *pvContent = pvData;
     PlatformBlock stCompressed;
     if (!IsPlain(*pstDesc)) {
-        if (!stCompressed.Make(uiLen, WAP_SPOT)) {
+        if (uiLen > kBlockMax || !stCompressed.Make(uiLen, WAP_SPOT)) {
             return Fail(WAP_SPOT, kErrNoMemory, *pstDesc);
         }
         const uint32_t uiResult =
@@ -99,7 +99,8 @@ uint32_t VT_JNI_COMMON_WriteVData(VDataDesc *pstDesc, const void *pvData, uint32
     uint32_t uiResult = VT_VDATA_CreShm(pstDesc->uiCompressedLen, pstDesc);
     uiResult |= VT_VDATA_UpdateData(pstDesc->uiDataID, pstDesc->uiCompressedLen, pvContent);
     if (uiResult != 0) {
-        return FailAndFree(WAP_SPOT, uiResult, *pstDesc);
+        (void)FailAndFree(WAP_SPOT, uiResult, *pstDesc);
+        pstDesc->uiDataID = 0;
     }
-    return 0;
+    return uiResult;
 }

@@ -46,9 +46,12 @@ size_t IntegerLength(json_object *pstValue) {
     return ulPrinted;
 }
 
-/// A double fits the buffer that json-c starts with, so that making the buffer is all that can
-/// fail.
+/// A double that was parsed prints as it was written, which json-c keeps as user data. Any other
+/// fits the buffer that json-c starts with, so that making the buffer is all that can fail.
 size_t DoubleLength(json_object *pstValue) {
+    if (const void *pvWritten = json_object_get_userdata(pstValue)) {
+        return strlen(static_cast<const char *>(pvWritten));
+    }
     const char *pcText = json_object_to_json_string(pstValue);
     return pcText == nullptr ? 0 : strlen(pcText);
 }

@@ -1,5 +1,5 @@
-// Owners: each holds one thing and releases it with the function that its kind demands, on every
-// path. Three verbs say where a thing comes from:
+// Owners: each holds one thing and knows how its kind is given back. Three verbs say where a thing
+// comes from:
 //   Adopt  takes over something that the caller owned;
 //   Make   makes the thing and owns it from the start;
 //   Lend   hands out a borrowed pointer, which dies with the owner.

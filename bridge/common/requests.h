@@ -8,7 +8,7 @@
 
 namespace wap {
 
-/// An RPC of "osgi_proxy", by JNI's rotating sender ids.
+/// An RPC of "osgi_proxy", with the rotating sender ids.
 struct ProxyRoute {
     uint32_t uiRpcId;
 };
@@ -21,8 +21,8 @@ struct DirectRoute {
     uint32_t uiTimeoutMs;
 };
 
-/// One RPC to module uiDstMid of a process: builds the header and calls. A null reply is dropped.
-/// Records nothing.
+/// One RPC to module uiDstMid of a process: builds the header and calls. The buffers go to the
+/// platform as they are. Records nothing.
 uint32_t CallProcess(const DirectRoute &stRoute, uint32_t uiDstMid, const void *pvReq,
                      uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap);
 

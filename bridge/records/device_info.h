@@ -24,7 +24,7 @@ struct WordRequest {
 };
 static_assert(sizeof(WordRequest) == 4);
 
-/// Reply of kRpcGetDeviceInfo. Texts are zero-terminated.
+/// Reply of kRpcGetDeviceInfo. Texts should end with a zero; read them as if they might not.
 struct DeviceInfoReply {
     uint32_t uiRamSize;
     uint32_t uiFlashSize;

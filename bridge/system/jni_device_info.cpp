@@ -30,6 +30,7 @@ uint32_t CopyField(SourceSpot stSpot, const char (&acField)[kSize], char *pcBuf,
         RecordFault(stSpot, kErrTooLong, uiCap, uiLength);
         return kErrTooLong;
     }
+    // Not with a text function: the field may lack its zero.
     memcpy(pcBuf, acField, uiLength);
     pcBuf[uiLength] = '\0';
     return 0;
@@ -144,7 +145,7 @@ uint32_t VT_JNI_GetCPUOccupancyRate(void) {
     if (uiResult != 0) {
         return AnswerFailedRequest(WAP_SPOT, uiResult);
     }
-    // Never 0, deliberately: callers take 0 for a failed measurement.
+    // Never 0, deliberately: Java shows an idle gateway as 1 percent.
     return uiRate == 0 ? 1 : uiRate;
 }
 

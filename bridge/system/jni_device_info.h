@@ -7,8 +7,13 @@
 
 #include "common/wap_export.h"
 
-// 0; 0xF7702001 for a null buffer; -1 (as unsigned) when the request fails; 0xF7700005 when the
-// text does not fit.
+/**
+ * The text queries of this group. "...Info" writes a JSON object, the others the plain text.
+ * @param pcBuf receives the text and its zero; untouched on failure
+ * @param uiCap size of pcBuf in bytes, the zero included
+ * @return 0; 0xF7702001 for a null buffer; -1 (as unsigned) when the request fails; 0xF7700005 when
+ *         the text does not fit
+ */
 WAP_EXPORT uint32_t VT_JNI_GetDeviceInfo(char *pcBuf, uint32_t uiCap);
 WAP_EXPORT uint32_t VT_JNI_GetDeviceMAC(char *pcBuf, uint32_t uiCap);
 WAP_EXPORT uint32_t VT_JNI_GetDeviceManufacturerOUI(char *pcBuf, uint32_t uiCap);

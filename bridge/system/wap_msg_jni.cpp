@@ -21,7 +21,8 @@ constexpr char kPlatformLibrary[] = "libvt_ssp_basic.so";
 constexpr uint32_t kQueueCapacity = 1024;
 constexpr uint32_t kBufferCapacity = 1024;
 
-/// The lines that the start-up texts print. They are part of the texts: logs are compared by them.
+/// The lines that the start-up texts print. They are part of the texts, deliberately, and do not
+/// follow this file.
 constexpr uint32_t kLineCalled = 181;
 constexpr uint32_t kLineAlreadyStarted = 185;
 

@@ -107,7 +107,7 @@ const char *VT_MSG_GetCurProcName(void);
  * @param uiTimeoutMs longest wait in milliseconds
  * @return 0, a status of the receiver's (the reply is then copied as well), or a code of the
  *         message service: no such receiver, time-out, broken connection, bad argument. With a
- *         code of the service pvRsp is untouched. A request is never executed twice.
+ *         code of the service pvRsp holds nothing to use. A request is never executed twice.
  */
 uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t uiDstMid,
                         const void *pvReq, uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap,
@@ -205,12 +205,12 @@ uint32_t VT_VDATA_ReadData(uint32_t uiDataID, uint32_t uiLen, void *pvBuf);
 uint32_t VT_VDATA_FreeShm(uint32_t uiDataID);
 
 /**
- * Compresses data. The result, lengths and marks of its own included, is never longer than the
+ * Compresses data. The result, lengths and marks of its own included, is shorter than the
  * data: what does not shrink is refused.
  * @param pvSrc     the data
  * @param uiSrcLen  its length, at least 1
  * @param pvDst     room for the result; must not overlap the data
- * @param puiDstLen in: size of pvDst; out: length of the result, at most uiSrcLen
+ * @param puiDstLen in: size of pvDst; out: length of the result, less than uiSrcLen
  * @return 0; non-zero when the data does not shrink or the result does not fit. The contents of
  *         pvDst are then undefined and *puiDstLen is unchanged
  */
@@ -303,12 +303,13 @@ uint32_t VT_OS_StrNCat_S(char *pcDst, uint32_t uiDstSize, const char *pcSrc, uin
 
 /**
  * Prints into a buffer.
- * @param pcDst     where to; always zero-terminated when uiDstSize is not 0 and uiCount fits
- * @param uiDstSize its size, larger than uiCount, else the call fails and writes nothing
+ * @param pcDst     where to
+ * @param uiDstSize its size
  * @param uiCount   the most characters to print, the zero not counted
  * @param pcFmt     as printf
  * @return the number of characters printed; -1 when the text was cut to uiCount characters (they
- *         are there, with a zero) or the arguments are bad (nothing is written)
+ *         are there, with a zero), or when the text, cut or not, does not fit uiDstSize with its
+ *         zero, or the arguments are bad (nothing is written then)
  */
 int32_t VT_OS_Snprintf_S(char *pcDst, uint32_t uiDstSize, uint32_t uiCount, const char *pcFmt, ...)
     VT_SSP_PRINTF(4, 5);

@@ -25,23 +25,35 @@
 extern "C" {
 #endif
 
-/** Result codes of the host platform. 0 is success everywhere. */
-enum {
-    VT_HOST_ERR_ARGUMENT = 0xF7000001,  /**< a null pointer, a bad length, a name that does not fit */
-    VT_HOST_ERR_STATE = 0xF7000002,     /**< the message service is not initialised, or is already */
-    VT_HOST_ERR_NO_RECEIVER = 0xF7000003, /**< no process of that name is listening */
-    VT_HOST_ERR_TIMEOUT = 0xF7000004,   /**< the receiver did not answer in time */
-    VT_HOST_ERR_BROKEN = 0xF7000005,    /**< the connection broke before the answer came */
-    VT_HOST_ERR_SYSTEM = 0xF7000006,    /**< a system call failed; errno tells why */
-    VT_HOST_ERR_MEMORY = 0xF7000007,    /**< out of memory */
-    VT_HOST_ERR_TOO_LONG = 0xF7000008,  /**< a message, block or text longer than its limit */
-    VT_HOST_ERR_NO_BLOCK = 0xF7000009,  /**< no bulk block has that id */
-    VT_HOST_ERR_DATA = 0xF700000A,      /**< compressed data is damaged, or data does not shrink */
-    VT_HOST_ERR_UNKNOWN_RPC = 0xF700000B, /**< the receiver has no handler for the RPC id */
-    VT_HOST_ERR_FULL = 0xF700000C,        /**< a queue or a table has no room left */
-    VT_HOST_ERR_NO_PROCEDURE = 0xF700000D, /**< no procedure is registered for the module */
-    VT_HOST_ERR_IN_USE = 0xF700000E       /**< a live process holds the name already */
-};
+/* Result codes of the host platform. 0 is success everywhere. */
+/** A null pointer, a bad length, a name that does not fit. */
+#define VT_HOST_ERR_ARGUMENT 0xF7000001u
+/** The message service is not initialised, or is already. */
+#define VT_HOST_ERR_STATE 0xF7000002u
+/** No process of that name is listening. */
+#define VT_HOST_ERR_NO_RECEIVER 0xF7000003u
+/** The receiver did not answer in time. */
+#define VT_HOST_ERR_TIMEOUT 0xF7000004u
+/** The connection broke before the answer came. */
+#define VT_HOST_ERR_BROKEN 0xF7000005u
+/** A system call failed; errno tells why. */
+#define VT_HOST_ERR_SYSTEM 0xF7000006u
+/** Out of memory. */
+#define VT_HOST_ERR_MEMORY 0xF7000007u
+/** A message, block or text longer than its limit. */
+#define VT_HOST_ERR_TOO_LONG 0xF7000008u
+/** No bulk block has that id. */
+#define VT_HOST_ERR_NO_BLOCK 0xF7000009u
+/** Compressed data is damaged, or data does not shrink. */
+#define VT_HOST_ERR_DATA 0xF700000Au
+/** The receiver has no handler for the RPC id. */
+#define VT_HOST_ERR_UNKNOWN_RPC 0xF700000Bu
+/** A queue or a table has no room left. */
+#define VT_HOST_ERR_FULL 0xF700000Cu
+/** No procedure is registered for the module. */
+#define VT_HOST_ERR_NO_PROCEDURE 0xF700000Du
+/** A live process holds the name already. */
+#define VT_HOST_ERR_IN_USE 0xF700000Eu
 
 /** The longest request or reply of one RPC and the longest asynchronous message, in bytes. */
 #define VT_HOST_MAX_PAYLOAD 131072u
@@ -56,7 +68,7 @@ typedef struct VtHostCall {
     uint32_t uiDstMid;
     const void *pvReq; /**< uiReqLen bytes, never null */
     uint32_t uiReqLen;
-    void *pvRsp; /**< room for uiRspCap bytes, zeroed */
+    void *pvRsp;       /**< room for uiRspCap bytes, zeroed */
     uint32_t uiRspCap; /**< the caller's reply capacity, at most VT_HOST_MAX_PAYLOAD */
 } VtHostCall;
 

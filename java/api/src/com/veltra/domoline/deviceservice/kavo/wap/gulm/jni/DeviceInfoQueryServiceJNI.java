@@ -35,7 +35,7 @@ public class DeviceInfoQueryServiceJNI {
      * them, so a quotation mark in one of them makes the answer invalid JSON.
      *
      * @return the description, or <code>{"Result":-1}</code> (no blanks) when the gateway's process
-     *     doesn't answer, refuses, or describes itself in more than 511 bytes
+     *     doesn't answer or refuses
      */
     public native String getDeviceInfo();
 

@@ -13,7 +13,7 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  *
  * <p>Every method answers the bare text; only a failure is JSON, <code>{ "Result": -1 }</code> with
  * a blank after the opening brace, after the colon and before the closing brace. A text that is
- * empty on the gateway arrives as {@code null}. The native library wipes its own copies of
+ * empty on the gateway arrives as {@code null}. The native library wipes its own native copies of
  * passwords; what Java holds is the caller's to keep safe.
  */
 public class DeviceSecretInfoQueryServiceJNI {
@@ -25,7 +25,7 @@ public class DeviceSecretInfoQueryServiceJNI {
     public DeviceSecretInfoQueryServiceJNI() {}
 
     /**
-     * Tells the password by which the device identifies itself to the operator. Asks the process
+     * Tells the device password. Asks the process
      * {@code osgi_proxy}, at most 30 seconds.
      *
      * <p>Example answer: {@code 0123456789}
