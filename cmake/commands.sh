@@ -61,13 +61,12 @@ build_preset() {
             tail -n 60 "$pcLog"
             exit 1
         fi
-        if ninja -C "build/$pcPreset" -n 2>/dev/null | grep -q 'no work to do'; then
-            exit 0
-        fi
-        echo "Building build/$pcPreset"
         if [ -t 2 ]; then
             ninja -C "build/$pcPreset" 8>&-
-        elif ! ninja -C "build/$pcPreset" >>"$pcLog" 2>&1 8>&-; then
+            exit
+        fi
+        echo "Building build/$pcPreset"
+        if ! ninja -C "build/$pcPreset" >>"$pcLog" 2>&1 8>&-; then
             grep -A 40 -m 3 '^FAILED' "$pcLog" || tail -n 60 "$pcLog"
             exit 1
         fi
