@@ -103,12 +103,17 @@ uint32_t VT_Feature_IsSupport(uint32_t uiFeature) {
     if (strPath.empty() || !ReadWhole(strPath.c_str(), strText)) {
         return 0;
     }
-    char *pcSave = nullptr;
-    char *pcLine = VT_OS_StrtokR(strText.data(), " \t\r\n", &pcSave);
-    for (; pcLine != nullptr; pcLine = VT_OS_StrtokR(nullptr, " \t\r\n", &pcSave)) {
-        uint32_t uiListed = 0;
-        if (VT_OS_StrToUInt32(pcLine, &uiListed) == 0 && uiListed == uiFeature) {
-            return 1;
+    char *pcNextLine = nullptr;
+    char *pcLine = VT_OS_StrtokR(strText.data(), "\r\n", &pcNextLine);
+    for (; pcLine != nullptr; pcLine = VT_OS_StrtokR(nullptr, "\r\n", &pcNextLine)) {
+        pcLine[strcspn(pcLine, "#")] = '\0';  // the rest is a comment
+        char *pcNextWord = nullptr;
+        const char *pcWord = VT_OS_StrtokR(pcLine, " \t", &pcNextWord);
+        for (; pcWord != nullptr; pcWord = VT_OS_StrtokR(nullptr, " \t", &pcNextWord)) {
+            uint32_t uiListed = 0;
+            if (VT_OS_StrToUInt32(pcWord, &uiListed) == 0 && uiListed == uiFeature) {
+                return 1;
+            }
         }
     }
     return 0;

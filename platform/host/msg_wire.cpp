@@ -44,31 +44,38 @@ bool PeerIsUs(int iFd) {
            stPeer.uid == geteuid();
 }
 
+/** A message of two parts, as sendmsg and recvmsg want it. */
+struct TwoParts {
+    TwoParts(const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData)
+        : astParts{{const_cast<void *>(pvFrame), uiFrame}, {const_cast<void *>(pvData), uiData}} {
+        stMessage.msg_iov = astParts;
+        stMessage.msg_iovlen = 2;
+    }
+    TwoParts(const TwoParts &) = delete;
+    TwoParts &operator=(const TwoParts &) = delete;
+
+    iovec astParts[2];
+    msghdr stMessage{};
+};
+
 ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData,
                   int iFlags) {
-    iovec astParts[2] = {{const_cast<void *>(pvFrame), uiFrame},
-                         {const_cast<void *>(pvData), uiData}};
-    msghdr stMessage{};
-    stMessage.msg_iov = astParts;
-    stMessage.msg_iovlen = 2;
+    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
     ssize_t iSent = 0;
     do {
-        iSent = sendmsg(iFd, &stMessage, iFlags | MSG_NOSIGNAL);
+        iSent = sendmsg(iFd, &stParts.stMessage, iFlags | MSG_NOSIGNAL);
     } while (iSent < 0 && errno == EINTR);
     return iSent;
 }
 
 ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
                      int iFlags) {
-    iovec astParts[2] = {{pvFrame, uiFrame}, {pvData, uiData}};
-    msghdr stMessage{};
-    stMessage.msg_iov = astParts;
-    stMessage.msg_iovlen = 2;
+    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
     ssize_t iGot = 0;
     do {
-        iGot = recvmsg(iFd, &stMessage, iFlags | MSG_CMSG_CLOEXEC);
+        iGot = recvmsg(iFd, &stParts.stMessage, iFlags | MSG_CMSG_CLOEXEC);
     } while (iGot < 0 && errno == EINTR);
-    if (iGot >= 0 && (stMessage.msg_flags & MSG_TRUNC) != 0) {
+    if (iGot >= 0 && (stParts.stMessage.msg_flags & MSG_TRUNC) != 0) {
         errno = EMSGSIZE;
         return -1;
     }
@@ -82,9 +89,17 @@ bool StartServiceThread(pthread_t &stThread, void *(*pfnEntry)(void *), void *pv
     for (int iFault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP}) {
         sigdelset(&stBlocked, iFault);
     }
+    // A thread per connection: the default stack would use up a 32-bit machine's addresses.
+    constexpr size_t kStack = 1 << 20;
+    pthread_attr_t stAttr;
+    if (pthread_attr_init(&stAttr) != 0) {
+        return false;
+    }
+    pthread_attr_setstacksize(&stAttr, kStack);
     pthread_sigmask(SIG_SETMASK, &stBlocked, &stBefore);
-    int iError = pthread_create(&stThread, nullptr, pfnEntry, pvArg);
+    int iError = pthread_create(&stThread, &stAttr, pfnEntry, pvArg);
     pthread_sigmask(SIG_SETMASK, &stBefore, nullptr);
+    pthread_attr_destroy(&stAttr);
     return iError == 0;
 }
 

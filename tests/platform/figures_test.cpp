@@ -53,9 +53,12 @@ TEST_F(Figures, TheMemoryRateIsAPercentage) {
 
 TEST_F(Figures, FeaturesAreThoseOfTheFile) {
     EXPECT_EQ(0u, VT_Feature_IsSupport(314)) << "no file";
-    std::ofstream(Path("features")) << "# Wi-Fi\n314\n  20 \n-7\n4x\n";
+    std::ofstream(Path("features")) << "# Wi-Fi 5\n314 # and 6\n  20 21\n-7\n4x";
     EXPECT_EQ(1u, VT_Feature_IsSupport(314));
     EXPECT_EQ(1u, VT_Feature_IsSupport(20));
+    EXPECT_EQ(1u, VT_Feature_IsSupport(21));
+    EXPECT_EQ(0u, VT_Feature_IsSupport(5)) << "in a comment";
+    EXPECT_EQ(0u, VT_Feature_IsSupport(6)) << "in a comment";
     EXPECT_EQ(0u, VT_Feature_IsSupport(7));
     EXPECT_EQ(0u, VT_Feature_IsSupport(4));
     EXPECT_EQ(0u, VT_Feature_IsSupport(31));

@@ -1,5 +1,6 @@
 // Calls between processes, and within one.
 #include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -284,6 +285,7 @@ TEST_F(CallsToChild, RunIntoTheTimeOutWhileItIsStopped) {
     std::string strRsp(4, '#');
     EXPECT_EQ(0u, Call("child", kEcho, "abcd", strRsp));
     kill(stServer.Pid(), SIGSTOP);
+    ASSERT_EQ(stServer.Pid(), waitpid(stServer.Pid(), nullptr, WUNTRACED)) << "has stopped";
     Stopwatch stWatch;
     EXPECT_EQ(VT_HOST_ERR_TIMEOUT, Call("child", kEcho, "wxyz", strRsp, 200));
     EXPECT_EQ(VT_HOST_ERR_TIMEOUT, Call("child", kEcho, "wxyz", strRsp, 200)) << "new connection";

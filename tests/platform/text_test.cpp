@@ -180,7 +180,10 @@ TEST_P(Tokens, BadArgumentsGiveNull) {
     EXPECT_EQ(nullptr, GetParam()(acText, ",", nullptr));
 }
 
-INSTANTIATE_TEST_SUITE_P(BothNames, Tokens, testing::Values(&VT_OS_StrtokR, &VT_OS_Strtok_S));
+INSTANTIATE_TEST_SUITE_P(, Tokens, testing::Values(&VT_OS_StrtokR, &VT_OS_Strtok_S),
+                         [](const testing::TestParamInfo<decltype(&VT_OS_StrtokR)> &stInfo) {
+                             return stInfo.index == 0 ? "StrtokR" : "StrtokS";
+                         });
 
 TEST(Numbers, ReadsDecimalDigitsOnly) {
     uint32_t uiValue = 7;
