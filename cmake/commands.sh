@@ -5,8 +5,8 @@
 kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
     openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java"
 kTestPackages="libgtest-dev libgmock-dev junit5 binutils"
-kFormatPackages="clang-format"
-kLintPackages="clang-tidy"
+kFormatPackages="git clang-format"
+kLintPackages="git clang-tidy"
 kArmPackages="g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.
