@@ -66,8 +66,9 @@ public final class Gateway {
                 Outcome outcome = invoke(method, new Object[0]);
                 if (outcome.failed()) {
                     throw new UnreachableException(
-                            "The message service refuses to start (startThread answered "
-                            + outcome.describe(Palette.PLAIN) + "). " + kHint);
+                            "The message service refuses this process; it takes one Java process"
+                            + " at a time (startThread answered " + outcome.describe(Palette.PLAIN)
+                            + "). " + kHint);
                 }
                 bStarted = true;
                 return;

@@ -4,6 +4,7 @@ import java.io.IOException;
 import java.lang.reflect.Method;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.attribute.PosixFilePermissions;
 import java.util.Collection;
 import java.util.List;
 import java.util.Map;
@@ -36,9 +37,8 @@ final class Shell {
     int run() {
         try (Terminal terminal = TerminalBuilder.builder().system(true).build()) {
             LineReader reader = reader(terminal);
-            console.out.println(
-                    "The gateway's device services. 'help' lists the commands, 'tour' shows all"
-                    + " answers, Tab completes, 'quit' leaves.");
+            console.out.println("The gateway's device services. 'help' lists the commands, 'tour'");
+            console.out.println("shows all answers, Tab completes, 'quit' leaves.");
             console.out.flush();
             while (!console.bQuit) {
                 readAndExecute(reader);
@@ -76,7 +76,10 @@ final class Shell {
                         .build();
         Path history = historyFile(System.getenv());
         try {
+            // What was typed may hold passwords: the folder is the user's alone.
             Files.createDirectories(history.getParent());
+            Files.setPosixFilePermissions(
+                    history.getParent(), PosixFilePermissions.fromString("rwx------"));
             reader.setVariable(LineReader.HISTORY_FILE, history);
         } catch (IOException e) {
             console.complain("The history is not kept: " + e.getMessage());

@@ -105,8 +105,7 @@ final class Verbs {
     }
 
     @Command(name = "tour",
-            description =
-                    "Call every query method and show the answers; numbers asked for are 10."
+            description = "Call every query method and show the answers; numbers asked for are 10."
                     + " Ends with 1 when a call fails.")
     static final class Tour extends Verb {
         @Override

@@ -102,4 +102,46 @@ class ConsoleProgramTest {
         }
         assertFalse(console(null, "--help").out.isEmpty());
     }
+
+    @Test
+    void refusedStartIsExplained() {
+        ProcessBuilder builder =
+                new ProcessBuilder(Gateway.property("wap.console"), "call", "getDeviceMAC");
+        builder.environment().remove("VT_RUNTIME_DIR");
+        Gateway.Result result = Gateway.run(builder);
+        assertEquals(1, result.iExit);
+        assertEquals("", result.out);
+        assertTrue(result.err.contains("startThread answered 1"), result.err);
+        assertTrue(result.err.contains("VT_RUNTIME_DIR"), result.err);
+    }
+
+    @Test
+    void missingLibraryIsExplained(@TempDir Path empty) {
+        Path java = Path.of(System.getProperty("java.home"), "bin", "java");
+        Gateway.Result result = Gateway.run(new ProcessBuilder(java.toString(),
+                "-Djava.library.path=" + empty, "-cp", System.getProperty("java.class.path"),
+                "com.veltra.domoline.console.Console", "call", "getDeviceMAC"));
+        assertEquals(1, result.iExit);
+        assertEquals("", result.out);
+        assertTrue(result.err.contains("The native library can't be used"), result.err);
+        assertTrue(result.err.contains("-Djava.library.path="), result.err);
+    }
+
+    @Test
+    void terminalGetsTheInteractiveConsole(@TempDir Path folder) throws IOException {
+        Path typed = Files.writeString(
+                folder.resolve("typed"), "call getDeviceMAC\ncall getDeviceSerialN\t\nquit\n");
+        // script gives the console a terminal of its own.
+        ProcessBuilder builder =
+                new ProcessBuilder("script", "-qec", Gateway.property("wap.console"), "/dev/null");
+        builder.environment().put("XDG_STATE_HOME", folder.toString());
+        builder.environment().put("TERM", "xterm");
+        Gateway.Result result = Gateway.run(builder, typed.toFile());
+        assertEquals(0, result.iExit, result.out);
+        assertTrue(result.out.contains("wap> "), result.out);
+        assertTrue(result.out.contains("\u001B[32m02:A1:B2:00:10:01\u001B[0m"), result.out);
+        assertTrue(result.out.contains("SIM0000000001001"), "no completion: " + result.out);
+        String history = Files.readString(folder.resolve("wap-console").resolve("history"));
+        assertTrue(history.contains(":call getDeviceMAC\n"), history);
+    }
 }

@@ -3,6 +3,7 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertNull;
 import static org.junit.jupiter.api.Assertions.assertTimeout;
+import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceInfoQueryServiceJNI;
 import java.time.Duration;
@@ -107,6 +108,6 @@ class FailureTest {
         long lBegin = System.nanoTime();
         DeviceMethod.MAC.assertSucceeds();
         long lMilliseconds = (System.nanoTime() - lBegin) / 1_000_000;
-        assertEquals(1500, lMilliseconds, 1000, "milliseconds waited");
+        assertTrue(lMilliseconds >= 1500 && lMilliseconds < 10000, lMilliseconds + " ms");
     }
 }

@@ -1,7 +1,9 @@
 package com.veltra.domoline.systemtest;
 
 import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import java.io.File;
 import java.io.IOException;
+import java.io.InputStream;
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.Arrays;
@@ -75,10 +77,15 @@ final class Gateway {
         ctl("clear");
     }
 
-    /** Runs a program to its end, a minute at most. */
+    /** Runs a program without input to its end, a minute at most. */
     static Result run(ProcessBuilder builder) {
+        return run(builder, new File("/dev/null"));
+    }
+
+    /** Runs a program that reads a file to its end, a minute at most. */
+    static Result run(ProcessBuilder builder, File input) {
         try {
-            Process process = builder.redirectInput(new java.io.File("/dev/null")).start();
+            Process process = builder.redirectInput(input).start();
             StringBuilder err = new StringBuilder();
             Thread drain = new Thread(() -> err.append(readAll(process.getErrorStream())));
             drain.start();
@@ -94,7 +101,7 @@ final class Gateway {
         }
     }
 
-    private static String readAll(java.io.InputStream stream) {
+    private static String readAll(InputStream stream) {
         try {
             return new String(stream.readAllBytes(), StandardCharsets.UTF_8);
         } catch (IOException e) {
