@@ -19,6 +19,17 @@ missing_packages() {
     done
 }
 
+# apt-get with what install_packages put before it: on a terminal as it is, elsewhere into a log that
+# is shown when it fails.
+apt_get() {
+    if [ -t 2 ]; then
+        "${acAs[@]}" apt-get "$@" >&2
+    elif ! "${acAs[@]}" apt-get -q -o Dpkg::Use-Pty=0 "$@" >build/log/apt.log 2>&1 </dev/null; then
+        tail -n 30 build/log/apt.log >&2
+        return 1
+    fi
+}
+
 # install_packages NAME... installs what is missing of them; says what to do when it cannot.
 install_packages() {
     local acMissing acAs=(env DEBIAN_FRONTEND=noninteractive)
@@ -37,13 +48,13 @@ install_packages() {
         fi
         acAs=(sudo "${acAs[@]}")
     fi
+    mkdir -p build/log
     # The lists are fetched once for all the lanes of a run.
     if [ -z "${bAptUpdated:-}" ]; then
-        "${acAs[@]}" apt-get -q update >&2 || echo "apt-get update failed; trying without" >&2
+        apt_get update || echo "apt-get update failed; trying without" >&2
         bAptUpdated=1
     fi
-    if ! "${acAs[@]}" apt-get -q -y install --no-install-recommends "${acMissing[@]}" \
-        >&2 </dev/null; then
+    if ! apt_get -y install --no-install-recommends "${acMissing[@]}"; then
         echo "Could not install ${acMissing[*]}: apt-get says why above." >&2
         return 1
     fi
