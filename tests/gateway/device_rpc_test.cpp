@@ -121,7 +121,7 @@ TEST_F(RunningGatewayTest, OtherRpcsAreUnknown) {
 
 TEST_F(GatewayTest, EveryProcessAnswersUnknownRpcs) {
     CtlOk({"start", "--timeout", "120"});
-    for (const char *pcName : {"gulm", "app_m", "osgi_proxy", "usb_mngt", "tarn", "cwmp", "igmp"}) {
+    for (const char *pcName : kProcessNames) {
         EXPECT_EQ(Query(pcName, 0x12345678, 4).uiStatus, 0xF700000Bu) << pcName;
     }
 }
@@ -155,6 +155,39 @@ TEST_F(RunningGatewayTest, UpTimeStaysAtItsLargestValue) {
     EXPECT_EQ(UpTime(), 0xFFFFFFFFu);
     sleep(1);
     EXPECT_EQ(UpTime(), 0xFFFFFFFFu);
+}
+
+TEST_F(RunningGatewayTest, ControlRequestsAreNotTrusted) {
+    const std::string acDeep(10000, '[');
+    const struct {
+        uint32_t uiRpcId;
+        std::string acRequest;
+        const char *pcSays;
+    } astCases[] = {
+        {0x7F000001, "", "no valid JSON"},
+        {0x7F000001, "\xFF\xFE\x00{}", "no valid JSON"},
+        {0x7F000002, acDeep, "no valid JSON"},
+        {0x7F000002, "[]", "no text \\\"path\\\""},
+        {0x7F000002, "{\"path\":7}", "no text \\\"path\\\""},
+        {0x7F000003, "{\"path\":\"device.vendor\"}", "no text \\\"text\\\""},
+        {0x7F000003, "{\"path\":\"\",\"text\":\"x\"}", "no single value"},
+        {0x7F000004, "{}", "no such kind of fault"},
+        {0x7F000004, "{\"rpc\":-1,\"fault\":{\"kind\":\"drop\"}}", "an RPC id must be"},
+        {0x7F000004, "{\"fault\":{\"kind\":\"drop\"}}", "value must be from 0 to 0"},
+        {0x7F000004, "{\"fault\":{\"kind\":\"fill\",\"value\":256,\"delay\":0}}",
+         "value must be from 0 to 255"},
+        {0x7F000004, "{\"fault\":{\"kind\":\"none\",\"value\":0,\"delay\":0}}",
+         "must do something"},
+    };
+    for (const auto &stCase : astCases) {
+        const Answer stAnswer = Call("osgi_proxy", stCase.uiRpcId, stCase.acRequest, 1024);
+        EXPECT_EQ(stAnswer.uiStatus, 0u) << stCase.pcSays;
+        EXPECT_EQ(stAnswer.acBytes.substr(0, 10), "{\"error\":\"") << stCase.acRequest;
+        EXPECT_NE(stAnswer.acBytes.find(stCase.pcSays), std::string::npos) << stAnswer.acBytes;
+    }
+    EXPECT_EQ(Call("osgi_proxy", 0x7F000099, "{}", 1024).uiStatus, 0xF700000Bu);
+    EXPECT_EQ(Call("osgi_proxy", 0x7F000001, "{}", 8).uiStatus, 0xF7000008u) << "no room";
+    EXPECT_EQ(Query("osgi_proxy", 0x47209032, 18).uiStatus, 0u) << "no fault was set";
 }
 
 TEST_F(RunningGatewayTest, ReadersNeverSeeHalfAChange) {

@@ -18,11 +18,11 @@ namespace wap::test {
 
 namespace {
 
-/// Splits a list as CMake writes it, "a;b".
-std::vector<std::string> Words(const std::string &acList) {
+/// The words of the emulator that runs the programs under test; none for programs of this machine.
+std::vector<std::string> EmulatorWords() {
     std::vector<std::string> astWords;
-    std::istringstream stList(acList);
-    for (std::string acWord; std::getline(stList, acWord, ';');) {
+    std::istringstream stList(WAP_TEST_EMULATOR);
+    for (std::string acWord; std::getline(stList, acWord, '|');) {
         if (!acWord.empty()) {
             astWords.push_back(acWord);
         }
@@ -31,7 +31,7 @@ std::vector<std::string> Words(const std::string &acList) {
 }
 
 std::vector<std::string> Emulated(const std::string &acProgram) {
-    std::vector<std::string> astWords = Words(WAP_TEST_EMULATOR);
+    std::vector<std::string> astWords = EmulatorWords();
     astWords.push_back(acProgram);
     return astWords;
 }
@@ -66,7 +66,11 @@ void GatewayTest::SetUp() {
     ASSERT_NE(mkdtemp(acDir), nullptr);
     m_acDir = acDir;
     setenv("VT_RUNTIME_DIR", acDir, 1);
-    setenv("WAP_EMULATOR", WAP_TEST_EMULATOR, 1);
+    std::string acEmulator;
+    for (const std::string &acWord : EmulatorWords()) {
+        acEmulator += acWord + ";";
+    }
+    setenv("WAP_EMULATOR", acEmulator.c_str(), 1);
     unsetenv("WAP_GATEWAY_PROGRAM");
     unsetenv("WAP_GATEWAY_HOME");
 }
@@ -74,6 +78,12 @@ void GatewayTest::SetUp() {
 void GatewayTest::TearDown() {
     const Outcome stStop = Ctl({"stop"});
     EXPECT_EQ(stStop.iExit, 0) << stStop.acErr;
+    // What a sanitizer found in a process is in that one's log.
+    for (const char *pcName : kProcessNames) {
+        const std::string acLog = ReadFile("log/" + std::string(pcName) + ".out");
+        EXPECT_EQ(acLog.find("Sanitizer"), std::string::npos) << acLog;
+        EXPECT_EQ(acLog.find("runtime error"), std::string::npos) << acLog;
+    }
     RemoveDirectory();
 }
 

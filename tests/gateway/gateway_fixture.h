@@ -25,6 +25,9 @@ struct Answer {
     std::string acBytes;  ///< the whole reply buffer
 };
 
+inline constexpr const char *kProcessNames[] = {"gulm", "app_m", "osgi_proxy", "usb_mngt",
+                                                "tarn", "cwmp",  "igmp"};
+
 /// The bytes that the reply buffer holds before a call, to see what a reply did not touch.
 inline constexpr char kUntouched = '\x5A';
 

@@ -9,9 +9,6 @@ namespace wap::test {
 
 namespace {
 
-constexpr const char *kNames[] = {"gulm", "app_m", "osgi_proxy", "usb_mngt",
-                                  "tarn", "cwmp",  "igmp"};
-
 bool Contains(const std::string &acText, const std::string &acPart) {
     return acText.find(acPart) != std::string::npos;
 }
@@ -21,7 +18,7 @@ bool Contains(const std::string &acText, const std::string &acPart) {
 TEST_F(GatewayTest, StatusTellsWhatRuns) {
     Outcome stStatus = Ctl({"status"});
     EXPECT_EQ(stStatus.iExit, 1);
-    for (const char *pcName : kNames) {
+    for (const char *pcName : kProcessNames) {
         EXPECT_TRUE(Contains(stStatus.acOut, pcName)) << pcName;
     }
     EXPECT_TRUE(Contains(stStatus.acOut, "Simulated gateway in " + m_acDir));
