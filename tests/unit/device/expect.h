@@ -1,0 +1,66 @@
+// Expected bytes and records, written down without any of the bridge's own types.
+#ifndef WAP_TESTS_UNIT_DEVICE_EXPECT_H
+#define WAP_TESTS_UNIT_DEVICE_EXPECT_H
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "support/scripted_platform.h"
+
+namespace wap::test {
+
+/// The bytes of a number as they travel: the least significant first.
+inline std::string Word(uint32_t uiValue) {
+    std::string sBytes;
+    for (uint32_t uiShift = 0; uiShift < 32; uiShift += 8) {
+        sBytes += static_cast<char>(uiValue >> uiShift);
+    }
+    return sBytes;
+}
+
+/// A text in a field of uiSize bytes, filled up with zeros.
+inline std::string Field(std::string sText, size_t uiSize) {
+    sText.resize(uiSize, '\0');
+    return sText;
+}
+
+/// The 84 bytes before every request.
+inline std::string MessageHead(const std::string &sSndApp, uint32_t uiDstMid,
+                               const std::string &sRcvApp, uint32_t uiSndMid) {
+    return Word(0) + Field(sSndApp, 32) + Word(uiDstMid) + Field(sRcvApp, 32) + Word(uiSndMid) +
+           std::string(8, '\0');
+}
+
+/// The sender module id in the header of a recorded call.
+inline uint32_t SenderOf(const RpcRecord &stRpc) {
+    uint32_t uiSender = 0;
+    for (size_t i = 0; i < 4; ++i) {
+        uiSender |= static_cast<uint32_t>(static_cast<uint8_t>(stRpc.sHead.at(72 + i))) << (8 * i);
+    }
+    return uiSender;
+}
+
+/// The codes in the fault log, in order.
+inline std::vector<uint32_t> FaultCodes(const Platform &stPlatform) {
+    std::vector<uint32_t> auiCodes;
+    for (const FaultRecord &stFault : stPlatform.astFaults) {
+        auiCodes.push_back(stFault.uiCode);
+    }
+    return auiCodes;
+}
+
+inline bool HasFault(const Platform &stPlatform, uint32_t uiCode) {
+    const std::vector<uint32_t> auiCodes = FaultCodes(stPlatform);
+    return std::find(auiCodes.begin(), auiCodes.end(), uiCode) != auiCodes.end();
+}
+
+using Codes = std::vector<uint32_t>;
+using Calls = std::vector<std::string>;
+using Args = std::array<uint32_t, 4>;
+
+}  // namespace wap::test
+
+#endif
