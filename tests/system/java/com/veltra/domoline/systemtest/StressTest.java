@@ -59,23 +59,23 @@ class StressTest {
             thread.start();
             threads.add(thread);
         }
-        long lWarm;
+        long lGrowth;
         try {
             Thread.sleep(lDuration / 4);
             // One death belongs to the warm-up: its first failures load what only failures need.
             killAndRestart(lDuration / 20);
             Thread.sleep(lDuration / 10);
-            lWarm = residentKiB();
+            long lWarm = residentKiB();
             Thread.sleep(lDuration / 5);
             killAndRestart(lDuration / 10);
             Thread.sleep(lDuration / 4);
+            lGrowth = residentKiB() - lWarm; // the threads, and their stacks, are still there
         } finally {
             bStop = true;
             for (Thread thread : threads) {
                 thread.join();
             }
         }
-        long lGrowth = residentKiB() - lWarm;
         System.out.printf("stress: %d calls, %d failed as documented while osgi_proxy was away,"
                         + " resident memory %+d KiB%n",
                 lCalls.get(), lFailuresWhileDown.get(), lGrowth);
