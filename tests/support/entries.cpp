@@ -92,8 +92,7 @@ std::vector<Entry> MakeEntries() {
          false},
         {WAP_SECRET(getDeviceDefaultWebPassword), TextAnswerOf(kWebPassword), stFault, 0x47209037,
          true},
-        {WAP_SECRET(getDeviceDefaultSSID1Name), TextAnswerOf("Home-2G"), stFault, 0x47209037,
-         true},
+        {WAP_SECRET(getDeviceDefaultSSID1Name), TextAnswerOf("Home-2G"), stFault, 0x47209037, true},
         {WAP_SECRET(getDeviceDefaultSSID1Password), TextAnswerOf(kSsidPassword), stFault,
          0x47209037, true},
     };
@@ -121,8 +120,8 @@ void PutText(std::string &sRecord, size_t uiAt, const std::string &sText) {
 
 std::string DeviceInfoRecord() {
     std::string sRecord(336, '\0');
-    PutText(sRecord, 0, std::string("\x00\x02\x00\x00", 4)); // RAM 512
-    PutText(sRecord, 4, std::string("\x00\x01\x00\x00", 4)); // flash 256
+    PutText(sRecord, 0, std::string("\x00\x02\x00\x00", 4));  // RAM 512
+    PutText(sRecord, 4, std::string("\x00\x01\x00\x00", 4));  // flash 256
     PutText(sRecord, 8, "1");
     PutText(sRecord, 10, "HG-7");
     PutText(sRecord, 75, "Example Works");
@@ -154,7 +153,7 @@ void FurnishHome(World &stWorld) {
     stWorld.stPlatform.mapReplies = {
         {0x47209032, {0, std::string("02:A1:B2:00:00:01", 18)}},
         {0x47209035, {0, DeviceInfoRecord()}},
-        {0x47209036, {0, std::string("\x80\x51\x01\x00", 4)}}, // 86400
+        {0x47209036, {0, std::string("\x80\x51\x01\x00", 4)}},  // 86400
         {0x47209037, {0, DefaultsRecord()}},
         {0x47209050, {0, sPassword}},
         {0x4720136A, {0, IdentityRecord()}},

@@ -32,9 +32,9 @@ struct Entry {
     std::string sSymbol;
     std::string sMethod;
     std::function<Answer(FakeJni &)> fnCall;
-    Answer stGood;    ///< with the replies of FurnishHome
-    Answer stFailure; ///< when what it asks fails
-    uint32_t uiRpcId; ///< 0 for none
+    Answer stGood;     ///< with the replies of FurnishHome
+    Answer stFailure;  ///< when what it asks fails
+    uint32_t uiRpcId;  ///< 0 for none
     bool bSecret;
 };
 

@@ -222,8 +222,8 @@ jbyteArray NewByteArray(JNIEnv *pstEnv, jsize iLen) {
 void SetByteArrayRegion(JNIEnv *pstEnv, jbyteArray jArray, jsize iFrom, jsize iLen,
                         const jbyte *pcBytes) {
     FakeJni &stEnv = Env(pstEnv);
-    const bool bGoesWell = stEnv.Enter("SetByteArrayRegion",
-                                       std::to_string(iFrom) + " " + std::to_string(iLen));
+    const bool bGoesWell =
+        stEnv.Enter("SetByteArrayRegion", std::to_string(iFrom) + " " + std::to_string(iLen));
     stEnv.NeedsCheck("SetByteArrayRegion");
     if (!bGoesWell) {
         return;

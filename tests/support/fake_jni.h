@@ -36,7 +36,7 @@ class FakeJni : public JNIEnv {
     /// Ends the Java call: drops the local references, and complains about what must not be left.
     void EndCall();
 
-    std::vector<std::string> asCalls; ///< every call but those that only look at exceptions
+    std::vector<std::string> asCalls;  ///< every call but those that only look at exceptions
     bool bRecord = true;
     JniFailure eFailure = JniFailure::kNullAndException;
     uint32_t uiCapacity = 16;         ///< local references that may exist

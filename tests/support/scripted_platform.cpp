@@ -112,8 +112,7 @@ std::string Numbers(std::initializer_list<uint32_t> auiNumbers) {
 }
 
 std::string BytesAt(const void *pvAt, size_t uiLen) {
-    return pvAt == nullptr ? std::string()
-                           : std::string(static_cast<const char *>(pvAt), uiLen);
+    return pvAt == nullptr ? std::string() : std::string(static_cast<const char *>(pvAt), uiLen);
 }
 
 constexpr char kPackedMark[4] = {'R', 'U', 'N', '1'};
@@ -309,8 +308,7 @@ uint32_t VT_VDATA_UpdateData(uint32_t uiDataID, uint32_t uiLen, const void *pvDa
 }
 
 uint32_t VT_VDATA_ReadData(uint32_t uiDataID, uint32_t uiLen, void *pvBuf) {
-    const uint32_t uiStatus =
-        Scripted(Op::kBulk, "VT_VDATA_ReadData", Numbers({uiDataID, uiLen}));
+    const uint32_t uiStatus = Scripted(Op::kBulk, "VT_VDATA_ReadData", Numbers({uiDataID, uiLen}));
     const auto &mapBlocks = World::Get().stPlatform.mapBlocks;
     const auto it = mapBlocks.find(uiDataID);
     if (uiStatus != 0) {

@@ -21,17 +21,17 @@ class World;
 /// What an RPC is answered with.
 struct Reply {
     uint32_t uiStatus = 0;
-    std::string sBytes; ///< cut to the caller's capacity; copied whatever the status is
+    std::string sBytes;  ///< cut to the caller's capacity; copied whatever the status is
 };
 
 /// What an RPC was asked with.
 struct RpcRecord {
-    std::string sHead; ///< the 84 bytes
+    std::string sHead;  ///< the 84 bytes
     uint32_t uiRpcId = 0;
     uint32_t uiDstMid = 0;
     std::string sRequest;
     uint32_t uiReqLen = 0;
-    std::string sRspBefore; ///< the reply buffer before the answer was written
+    std::string sRspBefore;  ///< the reply buffer before the answer was written
     uint32_t uiRspCap = 0;
     uint32_t uiTimeoutMs = 0;
     const void *pvReq = nullptr;
@@ -81,29 +81,29 @@ class Platform {
   public:
     // ---- the script ----
     std::string sProcName = "jamvm";
-    bool bNoProcName = false;              ///< VT_MSG_GetCurProcName gives null
-    std::deque<Reply> astNextReplies;      ///< used up first, whatever the RPC
-    std::map<uint32_t, Reply> mapReplies;  ///< then by RPC id
-    std::map<std::string, uint32_t> mapStatus; ///< status by function name, 0 unless given
+    bool bNoProcName = false;                   ///< VT_MSG_GetCurProcName gives null
+    std::deque<Reply> astNextReplies;           ///< used up first, whatever the RPC
+    std::map<uint32_t, Reply> mapReplies;       ///< then by RPC id
+    std::map<std::string, uint32_t> mapStatus;  ///< status by function name, 0 unless given
     std::set<std::string> setMissingSymbols;
-    bool bNoLibrary = false;               ///< dlopen fails
-    std::function<void()> fnDispatch;      ///< called by VT_MSG_GetAndDispatch
+    bool bNoLibrary = false;           ///< dlopen fails
+    std::function<void()> fnDispatch;  ///< called by VT_MSG_GetAndDispatch
     uint32_t uiCpuRate = 42;
     uint32_t uiMemRate = 57;
     std::set<uint32_t> setFeatures;
-    std::set<uint32_t> setKeptBlocks;      ///< blocks that are meant to outlive the test
+    std::set<uint32_t> setKeptBlocks;  ///< blocks that are meant to outlive the test
 
     // ---- the record ----
     std::vector<RpcRecord> astRpcs;
     std::vector<TraceRecord> astTraces;
     std::vector<FaultRecord> astFaults;
     std::vector<std::string> asConsole;
-    std::vector<std::string> asCalls; ///< start-up, mutex, bulk and rate calls, for example
-                                      ///< "VT_VDATA_FreeShm 4097"
+    std::vector<std::string> asCalls;  ///< start-up, mutex, bulk and rate calls, for example
+                                       ///< "VT_VDATA_FreeShm 4097"
     std::vector<ThreadRecord> astThreads;
     std::vector<InitRecord> astInits;
     std::vector<RegisterRecord> astRegistered;
-    std::map<uint32_t, std::string> mapBlocks; ///< the bulk blocks that exist
+    std::map<uint32_t, std::string> mapBlocks;  ///< the bulk blocks that exist
     int32_t iLocksHeld = 0;
 
     void ClearRecords();
@@ -119,7 +119,8 @@ class Platform {
     uint32_t uiNextBlock = 0x1001;
 };
 
-/// What VT_OS_Compress makes of a text here: 4 bytes of mark, 4 of length, then (count, byte) pairs.
+/// What VT_OS_Compress makes of a text here: 4 bytes of mark, 4 of length, then (count, byte)
+/// pairs.
 std::string Packed(const std::string &sPlain);
 
 }  // namespace wap::test

@@ -2,11 +2,11 @@
 
 #include <vt_ssp_basic.h>
 
+#include <strings.h>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <strings.h>
 
 #include "support/world.h"
 
