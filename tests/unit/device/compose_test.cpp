@@ -106,8 +106,7 @@ TEST_F(ComposeTest, IntegerTextItems) {
               "{ \"A\": \"0\", \"B\": \"-1\", \"C\": \"2147483647\", \"D\": \"-2147483648\" }");
 }
 
-TEST_F(ComposeTest, IntegerTextFollowsThePolicyWhenThereIsNoText) {
-    // Only a platform that refuses to print the number leaves the text empty; here it never is.
+TEST_F(ComposeTest, IntegerTextAdderOnItsOwn) {
     const int32_t iValue = 12;
     json_object *pstRoot = JNI_JSON_ObjNewObj();
     EXPECT_EQ(VT_JNI_COMMON_Json_Obj_AddIntString(pstRoot, "A", At(&iValue), 2), 0u);
