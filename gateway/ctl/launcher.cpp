@@ -203,6 +203,7 @@ Child Spawn(const RuntimeDir &stDir, const std::string &acProgram, const Process
     astWords.push_back(acProgram);
     astWords.push_back(stInfo.pcName);
     std::vector<char *> astArguments;
+    astArguments.reserve(astWords.size() + 1);
     for (std::string &acWord : astWords) {
         astArguments.push_back(acWord.data());
     }

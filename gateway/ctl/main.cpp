@@ -159,7 +159,7 @@ class CommandLine {
 
     CLI::Option *AddNumber(CLI::App *pstVerb, const char *pcName, uint32_t uiMin, uint32_t uiMax,
                            const char *pcType, const char *pcHelp,
-                           std::function<void(uint32_t)> stTake) {
+                           const std::function<void(uint32_t)> &stTake) {
         return pstVerb
             ->add_option_function<std::string>(
                 pcName,

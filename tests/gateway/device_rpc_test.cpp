@@ -98,8 +98,7 @@ TEST_F(RunningGatewayTest, TextsAreCutAtTheirFieldsWithAZero) {
 
 TEST_F(RunningGatewayTest, RequestOfAnotherLengthIsRefused) {
     for (const std::string_view pcRequest :
-         {std::string_view("\0\0\0", 3), std::string_view("\0\0\0\0\0", 5),
-          std::string_view("", 0)}) {
+         {std::string_view("\0\0\0", 3), std::string_view("\0\0\0\0\0", 5), std::string_view()}) {
         const Answer stAnswer = Call("osgi_proxy", 0x47209032, pcRequest, 18);
         EXPECT_EQ(stAnswer.uiStatus, 0xF7000001u) << pcRequest.size();
         EXPECT_EQ(stAnswer.acBytes, std::string(18, kUntouched));
@@ -165,7 +164,7 @@ TEST_F(RunningGatewayTest, ControlRequestsAreNotTrusted) {
         const char *pcSays;
     } astCases[] = {
         {0x7F000001, "", "no valid JSON"},
-        {0x7F000001, "\xFF\xFE\x00{}", "no valid JSON"},
+        {0x7F000001, std::string("\xFF\xFE\x00{}", 5), "no valid JSON"},
         {0x7F000002, acDeep, "no valid JSON"},
         {0x7F000002, "[]", "no text \\\"path\\\""},
         {0x7F000002, "{\"path\":7}", "no text \\\"path\\\""},
@@ -194,6 +193,7 @@ TEST_F(RunningGatewayTest, ReadersNeverSeeHalfAChange) {
     std::atomic<bool> bDone = false;
     std::atomic<int> iCalls = 0;
     std::vector<std::thread> astThreads;
+    astThreads.reserve(6);
     for (int iThread = 0; iThread < 6; ++iThread) {
         astThreads.emplace_back([&] {
             do {

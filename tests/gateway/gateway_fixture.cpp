@@ -96,6 +96,7 @@ void GatewayTest::RemoveDirectory() const {
 pid_t GatewayTest::Launch(const std::vector<std::string> &astWords) const {
     std::vector<std::string> astCopies = astWords;
     std::vector<char *> astArguments;
+    astArguments.reserve(astCopies.size() + 1);
     for (std::string &acWord : astCopies) {
         astArguments.push_back(acWord.data());
     }

@@ -47,7 +47,7 @@ TEST_F(GatewayTest, StatusTellsWhatRuns) {
 }
 
 TEST_F(RunningGatewayTest, ProcessThatHangsIsNotAnswering) {
-    const pid_t iPid = atoi(ReadFile("cwmp.pid").c_str());
+    const pid_t iPid = static_cast<pid_t>(strtol(ReadFile("cwmp.pid").c_str(), nullptr, 10));
     ASSERT_GT(iPid, 0);
     ASSERT_EQ(kill(iPid, SIGSTOP), 0);
     const Outcome stStatus = Ctl({"status"});
