@@ -82,10 +82,13 @@ uint32_t VT_JNI_COMMON_WriteVData(VDataDesc *pstDesc, const void *pvData, uint32
     }
     // No id yet, so that freeing after a failed creation hits nobody's block.
     *pstDesc = {0, uiLen, uiLen};
+    if (uiLen == 0 || uiLen > kBlockMax) {
+        return Fail(WAP_SPOT, kErrNoMemory, *pstDesc);
+    }
     const void *pvContent = pvData;
     PlatformBlock stCompressed;
     if (!IsPlain(*pstDesc)) {
-        if (uiLen > kBlockMax || !stCompressed.Make(uiLen, WAP_SPOT)) {
+        if (!stCompressed.Make(uiLen, WAP_SPOT)) {
             return Fail(WAP_SPOT, kErrNoMemory, *pstDesc);
         }
         const uint32_t uiResult =

@@ -31,9 +31,9 @@ WAP_EXPORT uint32_t VT_JNI_COMMON_ReadVData(const VDataDesc *pstDesc, void **ppv
 /**
  * Writes data into a new block, which the receiver of the descriptor frees.
  * @param pstDesc receives the descriptor
- * @param uiLen   length of pvData in bytes, up to kBlockMax
- * @return 0; 1 for a null argument; 0xF7108001 when a buffer can't be had or uiLen exceeds
- *         kBlockMax; the platform's code. No block is left on failure, and no id names one.
+ * @param uiLen   length of pvData in bytes, from 1 to kBlockMax
+ * @return 0; 1 for a null argument; 0xF7108001 when a buffer can't be had or uiLen is out of
+ *         bounds; the platform's code. No block is left on failure, and no id names one.
  */
 WAP_EXPORT uint32_t VT_JNI_COMMON_WriteVData(VDataDesc *pstDesc, const void *pvData,
                                              uint32_t uiLen);

@@ -263,6 +263,9 @@ TEST_F(Json, GettersRecordTheirFaults) {
     Expect(kNull, JNI_JSON_ObjGetBool(At(pstRoot, "b"), nullptr));
     Expect(kNull, JNI_JSON_ObjGetDouble(At(pstRoot, "d"), nullptr));
     Expect(kNull, JNI_JSON_ObjGetStringLen(pstText, nullptr));
+    // The array's getter looks at its output last.
+    Expect(kType, JNI_JSON_ObjGetArrayLen(pstText, nullptr));
+    Expect(kNull, JNI_JSON_ObjGetArrayLen(At(pstRoot, "a"), nullptr));
 }
 
 TEST_F(Json, NumbersAtTheirBounds) {

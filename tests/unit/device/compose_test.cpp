@@ -2,6 +2,7 @@
 #include <cstring>
 #include <string>
 
+#include "common/answers.h"
 #include "common/jni_common.h"
 #include "support/entries.h"
 #include "unit/device/expect.h"
@@ -267,6 +268,19 @@ TEST_F(ComposeTest, FaultTextHoldsTheCodeAndIsTraced) {
     EXPECT_EQ(stPlatform.astTraces[0].uiZero, 0u);
     EXPECT_EQ(stPlatform.astTraces[1].sText, "pcJsonStr:{ \"Result\": -2147483648 }\r\n");
     EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
+TEST_F(ComposeTest, FailedWorkerAnswersByItsMethod) {
+    const TextWorker pfnFails = [](char *, uint32_t) -> uint32_t { return 0xF7700005; };
+    EXPECT_EQ(stEnv.Utf8Of(TextAnswer<8>(&stEnv, {"x.cpp", 7}, pfnFails, OnFailure::kWorkersCode)),
+              "{ \"Result\": -143654907 }");
+    EXPECT_EQ(stEnv.Utf8Of(TextAnswer<8>(&stEnv, {"x.cpp", 7}, pfnFails)), "{ \"Result\": -1 }");
+    ASSERT_EQ(stPlatform.astFaults.size(), 2u);
+    for (const FaultRecord &stFault : stPlatform.astFaults) {
+        EXPECT_EQ(stFault.sFile, "x.cpp");
+        EXPECT_EQ(stFault.uiLine, 7u);
+        EXPECT_EQ(stFault.uiCode, 0xF7700005u);
+    }
 }
 
 TEST_F(ComposeTest, FaultTextWithoutAnObjectIsNull) {

@@ -122,6 +122,14 @@ TEST_F(VDataTest, PlainBlockLongerThanAnnouncedIsRefused) {
     EXPECT_EQ(stPlatform.astFaults[0].auiArgs, (Args{uiId, 10, 20, 0}));
 }
 
+TEST_F(VDataTest, NothingIsNoData) {
+    VDataDesc stDesc = {7, 7, 7};
+    EXPECT_EQ(VT_JNI_COMMON_WriteVData(&stDesc, "x", 0), 0xF7108001u);
+    EXPECT_EQ(stDesc.uiDataID, 0u);
+    EXPECT_TRUE(stPlatform.asCalls.empty());
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{0xF7108001u}));
+}
+
 TEST_F(VDataTest, NullOutIsRefusedAndTheBlockStays) {
     const uint32_t uiId = stPlatform.AddBlock("data");
     stPlatform.setKeptBlocks.insert(uiId);
