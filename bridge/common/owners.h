@@ -126,7 +126,7 @@ class TextTable {
     }
     uint32_t Count() const { return m_uiCount; }
     const char *Lend(uint32_t uiIndex) const {
-        return uiIndex < m_uiCount ? m_apcTexts[uiIndex] : nullptr;
+        return uiIndex < kMax && uiIndex < m_uiCount ? m_apcTexts[uiIndex] : nullptr;
     }
     const char *const *Lend() const { return m_apcTexts; }
 
