@@ -12,7 +12,7 @@ namespace wap::test {
 namespace {
 
 /// The number in a reply of one word.
-uint32_t Word(const Answer &stAnswer) {
+uint32_t Word(const RpcReply &stAnswer) {
     uint32_t uiWord = 0;
     for (size_t uiAt = 4; uiAt-- > 0;) {
         uiWord = uiWord << 8 | static_cast<unsigned char>(stAnswer.acBytes[uiAt]);
@@ -21,7 +21,7 @@ uint32_t Word(const Answer &stAnswer) {
 }
 
 uint32_t UpTime() {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209036, 4);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209036, 4);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     return Word(stAnswer);
 }
@@ -29,7 +29,7 @@ uint32_t UpTime() {
 }  // namespace
 
 TEST_F(RunningGatewayTest, DeviceInfoIsTheShippedHome) {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209035, 336);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209035, 336);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     std::string acExpected("\x00\x00\x08\x00", 4);     // 524288 KiB
     acExpected += std::string("\x00\x00\x04\x00", 4);  // 262144 KiB
@@ -43,26 +43,26 @@ TEST_F(RunningGatewayTest, DeviceInfoIsTheShippedHome) {
 }
 
 TEST_F(RunningGatewayTest, MacIsEighteenBytes) {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209032, 18);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209032, 18);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, Field("02:A1:B2:00:10:01", 18));
 }
 
 TEST_F(RunningGatewayTest, PasswordIsSixtyFourBytes) {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209050, 64);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209050, 64);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, Field("sim-device-pass", 64));
 }
 
 TEST_F(RunningGatewayTest, DefaultsHaveThreeFields) {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209037, 192);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209037, 192);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes,
               Field("SimHome-1001", 32) + Field("sim-wifi-pass", 32) + Field("sim-web-pass", 128));
 }
 
 TEST_F(RunningGatewayTest, IdentityHasOuiAndSerialNumberAtTheirPlaces) {
-    const Answer stAnswer = Query("cwmp", 0x4720136A, 265);
+    const RpcReply stAnswer = Query("cwmp", 0x4720136A, 265);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes,
               Field("", 65) + Field("02A1B2", 72) + Field("SIM0000000001001", 128));
@@ -73,7 +73,7 @@ TEST_F(RunningGatewayTest, SetTakesEffectAtTheNextRequest) {
     CtlOk({"set", "device.ramKiB", "4294967295"});
     CtlOk({"set", "device.nfc", ""});
     CtlOk({"set", "identity.serialNumber", "S1"});
-    const Answer stInfo = Query("osgi_proxy", 0x47209035, 336);
+    const RpcReply stInfo = Query("osgi_proxy", 0x47209035, 336);
     EXPECT_EQ(stInfo.acBytes.substr(0, 4), "\xFF\xFF\xFF\xFF");
     EXPECT_EQ(stInfo.acBytes.substr(8, 2), Field("", 2));
     EXPECT_EQ(stInfo.acBytes.substr(75, 65), Field("Other Home", 65));
@@ -99,14 +99,14 @@ TEST_F(RunningGatewayTest, TextsAreCutAtTheirFieldsWithAZero) {
 TEST_F(RunningGatewayTest, RequestOfAnotherLengthIsRefused) {
     for (const std::string_view pcRequest :
          {std::string_view("\0\0\0", 3), std::string_view("\0\0\0\0\0", 5), std::string_view()}) {
-        const Answer stAnswer = Call("osgi_proxy", 0x47209032, pcRequest, 18);
+        const RpcReply stAnswer = Call("osgi_proxy", 0x47209032, pcRequest, 18);
         EXPECT_EQ(stAnswer.uiStatus, 0xF7000001u) << pcRequest.size();
         EXPECT_EQ(stAnswer.acBytes, std::string(18, kUntouched));
     }
 }
 
 TEST_F(RunningGatewayTest, ReplyIsCutToTheCallersRoom) {
-    const Answer stAnswer = Query("osgi_proxy", 0x47209032, 5);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209032, 5);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, "02:A1");
     EXPECT_EQ(Query("osgi_proxy", 0x47209032, 0).uiStatus, 0u);
@@ -179,7 +179,7 @@ TEST_F(RunningGatewayTest, ControlRequestsAreNotTrusted) {
          "must do something"},
     };
     for (const auto &stCase : astCases) {
-        const Answer stAnswer = Call("osgi_proxy", stCase.uiRpcId, stCase.acRequest, 1024);
+        const RpcReply stAnswer = Call("osgi_proxy", stCase.uiRpcId, stCase.acRequest, 1024);
         EXPECT_EQ(stAnswer.uiStatus, 0u) << stCase.pcSays;
         EXPECT_EQ(stAnswer.acBytes.substr(0, 10), "{\"error\":\"") << stCase.acRequest;
         EXPECT_NE(stAnswer.acBytes.find(stCase.pcSays), std::string::npos) << stAnswer.acBytes;
@@ -197,7 +197,7 @@ TEST_F(RunningGatewayTest, ReadersNeverSeeHalfAChange) {
     for (int iThread = 0; iThread < 6; ++iThread) {
         astThreads.emplace_back([&] {
             do {
-                const Answer stAnswer = Query("osgi_proxy", 0x47209050, 64);
+                const RpcReply stAnswer = Query("osgi_proxy", 0x47209050, 64);
                 EXPECT_EQ(stAnswer.uiStatus, 0u);
                 EXPECT_TRUE(stAnswer.acBytes == Field("sim-device-pass", 64) ||
                             stAnswer.acBytes == Field(std::string(63, 'p'), 64));

@@ -15,7 +15,7 @@ constexpr uint32_t kMacRpc = 0x47209032;
 
 const std::string kMac = Field("02:A1:B2:00:10:01", 18);
 
-Answer AskMac(uint32_t uiTimeoutMs = 20000) {
+RpcReply AskMac(uint32_t uiTimeoutMs = 20000) {
     return Query("osgi_proxy", kMacRpc, 18, uiTimeoutMs);
 }
 
@@ -23,7 +23,7 @@ Answer AskMac(uint32_t uiTimeoutMs = 20000) {
 
 TEST_F(RunningGatewayTest, CodeIsAnsweredWithoutAReply) {
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--code", "0xF7654321"});
-    const Answer stAnswer = AskMac();
+    const RpcReply stAnswer = AskMac();
     EXPECT_EQ(stAnswer.uiStatus, 0xF7654321u);
     EXPECT_EQ(stAnswer.acBytes, std::string(18, kUntouched));
     EXPECT_EQ(Query("osgi_proxy", 0x47209050, 64).uiStatus, 0u) << "other RPCs are left alone";
@@ -70,7 +70,7 @@ TEST_F(RunningGatewayTest, AnyHitsUnknownRpcsTooButNotThoseWithAFaultOfTheirOwn)
 
 TEST_F(RunningGatewayTest, FaultOfAnUnknownRpc) {
     CtlOk({"fault", "cwmp", "0xDEADBEEF", "--fill", "0x41", "--times", "1"});
-    const Answer stAnswer = Query("cwmp", 0xDEADBEEF, 6);
+    const RpcReply stAnswer = Query("cwmp", 0xDEADBEEF, 6);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, "AAAAAA");
     EXPECT_EQ(Query("cwmp", 0xDEADBEEF, 6).uiStatus, 0xF700000Bu);
@@ -79,7 +79,7 @@ TEST_F(RunningGatewayTest, FaultOfAnUnknownRpc) {
 TEST_F(RunningGatewayTest, DropLetsTheCallerRunIntoItsTimeOut) {
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--drop", "--times", "1"});
     const auto stStart = Clock::now();
-    const Answer stAnswer = AskMac(300);
+    const RpcReply stAnswer = AskMac(300);
     EXPECT_EQ(stAnswer.uiStatus, 0xF7000004u);
     EXPECT_GE(Clock::now() - stStart, std::chrono::milliseconds(300));
     EXPECT_EQ(stAnswer.acBytes, std::string(18, kUntouched));
@@ -89,7 +89,7 @@ TEST_F(RunningGatewayTest, DropLetsTheCallerRunIntoItsTimeOut) {
 TEST_F(RunningGatewayTest, DelayComesBeforeTheRightReply) {
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--delay", "400", "--times", "1"});
     const auto stStart = Clock::now();
-    const Answer stAnswer = AskMac();
+    const RpcReply stAnswer = AskMac();
     EXPECT_GE(Clock::now() - stStart, std::chrono::milliseconds(400));
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, kMac);
@@ -104,7 +104,7 @@ TEST_F(RunningGatewayTest, DelayGoesWithOtherFaults) {
 
 TEST_F(RunningGatewayTest, TruncateKeepsTheFirstBytes) {
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--truncate", "4"});
-    Answer stAnswer = AskMac();
+    RpcReply stAnswer = AskMac();
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, "02:A" + std::string(14, kUntouched));
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--truncate", "0"});
@@ -117,8 +117,8 @@ TEST_F(RunningGatewayTest, TruncateKeepsTheFirstBytes) {
 
 TEST_F(RunningGatewayTest, GarbageFillsTheCallersRoomDifferentlyEachTime) {
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--garbage"});
-    const Answer stFirst = Query("osgi_proxy", kMacRpc, 4096);
-    const Answer stSecond = Query("osgi_proxy", kMacRpc, 4096);
+    const RpcReply stFirst = Query("osgi_proxy", kMacRpc, 4096);
+    const RpcReply stSecond = Query("osgi_proxy", kMacRpc, 4096);
     EXPECT_EQ(stFirst.uiStatus, 0u);
     EXPECT_EQ(stSecond.uiStatus, 0u);
     EXPECT_NE(stFirst.acBytes, stSecond.acBytes);
@@ -128,7 +128,7 @@ TEST_F(RunningGatewayTest, GarbageFillsTheCallersRoomDifferentlyEachTime) {
 
 TEST_F(RunningGatewayTest, FillFillsTheCallersRoom) {
     CtlOk({"fault", "osgi_proxy", "0x47209035", "--fill", "255"});
-    const Answer stAnswer = Query("osgi_proxy", 0x47209035, 336);
+    const RpcReply stAnswer = Query("osgi_proxy", 0x47209035, 336);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     EXPECT_EQ(stAnswer.acBytes, std::string(336, '\xFF'));
 }
@@ -142,7 +142,7 @@ TEST_F(RunningGatewayTest, FaultsEndWithTheProcess) {
 
 TEST_F(RunningGatewayTest, StopDoesNotWaitForDelays) {
     CtlOk({"fault", "osgi_proxy", "any", "--delay", "3600000"});
-    Answer stAnswer;
+    RpcReply stAnswer;
     std::thread stCaller([&] { stAnswer = AskMac(60000); });
     // Once the request is counted, the fault holds it.
     const std::regex stOneRequest("osgi_proxy +running +[0-9]+ +[0-9:]+ +1 ");

@@ -44,12 +44,12 @@ std::string Field(std::string_view pcText, size_t uiSize) {
     return acField;
 }
 
-Answer Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest, size_t uiCapacity,
-            uint32_t uiTimeoutMs) {
+RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,
+              size_t uiCapacity, uint32_t uiTimeoutMs) {
     RpcMsgHead stHead = {};
     strncpy(stHead.acSndApp, "gateway_tests", sizeof(stHead.acSndApp) - 1);
     strncpy(stHead.acRcvApp, pcProcess, sizeof(stHead.acRcvApp) - 1);
-    Answer stAnswer;
+    RpcReply stAnswer;
     stAnswer.acBytes.assign(uiCapacity, kUntouched);
     stAnswer.uiStatus = VT_MSG_RpcCall(
         &stHead, uiRpcId, 0, pcRequest.data(), static_cast<uint32_t>(pcRequest.size()),
@@ -57,7 +57,7 @@ Answer Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,
     return stAnswer;
 }
 
-Answer Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity, uint32_t uiTimeoutMs) {
+RpcReply Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity, uint32_t uiTimeoutMs) {
     return Call(pcProcess, uiRpcId, std::string_view("\0\0\0\0", 4), uiCapacity, uiTimeoutMs);
 }
 

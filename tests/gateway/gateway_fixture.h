@@ -20,7 +20,7 @@ struct Outcome {
 };
 
 /// What came back from an RPC.
-struct Answer {
+struct RpcReply {
     uint32_t uiStatus = 0;
     std::string acBytes;  ///< the whole reply buffer
 };
@@ -35,12 +35,12 @@ inline constexpr char kUntouched = '\x5A';
 std::string Field(std::string_view pcText, size_t uiSize);
 
 /// Sends an RPC.
-Answer Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest, size_t uiCapacity,
-            uint32_t uiTimeoutMs = 20000);
+RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,
+              size_t uiCapacity, uint32_t uiTimeoutMs = 20000);
 
 /// Sends the request of the device queries, one word holding 0.
-Answer Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity,
-             uint32_t uiTimeoutMs = 20000);
+RpcReply Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity,
+               uint32_t uiTimeoutMs = 20000);
 
 class GatewayTest : public ::testing::Test {
   protected:

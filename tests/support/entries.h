@@ -1,50 +1,16 @@
-// The Java entries as a table: how to call each, and its good and its failing answer.
+// What the tests of the Java entries on the scripted platform share.
 #ifndef WAP_TESTS_SUPPORT_ENTRIES_H
 #define WAP_TESTS_SUPPORT_ENTRIES_H
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <functional>
-#include <optional>
 #include <string>
-#include <vector>
 
+#include "support/entry_table.h"
 #include "support/fake_jni.h"
 #include "support/world.h"
 
 namespace wap::test {
-
-/// What an entry gave back: a text (or null), or a number.
-struct Answer {
-    std::optional<std::string> sText;
-    std::optional<int32_t> iNumber;
-    bool operator==(const Answer &) const = default;
-};
-std::ostream &operator<<(std::ostream &stOut, const Answer &stAnswer);
-
-Answer TextAnswerOf(std::string sText);
-Answer NumberAnswerOf(int32_t iNumber);
-/// A null Java text.
-Answer NullAnswer();
-
-struct Entry {
-    std::string sSymbol;
-    std::string sMethod;
-    std::function<Answer(FakeJni &)> fnCall;
-    Answer stGood;     ///< with the replies of FurnishHome
-    Answer stFailure;  ///< when what it asks fails
-    uint32_t uiRpcId;  ///< 0 for none
-    bool bSecret;
-};
-
-/// All entries. Those that give secrets give the ones named below.
-const std::vector<Entry> &Entries();
-const Entry &EntryOf(const std::string &sMethod);
-
-inline constexpr const char *kDevicePassword = "device-pass-0123456789";
-inline constexpr const char *kSsidPassword = "ssid-pass-ABCDEFGHIJKL";
-inline constexpr const char *kWebPassword = "web-pass-abcdefghijklmnopq";
 
 /// Puts a text at an offset of a record.
 void PutText(std::string &sRecord, size_t uiAt, const std::string &sText);

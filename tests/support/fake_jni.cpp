@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "support/world.h"
-
 namespace wap::test {
 
 namespace {
@@ -18,7 +16,7 @@ FakeJni &Env(JNIEnv *pstEnv) {
 }
 
 void Complain(const std::string &sText) {
-    World::Get().Violation("JNI: " + sText);
+    NoteJniMisuse("JNI: " + sText);
 }
 
 std::shared_ptr<Object> MakeObject(Object::Kind eKind) {
@@ -443,7 +441,7 @@ bool FakeJni::Enter(const char *pcName, const std::string &sArgs, bool bCanFail)
         Complain(std::string(pcName) + " without a look for an exception after " + sUnchecked);
         sUnchecked.clear();
     }
-    if (!bCanFail || !World::Get().Hit(Op::kJni)) {
+    if (!bCanFail || !JniCallShallFail()) {
         return true;
     }
     // A void function has no other way to fail than an exception.

@@ -85,6 +85,12 @@ class FakeJni : public JNIEnv {
     std::string sUnchecked;
 };
 
+// ---- defined by whoever links the environment ----
+/// Called when the code under test broke a rule of JNI.
+void NoteJniMisuse(const std::string &sText);
+/// Called by every JNI call that can fail; true makes it fail.
+bool JniCallShallFail();
+
 /// UTF-16 to UTF-8 as getBytes does: an unpaired surrogate becomes '?'.
 std::string ToUtf8(std::u16string_view sText);
 /// UTF-8 to UTF-16 as the String constructor does: what is malformed becomes U+FFFD.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "common/jni_common.h"
+#include "support/fake_jni.h"
 #include "system/wap_msg_jni.h"
 
 namespace wap::test {
@@ -85,6 +86,14 @@ void World::ExpectClean(const std::string &sWhere) {
     for (const std::string &sText : TakeComplaints()) {
         ADD_FAILURE() << (sWhere.empty() ? "" : sWhere + ": ") << sText;
     }
+}
+
+void NoteJniMisuse(const std::string &sText) {
+    World::Get().Violation(sText);
+}
+
+bool JniCallShallFail() {
+    return World::Get().Hit(Op::kJni);
 }
 
 void ResetBridge() {
