@@ -8,6 +8,16 @@ jstring FaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, OnFailure eOnFailure, uin
         pstEnv, eOnFailure == OnFailure::kMinusOne ? -1 : static_cast<int32_t>(uiResult));
 }
 
+jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText) {
+    PlatformBlock stText;
+    stText.Adopt(pcText);
+    if (uiResult != 0 || pcText == nullptr) {
+        RecordFault(stSpot, uiResult);
+        return char2jstring(pstEnv, kFailureAnswer);
+    }
+    return char2jstring(pstEnv, pcText);
+}
+
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber) {
     if (uiNumber == kErrFailed) {
         RecordFault(stSpot, uiNumber);

@@ -67,6 +67,10 @@ jstring TextOrFallback(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, cha
     return char2jstring(pstEnv, acText);
 }
 
+/// Hands Java a worker's heap text, which is released, or the failure answer when the worker
+/// failed.
+jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);
+
 /// A worker's number, with -1 recorded: the entries of the rates and other plain numbers.
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber);
 

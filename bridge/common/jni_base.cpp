@@ -15,19 +15,10 @@ constexpr char kCharset[] = "utf-8";
 /// Local references that one conversion leaves behind, with the element it was made from.
 constexpr int64_t kRefsPerElement = 4;
 
-/// True when the last JNI call left an exception, which is then cleared.
-bool Threw(JNIEnv *pstEnv) {
-    if (pstEnv->ExceptionCheck() == JNI_FALSE) {
-        return false;
-    }
-    pstEnv->ExceptionClear();
-    return true;
-}
-
 /// A JNI result, or null when its call threw.
 template <class Result>
 Result Checked(JNIEnv *pstEnv, Result xResult) {
-    return Threw(pstEnv) ? nullptr : xResult;
+    return wap::ClearException(pstEnv) ? nullptr : xResult;
 }
 
 /// The class library's String, the charset's name and one of String's methods.
@@ -96,6 +87,30 @@ void RemoveLastSeparator(char *pcOut, const char *pcSeparator) {
 
 }  // namespace
 
+bool wap::ClearException(JNIEnv *pstEnv) {
+    if (pstEnv->ExceptionCheck() == JNI_FALSE) {
+        return false;
+    }
+    pstEnv->ExceptionClear();
+    return true;
+}
+
+bool wap::EnsureElementRefs(JNIEnv *pstEnv, jsize iCount) {
+    const int64_t llRefs = kRefsPerElement * iCount;
+    if (llRefs > INT_MAX || pstEnv->EnsureLocalCapacity(static_cast<jint>(llRefs)) != JNI_OK) {
+        (void)ClearException(pstEnv);
+        return false;
+    }
+    return true;
+}
+
+char *wap::ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty) {
+    auto jText =
+        static_cast<jstring>(Checked(pstEnv, pstEnv->GetObjectArrayElement(jTexts, iIndex)));
+    return eEmpty == EmptyText::kCounts ? jstringtochar(pstEnv, jText)
+                                        : jstring2char(pstEnv, jText);
+}
+
 // Deliberately keeps the references to the class, the charset's name and the byte array: they go
 // when the Java call returns, and callers bound their arrays.
 char *wap::MakeNativeText(JNIEnv *pstEnv, jstring jText, EmptyText eEmpty, Secrecy eSecrecy,
@@ -114,7 +129,7 @@ char *wap::MakeNativeText(JNIEnv *pstEnv, jstring jText, EmptyText eEmpty, Secre
         return nullptr;
     }
     const jsize iLength = pstEnv->GetArrayLength(jBytes);
-    if (Threw(pstEnv)) {
+    if (wap::ClearException(pstEnv)) {
         return nullptr;
     }
     jbyte *pbyBytes = Checked(pstEnv, pstEnv->GetByteArrayElements(jBytes, nullptr));
@@ -165,7 +180,7 @@ jstring char2jstring(JNIEnv *pstEnv, const char *pcText) {
         return nullptr;
     }
     pstEnv->SetByteArrayRegion(jBytes, 0, iLength, reinterpret_cast<const jbyte *>(pcText));
-    if (Threw(pstEnv)) {
+    if (wap::ClearException(pstEnv)) {
         return nullptr;
     }
     return static_cast<jstring>(
@@ -193,15 +208,11 @@ uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts, cons
     if (jTexts == nullptr) {
         return 0;
     }
-    const int64_t llRefs = kRefsPerElement * pstEnv->GetArrayLength(jTexts);
-    if (llRefs > INT_MAX || pstEnv->EnsureLocalCapacity(static_cast<jint>(llRefs)) != JNI_OK) {
-        (void)Threw(pstEnv);
+    if (!wap::EnsureElementRefs(pstEnv, pstEnv->GetArrayLength(jTexts))) {
         return 1;
     }
     for (jsize i = 0; i < pstEnv->GetArrayLength(jTexts); ++i) {
-        auto jText =
-            static_cast<jstring>(Checked(pstEnv, pstEnv->GetObjectArrayElement(jTexts, i)));
-        char *pcText = jstring2char(pstEnv, jText);
+        char *pcText = wap::ConvertElement(pstEnv, jTexts, i, wap::EmptyText::kIsMissing);
         if (pcText == nullptr) {
             continue;
         }

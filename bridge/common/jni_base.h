@@ -23,6 +23,16 @@ enum class Secrecy { kPlain, kSecret };
 char *MakeNativeText(JNIEnv *pstEnv, jstring jText, EmptyText eEmpty, Secrecy eSecrecy,
                      uint32_t *puiLength);
 
+/// Clears what the virtual machine threw in the last JNI call; true when it did.
+bool ClearException(JNIEnv *pstEnv);
+
+/// Makes room for the local references of converting iCount elements of an array. False, with no
+/// exception pending, when the virtual machine refuses.
+[[nodiscard]] bool EnsureElementRefs(JNIEnv *pstEnv, jsize iCount);
+
+/// An array's element as a new native text; null when it is null or does not convert.
+char *ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty);
+
 }  // namespace wap
 
 /**

@@ -23,6 +23,9 @@ inline constexpr uint32_t kErrTooLong = 0xF7700005;
 /// "It failed", with the reason already in the fault log.
 inline constexpr uint32_t kErrFailed = 0xFFFFFFFF;
 
+/// What the text queries answer when they fail, where they do not say more.
+inline constexpr char kFailureAnswer[] = "{\"Result\":-1}";
+
 /// Trace modules: the Java entries, and the general RPC wrapper.
 inline constexpr uint32_t kTraceEntries = 249;
 inline constexpr uint32_t kTraceRpc = 281;

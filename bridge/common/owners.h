@@ -183,6 +183,11 @@ class BulkBlock {
         }
         return static_cast<const char *>(m_stBlock.Lend());
     }
+    /// Gives the block away, released with VT_OS_MemFreeD by the receiver.
+    void *Release() {
+        m_uiLen = 0;
+        return m_stBlock.Release();
+    }
 
   private:
     PlatformBlock m_stBlock;
