@@ -8,15 +8,46 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 #include "support/world.h"
 
 namespace wap::test {
 
-void AllocWatch::Add(void *pvBlock, size_t uiSize, Origin eOrigin, std::string sWhere) {
-    astLog.push_back({eOrigin, uiSize});
-    mapLive[pvBlock] = {uiSize, eOrigin, std::move(sWhere)};
+namespace {
+
+std::string Describe(const AllocPlace &stPlace) {
+    return stPlace.sFile.empty() ? "" : stPlace.sFile + ":" + std::to_string(stPlace.uiLine);
+}
+
+bool EndsWith(const std::string &sText, const std::string &sEnd) {
+    return sText.size() > sEnd.size() &&
+           sText.compare(sText.size() - sEnd.size(), sEnd.size(), sEnd) == 0;
+}
+
+}  // namespace
+
+std::string PlaceFault(const char *pcFile, uint32_t uiLine) {
+    if (pcFile == nullptr) {
+        return "no file name";
+    }
+    const std::string sFile = pcFile;
+    if (sFile.find('/') != std::string::npos) {
+        return "a path instead of a base name: " + sFile;
+    }
+    if (!EndsWith(sFile, ".cpp") && !EndsWith(sFile, ".h")) {
+        return "no source's name: \"" + sFile + "\"";
+    }
+    return uiLine == 0 ? "no line in " + sFile : "";
+}
+
+void AllocWatch::Add(void *pvBlock, size_t uiSize, Origin eOrigin, const AllocPlace &stPlace) {
+    astLog.push_back({eOrigin, uiSize, stPlace});
+    mapLive[pvBlock] = {uiSize, eOrigin, stPlace};
+}
+
+void AllocWatch::ClearRecords() {
+    astLog.clear();
+    astReleases.clear();
 }
 
 bool AllocWatch::Remove(void *pvBlock, Origin *peOrigin) {
@@ -39,7 +70,7 @@ size_t AllocWatch::SizeOf(void *pvBlock) const {
 std::vector<std::string> AllocWatch::TakeLive() {
     std::vector<std::string> asTexts;
     for (const auto &[pvBlock, stBlock] : mapLive) {
-        asTexts.push_back(std::to_string(stBlock.uiSize) + " bytes " + stBlock.sWhere);
+        asTexts.push_back(std::to_string(stBlock.uiSize) + " bytes " + Describe(stBlock.stPlace));
     }
     mapLive.clear();
     return asTexts;
@@ -75,6 +106,15 @@ void AboutToFree(void *pvBlock) {
     if (pstWorld->stAllocs.Remove(pvBlock, &eOrigin) && eOrigin == Origin::kPlatform) {
         pstWorld->Violation("a platform block was released with free");
     }
+}
+
+/// Checks and keeps what a call of the platform's allocator says of its place.
+AllocPlace PlaceOf(World *pstWorld, const char *pcCall, const char *pcFile, uint32_t uiLine) {
+    const std::string sFault = PlaceFault(pcFile, uiLine);
+    if (pstWorld != nullptr && !sFault.empty()) {
+        pstWorld->Violation(std::string(pcCall) + " was told " + sFault);
+    }
+    return {pcFile == nullptr ? "?" : pcFile, uiLine};
 }
 
 }  // namespace
@@ -167,14 +207,15 @@ void *__wrap_dlsym(void *pvHandle, const char *pcName) {
 
 void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
     wap::test::World &stWorld = wap::test::World::Get();
+    const wap::test::AllocPlace stPlace =
+        wap::test::PlaceOf(&stWorld, "the platform's allocator", pcFile, uiLine);
     if (uiSize == 0 || stWorld.Hit(wap::test::Op::kAlloc)) {
         return nullptr;
     }
     void *pvBlock = __real_malloc(uiSize);
     if (pvBlock != nullptr) {
         std::memset(pvBlock, 0xA5, uiSize);
-        stWorld.stAllocs.Add(pvBlock, uiSize, wap::test::Origin::kPlatform,
-                             std::string(pcFile ? pcFile : "?") + ":" + std::to_string(uiLine));
+        stWorld.stAllocs.Add(pvBlock, uiSize, wap::test::Origin::kPlatform, stPlace);
     }
     return pvBlock;
 }
@@ -188,14 +229,20 @@ void *VT_OS_MemMallocSet(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
 }
 
 void VT_OS_MemFreeD(void *pvBlock, const char *pcFile, uint32_t uiLine) {
+    wap::test::World *pstWorld = wap::test::World::Current();
+    const wap::test::AllocPlace stPlace =
+        wap::test::PlaceOf(pstWorld, "the platform's release", pcFile, uiLine);
+    if (pstWorld != nullptr) {
+        pstWorld->stAllocs.NoteRelease(stPlace);
+    }
     if (pvBlock == nullptr) {
         return;
     }
     wap::test::World &stWorld = wap::test::World::Get();
     stWorld.stSecrets.CheckFreed(pvBlock, stWorld.stAllocs.SizeOf(pvBlock));
     if (!stWorld.stAllocs.Remove(pvBlock)) {
-        stWorld.Violation(std::string("released twice or never allocated: ") +
-                          (pcFile ? pcFile : "?") + ":" + std::to_string(uiLine));
+        stWorld.Violation("released twice or never allocated: " + stPlace.sFile + ":" +
+                          std::to_string(uiLine));
         return;
     }
     __real_free(pvBlock);

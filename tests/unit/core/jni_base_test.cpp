@@ -32,7 +32,7 @@ class JniBase : public BridgeTest {
             return std::nullopt;
         }
         std::string sText = pcText;
-        VT_OS_MemFreeD(pcText, "jni_base_test.cpp", 0);
+        VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
         return sText;
     }
     /// Fails each JNI call of a conversion in turn, with and without an exception.

@@ -16,7 +16,9 @@ constexpr char kSecretTail[] = "behind-secret-0123456789";
 class Owners : public BridgeTest {
   protected:
     size_t Live() const { return stWorld.stAllocs.Live(); }
-    static void *Block(uint32_t uiSize) { return VT_OS_MemMallocD(uiSize, "owners_test.cpp", 0); }
+    static void *Block(uint32_t uiSize) {
+        return VT_OS_MemMallocD(uiSize, __FILE_NAME__, __LINE__);
+    }
     char *Text(const char *pcText) {
         char *pcBlock = static_cast<char *>(Block(static_cast<uint32_t>(strlen(pcText)) + 1));
         strcpy(pcBlock, pcText);
@@ -59,7 +61,7 @@ TEST_F(Owners, BlockGivenAwayIsTheReceivers) {
         EXPECT_FALSE(stBlock);
     }
     EXPECT_EQ(Live(), 1u);
-    VT_OS_MemFreeD(pvBlock, "owners_test.cpp", 0);
+    VT_OS_MemFreeD(pvBlock, __FILE_NAME__, __LINE__);
 }
 
 TEST_F(Owners, BlockWithoutMemoryHoldsNothing) {
