@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -16,6 +17,10 @@ namespace wap::test {
 namespace {
 
 constexpr uint32_t kNoMemory = 0xF7108001;
+// What the scripted platform answers.
+constexpr uint32_t kReadRefused = 0x0B0B0002;
+constexpr uint32_t kNotPacked = 0x0B0B0005;
+constexpr uint32_t kCopyRefused = 0x0C0C0001;
 constexpr uint32_t kLargest = 16u * 1024 * 1024;
 
 std::string Stripes(size_t uiLen) {
@@ -33,7 +38,7 @@ std::string Status(uint32_t uiStatus) {
 }
 
 void Release(void *pvData) {
-    VT_OS_MemFreeD(pvData, "bulk_faults_test.cpp", 0);
+    VT_OS_MemFreeD(pvData, __FILE_NAME__, __LINE__);
 }
 
 Subject ReadSubject(const std::string &sData) {
@@ -147,31 +152,43 @@ TEST(BulkFaults, WriteOfTooMuchIsRefused) {
 
 class HostileBulkTest : public ::testing::Test {
   protected:
-    /// Reads, and expects the data or a failure that leaves nothing; the block goes in any case.
-    void ExpectRead(const VDataDesc &stDesc, const std::string *psWanted) {
+    /// Reads, and expects the data (code 0) or a failure that leaves nothing; the block goes in any
+    /// case.
+    void ExpectRead(const VDataDesc &stDesc, uint32_t uiCode, const std::string &sWanted = "") {
         SCOPED_TRACE("id " + std::to_string(stDesc.uiDataID) + ", lengths " +
                      std::to_string(stDesc.uiOriginalLen) + " " +
                      std::to_string(stDesc.uiCompressedLen));
         int iMark = 0;
         void *pvData = &iMark;
         const uint32_t uiStatus = VT_JNI_COMMON_ReadVData(&stDesc, &pvData);
-        if (psWanted == nullptr) {
-            EXPECT_NE(uiStatus, 0u);
-            EXPECT_EQ(pvData, nullptr);
-        } else {
-            EXPECT_EQ(uiStatus, 0u);
-            if (pvData != nullptr) {
-                EXPECT_TRUE(std::string(static_cast<const char *>(pvData), stDesc.uiOriginalLen) ==
-                            *psWanted);
-            }
-        }
+        EXPECT_EQ(uiStatus, uiCode) << std::hex << uiStatus;
         if (uiStatus == 0) {
+            const std::string sData(static_cast<const char *>(pvData), stDesc.uiOriginalLen);
+            EXPECT_TRUE(sData == sWanted);
             Release(pvData);
+        } else {
+            EXPECT_EQ(pvData, nullptr);
         }
         EXPECT_EQ(stWorld.stPlatform.CountCalls("VT_VDATA_FreeShm"), 1u);
         EXPECT_TRUE(stWorld.stPlatform.mapBlocks.empty());
         stWorld.ExpectClean();
         stWorld.ClearRecords();
+    }
+
+    /// What is wrong with lengths that were drawn at random, for a block of random bytes.
+    static uint32_t CodeFor(const VDataDesc &stDesc, size_t uiBlock) {
+        for (const uint32_t uiLen : {stDesc.uiOriginalLen, stDesc.uiCompressedLen}) {
+            if (uiLen == 0 || uiLen > kLargest) {
+                return kNoMemory;
+            }
+        }
+        if (stDesc.uiCompressedLen > uiBlock) {
+            return kReadRefused;
+        }
+        if (stDesc.uiOriginalLen > 2048) {
+            return kNotPacked;
+        }
+        return stDesc.uiCompressedLen > stDesc.uiOriginalLen ? kCopyRefused : 0;
     }
 
     uint32_t RandomLength() {
@@ -194,22 +211,21 @@ class HostileBulkTest : public ::testing::Test {
 };
 
 TEST_F(HostileBulkTest, LengthsThatLie) {
-    uint32_t uiRead = 0;
+    std::map<uint32_t, uint32_t> mapSeen;
     for (uint32_t i = 0; i < 400; ++i) {
         const std::string sBlock = RandomBytes(stDice.Roll(6000));
         const VDataDesc stDesc = {stWorld.stPlatform.AddBlock(sBlock), RandomLength(),
                                   RandomLength()};
         // Only a plain block can be made by chance, and it must hold what the descriptor says.
-        const bool bGood = stDesc.uiOriginalLen != 0 && stDesc.uiOriginalLen <= 2048 &&
-                           stDesc.uiCompressedLen != 0 &&
-                           stDesc.uiCompressedLen <= stDesc.uiOriginalLen &&
-                           stDesc.uiCompressedLen <= sBlock.size();
+        const uint32_t uiCode = CodeFor(stDesc, sBlock.size());
         std::string sWanted = sBlock.substr(0, stDesc.uiCompressedLen);
-        sWanted.resize(bGood ? stDesc.uiOriginalLen : 0, '\0');
-        ExpectRead(stDesc, bGood ? &sWanted : nullptr);
-        uiRead += bGood ? 1 : 0;
+        sWanted.resize(uiCode == 0 ? stDesc.uiOriginalLen : 0, '\0');
+        ExpectRead(stDesc, uiCode, sWanted);
+        ++mapSeen[uiCode];
     }
-    EXPECT_GT(uiRead, 5u);
+    for (const uint32_t uiCode : {0u, kNoMemory, kReadRefused, kNotPacked, kCopyRefused}) {
+        EXPECT_GT(mapSeen[uiCode], 5u) << std::hex << uiCode;
+    }
 }
 
 /// A packed block with one bit of its length turned, with a run of no bytes, or cut short.
@@ -259,8 +275,8 @@ TEST_F(HostileBulkTest, CompressedBlocksThatLie) {
 
 TEST_F(HostileBulkTest, BlockThatIsNotThere) {
     for (const uint32_t uiId : {0u, 1u, 0xFFFFFFFFu}) {
-        ExpectRead({uiId, 100, 100}, nullptr);
-        ExpectRead({uiId, 5000, 100}, nullptr);
+        ExpectRead({uiId, 100, 100}, kReadRefused);
+        ExpectRead({uiId, 5000, 100}, kReadRefused);
     }
 }
 

@@ -314,7 +314,7 @@ TEST_F(ComposeTest, FaultTextSurvivesEveryShortageOfMemory) {
 
 TEST_F(ComposeTest, FaultTextSurvivesEveryFailureOfJava) {
     stWorld.Plan({});
-    EXPECT_NE(OSGI_JNI_FaultStrBuild(&stEnv, -1), nullptr);
+    EXPECT_EQ(stEnv.Utf8Of(OSGI_JNI_FaultStrBuild(&stEnv, -1)), "{ \"Result\": -1 }");
     const uint32_t uiCalls = stWorld.Count(Op::kJni);
     ASSERT_GT(uiCalls, 0u);
     uint32_t uiNulls = 0;
@@ -400,10 +400,10 @@ TEST_F(ComposeTest, RuntimeNamesWithoutMemory) {
 TEST_F(ComposeTest, RuntimeNamesNeedBothArguments) {
     const RuntimeNames stNames = {};
     json_object *pstOut = nullptr;
-    EXPECT_NE(VT_OSGI_JNI_BuildJsonObj(nullptr, &pstOut, 0), 0u);
+    EXPECT_EQ(VT_OSGI_JNI_BuildJsonObj(nullptr, &pstOut, 0), kMinusOne);
     EXPECT_EQ(pstOut, nullptr);
-    EXPECT_NE(VT_OSGI_JNI_BuildJsonObj(&stNames, nullptr, 0), 0u);
-    EXPECT_EQ(stPlatform.astFaults.size(), 2u);
+    EXPECT_EQ(VT_OSGI_JNI_BuildJsonObj(&stNames, nullptr, 0), kMinusOne);
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{kMinusOne, kMinusOne}));
 }
 
 // ---- tables of texts ----

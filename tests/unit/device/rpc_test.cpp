@@ -10,6 +10,8 @@
 namespace wap::test {
 namespace {
 
+constexpr uint32_t kNullArgument = 0xF7702001;
+
 class RpcTest : public BridgeTest {
   protected:
     void SetUp() override {
@@ -157,9 +159,9 @@ TEST_F(RpcTest, UsbCallReplacesANullReplyOnly) {
 }
 
 TEST_F(RpcTest, UsbCallWithoutARequestIsRefused) {
-    EXPECT_NE(VT_KAVO_USB_JNI_RpcCall(kAnyRpc, nullptr, 4, nullptr, 0), 0u);
+    EXPECT_EQ(VT_KAVO_USB_JNI_RpcCall(kAnyRpc, nullptr, 4, nullptr, 0), kNullArgument);
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_EQ(stPlatform.astFaults.size(), 1u);
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{kNullArgument}));
 }
 
 TEST_F(RpcTest, GeneralCallTracesWhoAsksWhomForWhat) {
@@ -250,9 +252,9 @@ TEST_F(RpcTest, ProcessWithoutANameSendsAnEmptyOne) {
 }
 
 TEST_F(RpcTest, NullReceiverIsRefused) {
-    EXPECT_NE(JNI_MSG_RpcCall(nullptr, 5, kAnyRpc, "a", 1, nullptr, 0), 0u);
+    EXPECT_EQ(JNI_MSG_RpcCall(nullptr, 5, kAnyRpc, "a", 1, nullptr, 0), kNullArgument);
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_EQ(stPlatform.astFaults.size(), 1u);
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{kNullArgument}));
 }
 
 TEST_F(RpcTest, ProxySendersTakeTurns) {
@@ -301,7 +303,7 @@ TEST_F(RpcTest, MutexThatCannotBeMadeCostsNoTurnAndIsTriedAgain) {
     EXPECT_EQ(SenderOfNextProxyCall(), 282u);
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_OS_MutexInit", "VT_OS_MutexInit"}));
     EXPECT_EQ(FaultCodes(stPlatform), (Codes{0x77, 0x77}));
-    EXPECT_NE(g_stJNIOsgiMid.uiMutexReady, 1u);
+    EXPECT_EQ(g_stJNIOsgiMid.uiMutexReady, 0u);
     stPlatform.mapStatus.clear();
     stPlatform.ClearRecords();
     EXPECT_EQ(SenderOfNextProxyCall(), 283u);
