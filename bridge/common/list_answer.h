@@ -1,0 +1,35 @@
+// Answers that are a list of objects: {"Result": 0, "List": [...]}.
+#ifndef WAP_COMMON_LIST_ANSWER_H
+#define WAP_COMMON_LIST_ANSWER_H
+
+#include <stdint.h>
+
+#include "common/jni_common.h"
+#include "common/owners.h"
+#include "common/report.h"
+
+namespace wap {
+
+/**
+ * Makes an object of items and appends it to a list, which there is. An object that the list
+ * refuses is released and recorded, and the list goes on without it.
+ * @return false, recorded, when there is no memory for an object: objects among the items are then
+ *         still the caller's
+ */
+[[nodiscard]] bool AppendObject(SourceSpot stSpot, const JsonValue &stList,
+                                const JsonItem *pstItems, uint32_t uiCount);
+
+/**
+ * Composes the answer in a block of its own.
+ * @param pcWorker who traces the block's size
+ * @param stList   given away unless there was no object to attach it to
+ * @param uiCap    size of the block in bytes, not 0: the answer and its zero must fit
+ * @param ppcText  receives the answer, released with VT_OS_MemFreeD by the caller; success only
+ * @return 0; 1, recorded, when memory runs out or the answer does not fit
+ */
+uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList, uint32_t uiCap,
+                     char **ppcText);
+
+}  // namespace wap
+
+#endif
