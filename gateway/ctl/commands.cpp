@@ -101,6 +101,7 @@ int Stop(const Options &stOptions) {
         // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
         ForgetGatewayStart(stDir);
         (void)VT_HOST_RemoveStaleBlocks();
+        RemoveDeadSockets(stDir);
     }
     if (astEnded.empty()) {
         printf("Nothing was running\n");

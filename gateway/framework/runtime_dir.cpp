@@ -1,5 +1,6 @@
 #include "framework/runtime_dir.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <stdlib.h>
@@ -11,7 +12,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <optional>
+#include <string_view>
 
 #include "framework/error.h"
 #include "framework/process_list.h"
@@ -113,6 +116,10 @@ std::string RuntimeDir::HomeFile() const {
     return m_acPath + "/state/home.json";
 }
 
+std::string RuntimeDir::FeaturesFile() const {
+    return m_acPath + "/features";
+}
+
 std::string RuntimeDir::BootFile() const {
     return m_acPath + "/gateway.start";
 }
@@ -153,6 +160,26 @@ pid_t RunningProcess(const RuntimeDir &stDir, const std::string &acProcess) {
         throw GatewayError("cannot query the lock of " + acPath + ": " + ErrnoText(errno));
     }
     return stLock.l_type == F_UNLCK ? 0 : stLock.l_pid;
+}
+
+void RemoveDeadSockets(const RuntimeDir &stDir) {
+    constexpr std::string_view kSuffix = ".sock";
+    const std::unique_ptr<DIR, int (*)(DIR *)> pstFolder(opendir(stDir.Path().c_str()), closedir);
+    while (const dirent *pstEntry = pstFolder ? readdir(pstFolder.get()) : nullptr) {
+        const std::string acPath = stDir.Path() + "/" + pstEntry->d_name;
+        struct stat stInfo;
+        if (!acPath.ends_with(kSuffix) || lstat(acPath.c_str(), &stInfo) != 0 ||
+            !S_ISSOCK(stInfo.st_mode)) {
+            continue;
+        }
+        // Whoever listens holds the lock of its name; held here, nobody begins to listen meanwhile.
+        const std::string acLock = acPath.substr(0, acPath.size() - kSuffix.size()) + ".lock";
+        const FileDescriptor stLock(open(acLock.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
+        struct flock stWhole = WholeFile(F_WRLCK);
+        if (stLock.Get() >= 0 && fcntl(stLock.Get(), F_SETLK, &stWhole) == 0) {
+            unlink(acPath.c_str());
+        }
+    }
 }
 
 uint64_t NowSeconds() {

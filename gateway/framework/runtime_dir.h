@@ -27,6 +27,8 @@ class RuntimeDir {
     std::string LogFile(const std::string &acProcess) const;
     std::string LockFile(const std::string &acProcess) const;
     std::string HomeFile() const;  ///< the home as it was when the gateway was first started
+    /// What the firmware has, as the platform library reads it.
+    std::string FeaturesFile() const;
     std::string BootFile() const;  ///< when the gateway was started
 
   private:
@@ -42,6 +44,11 @@ FileDescriptor LockProcess(const RuntimeDir &stDir, const std::string &acProcess
 /// The id of the running process of that name, which the kernel knows from the lock, so that it is
 /// never that of a stranger; 0 when it does not run.
 pid_t RunningProcess(const RuntimeDir &stDir, const std::string &acProcess);
+
+/// Removes the sockets of processes that have ended without doing so: those that were killed, and
+/// Java programs, whose virtual machine gives the platform no chance to. Those whose name is taken
+/// stay, and so does everything that the message service did not make.
+void RemoveDeadSockets(const RuntimeDir &stDir);
 
 /// Seconds since the machine's start; they pass also while it sleeps.
 uint64_t NowSeconds();

@@ -1,6 +1,9 @@
 // gatewayctl: its verbs, what they say, and their exit codes.
+#include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include "gateway_fixture.h"
@@ -72,6 +75,40 @@ TEST_F(RunningGatewayTest, StopEndsOnlyWhatIsNamed) {
     EXPECT_EQ(Query("osgi_proxy", 0x47209032, 18).uiStatus, 0u);
     EXPECT_EQ(CtlOk({"stop"}), "Ended osgi_proxy\n");
     EXPECT_EQ(CtlOk({"stop"}), "Nothing was running\n");
+}
+
+TEST_F(RunningGatewayTest, StopRemovesTheSocketsOfDeadProcesses) {
+    CtlOk({"kill", "cwmp"});
+    ASSERT_EQ(access((m_acDir + "/cwmp.sock").c_str(), F_OK), 0) << "a crash leaves it";
+    // Of nobody that the message service knows; and a file that only looks like a socket.
+    const int iStranger = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    sockaddr_un stAddress = {};
+    stAddress.sun_family = AF_UNIX;
+    const std::string acStranger = m_acDir + "/stranger.sock";
+    ASSERT_LT(acStranger.copy(stAddress.sun_path, sizeof(stAddress.sun_path) - 1),
+              sizeof(stAddress.sun_path) - 1);
+    ASSERT_EQ(bind(iStranger, reinterpret_cast<const sockaddr *>(&stAddress), sizeof(stAddress)),
+              0);
+    close(iStranger);
+    WriteFile("notes.sock", "text");
+    WriteFile("notes.lock", "");
+    // Whoever holds the lock of a name is alive.
+    WriteFile("program.lock", "");
+    ASSERT_EQ(link(acStranger.c_str(), (m_acDir + "/program.sock").c_str()), 0);
+    const int iLock = open((m_acDir + "/program.lock").c_str(), O_RDWR | O_CLOEXEC);
+    struct flock stLock = {};
+    stLock.l_type = F_WRLCK;
+    stLock.l_whence = SEEK_SET;
+    ASSERT_EQ(fcntl(iLock, F_SETLK, &stLock), 0);
+
+    CtlOk({"stop", "osgi_proxy"});
+    EXPECT_NE(access((m_acDir + "/cwmp.sock").c_str(), F_OK), 0);
+    EXPECT_EQ(access(acStranger.c_str(), F_OK), 0);
+    EXPECT_EQ(access((m_acDir + "/notes.sock").c_str(), F_OK), 0);
+    EXPECT_EQ(access((m_acDir + "/program.sock").c_str(), F_OK), 0);
+    close(iLock);
+    CtlOk({"stop"});
+    EXPECT_NE(access((m_acDir + "/program.sock").c_str(), F_OK), 0) << "it has ended";
 }
 
 TEST_F(GatewayTest, StrangersAreNeverKilled) {
@@ -334,7 +371,8 @@ TEST_F(GatewayTest, ProgramCanBeNamed) {
     const Outcome stStart = Ctl({"start", "cwmp", "--program", m_acDir + "/none"});
     EXPECT_EQ(stStart.iExit, 1);
     EXPECT_TRUE(Contains(stStart.acErr, "WAP_GATEWAY_PROGRAM")) << stStart.acErr;
-    setenv("WAP_GATEWAY_PROGRAM", WAP_TEST_GATEWAY, 1);
+    const std::vector<std::string> astWords = GatewayWords("cwmp");
+    setenv("WAP_GATEWAY_PROGRAM", astWords[astWords.size() - 2].c_str(), 1);
     CtlOk({"start", "cwmp", "--timeout", "60"});
 }
 
