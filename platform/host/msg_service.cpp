@@ -154,9 +154,9 @@ uint32_t Service::Listen(const char *pcWanted) {
     if (uiStatus != 0) {
         return uiStatus;
     }
-    Fd stSocket = NewSocket();
     // Whoever holds the name's lock is the only one alive: a socket that is there is a dead one's.
     unlink(stAddress.sun_path);
+    Fd stSocket = NewSocket();
     if (!stSocket.Ok() ||
         bind(stSocket.Get(), reinterpret_cast<const sockaddr *>(&stAddress), sizeof stAddress) !=
             0 ||

@@ -1,10 +1,8 @@
 // Peers that do not keep to the protocol. The frames are written out by hand.
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <cstring>
 #include <functional>
 #include <thread>
 
@@ -12,22 +10,6 @@
 
 namespace wap::test {
 namespace {
-
-sockaddr_un AddressOf(const std::string &strPath) {
-    sockaddr_un stAddress{};
-    stAddress.sun_family = AF_UNIX;
-    memcpy(stAddress.sun_path, strPath.c_str(), strPath.size());
-    return stAddress;
-}
-
-/** A request: magic, kind, serial, RPC id, module, length, room, and the header. */
-std::string Request(const std::string &strMagic, uint32_t uiKind, uint32_t uiLen, uint32_t uiRoom,
-                    const std::string &strPayload) {
-    std::string strHead = Word(0) + std::string(32, 'S') + Word(0) + std::string(32, 'R') +
-                          Word(0) + std::string(8, '\0');
-    return strMagic + Word(uiKind) + Word(99) + Word(kEcho) + Word(0) + Word(uiLen) + Word(uiRoom) +
-           strHead + strPayload;
-}
 
 class ForeignCaller : public RuntimeDirTest {
   protected:
@@ -38,9 +20,8 @@ class ForeignCaller : public RuntimeDirTest {
 
     /** Sends one packet on a fresh connection. @return the answering packet, empty at the end */
     std::string Exchange(const std::string &strPacket) {
-        int iFd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-        sockaddr_un stAddress = AddressOf(Path("echo.sock"));
-        EXPECT_EQ(0, connect(iFd, reinterpret_cast<sockaddr *>(&stAddress), sizeof stAddress));
+        int iFd = NewRawSocket();
+        EXPECT_EQ(0, ConnectRaw(iFd, "echo"));
         EXPECT_EQ(static_cast<ssize_t>(strPacket.size()),
                   send(iFd, strPacket.data(), strPacket.size(), MSG_NOSIGNAL));
         char acAnswer[4096];
@@ -52,21 +33,21 @@ class ForeignCaller : public RuntimeDirTest {
 
 TEST_F(ForeignCaller, AProperRequestIsAnswered) {
     EXPECT_EQ("VTP1" + Word(99) + Word(0) + Word(3) + "abc",
-              Exchange(Request("VTQ1", 1, 3, 10, "abc")));
+              Exchange(RawRequest("VTQ1", 1, 3, 10, "abc")));
 }
 
 TEST_F(ForeignCaller, AnythingElseEndsTheConnectionAndNothingMore) {
-    std::string strGood = Request("VTQ1", 1, 3, 10, "abc");
-    EXPECT_EQ("", Exchange(Request("XTQ1", 1, 3, 10, "abc"))) << "magic";
-    EXPECT_EQ("", Exchange(Request("VTQ1", 3, 3, 10, "abc"))) << "kind";
-    EXPECT_EQ("", Exchange(Request("VTQ1", 1, 4, 10, "abc"))) << "length too long";
-    EXPECT_EQ("", Exchange(Request("VTQ1", 1, 2, 10, "abc"))) << "length too short";
-    EXPECT_EQ("", Exchange(Request("VTQ1", 1, 0xFFFFFFFF, 10, "abc"))) << "length absurd";
-    EXPECT_EQ("", Exchange(Request("VTQ1", 1, 3, VT_HOST_MAX_PAYLOAD + 1, "abc"))) << "room";
+    std::string strGood = RawRequest("VTQ1", 1, 3, 10, "abc");
+    EXPECT_EQ("", Exchange(RawRequest("XTQ1", 1, 3, 10, "abc"))) << "magic";
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 3, 3, 10, "abc"))) << "kind";
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 1, 4, 10, "abc"))) << "length too long";
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 1, 2, 10, "abc"))) << "length too short";
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 1, 0xFFFFFFFF, 10, "abc"))) << "length absurd";
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 1, 3, VT_HOST_MAX_PAYLOAD + 1, "abc"))) << "room";
     EXPECT_EQ("", Exchange(strGood.substr(0, 111))) << "cut in the header";
     EXPECT_EQ("", Exchange("x"));
-    EXPECT_EQ("", Exchange(Request("VTQ1", 1, VT_HOST_MAX_PAYLOAD + 1, 10,
-                                   std::string(VT_HOST_MAX_PAYLOAD + 1, 'x'))))
+    EXPECT_EQ("", Exchange(RawRequest("VTQ1", 1, VT_HOST_MAX_PAYLOAD + 1, 10,
+                                      std::string(VT_HOST_MAX_PAYLOAD + 1, 'x'))))
         << "payload beyond the limit";
     EXPECT_NE("", Exchange(strGood)) << "the service goes on";
 }
@@ -77,10 +58,8 @@ class ForeignReceiver : public RuntimeDirTest {
     using Behaviour = std::function<void(int iFd)>;
 
     void Receive(int iConnections, Behaviour pfnBehave) {
-        sockaddr_un stAddress = AddressOf(Path("odd.sock"));
-        iListener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-        ASSERT_EQ(0, bind(iListener, reinterpret_cast<sockaddr *>(&stAddress), sizeof stAddress));
-        ASSERT_EQ(0, listen(iListener, 5));
+        iListener = NewRawSocket();
+        ASSERT_EQ(0, ListenRaw(iListener, "odd"));
         stThread = std::thread([this, iConnections, pfnBehave] {
             for (int i = 0; i < iConnections; i++) {
                 int iFd = accept(iListener, nullptr, nullptr);
@@ -174,10 +153,8 @@ TEST_F(ForeignReceiver, ARequestThatWasTakenIsNeverSentAgain) {
 }
 
 TEST_F(ForeignReceiver, OneThatNeverAcceptsCostsTheTimeOut) {
-    sockaddr_un stAddress = AddressOf(Path("odd.sock"));
-    iListener = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-    ASSERT_EQ(0, bind(iListener, reinterpret_cast<sockaddr *>(&stAddress), sizeof stAddress));
-    ASSERT_EQ(0, listen(iListener, 0));
+    iListener = NewRawSocket();
+    ASSERT_EQ(0, ListenRaw(iListener, "odd", 0));
     std::string strRsp;
     for (int i = 0; i < 4; i++) {  // the first fit its backlog, the others cannot even connect
         Stopwatch stWatch;

@@ -1,6 +1,8 @@
 #include "runtime_dir.h"
 
 #include <signal.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -133,6 +135,41 @@ uint32_t Call(const char *pcReceiver, uint32_t uiRpcId, const std::string &strRe
     RpcMsgHead stHead = HeadFor(pcReceiver);
     return VT_MSG_RpcCall(&stHead, uiRpcId, 0, strReq.data(), static_cast<uint32_t>(strReq.size()),
                           strRsp.data(), static_cast<uint32_t>(strRsp.size()), uiTimeoutMs);
+}
+
+namespace {
+
+sockaddr_un AddressOf(const char *pcName) {
+    sockaddr_un stAddress{};
+    stAddress.sun_family = AF_UNIX;
+    const std::string strPath = std::string(getenv("VT_RUNTIME_DIR")) + "/" + pcName + ".sock";
+    memcpy(stAddress.sun_path, strPath.c_str(), strPath.size());
+    return stAddress;
+}
+
+}  // namespace
+
+int NewRawSocket() {
+    return socket(AF_UNIX, SOCK_SEQPACKET, 0);
+}
+
+int ConnectRaw(int iFd, const char *pcName) {
+    const sockaddr_un stAddress = AddressOf(pcName);
+    return connect(iFd, reinterpret_cast<const sockaddr *>(&stAddress), sizeof stAddress);
+}
+
+int ListenRaw(int iFd, const char *pcName, int iBacklog) {
+    const sockaddr_un stAddress = AddressOf(pcName);
+    const int iBound = bind(iFd, reinterpret_cast<const sockaddr *>(&stAddress), sizeof stAddress);
+    return iBound == 0 ? listen(iFd, iBacklog) : iBound;
+}
+
+std::string RawRequest(const std::string &strMagic, uint32_t uiKind, uint32_t uiLen,
+                       uint32_t uiRoom, const std::string &strPayload) {
+    std::string strHead = Word(0) + std::string(32, 'S') + Word(0) + std::string(32, 'R') +
+                          Word(0) + std::string(8, '\0');
+    return strMagic + Word(uiKind) + Word(99) + Word(kEcho) + Word(0) + Word(uiLen) + Word(uiRoom) +
+           strHead + strPayload;
 }
 
 std::string FileText(const std::string &strPath) {

@@ -79,6 +79,19 @@ class Stopwatch {
     std::chrono::steady_clock::time_point stStart = std::chrono::steady_clock::now();
 };
 
+/** A client's socket, connected to nobody yet. */
+int NewRawSocket();
+
+/** Connects to NAME.sock in the runtime directory. @return as connect */
+int ConnectRaw(int iFd, const char *pcName);
+
+/** Binds to NAME.sock in the runtime directory and listens. @return as listen */
+int ListenRaw(int iFd, const char *pcName, int iBacklog = 5);
+
+/** A request of its own making: magic, kind, serial 99, kEcho, module, length, room, header. */
+std::string RawRequest(const std::string &strMagic, uint32_t uiKind, uint32_t uiLen,
+                       uint32_t uiRoom, const std::string &strPayload);
+
 /** The whole file; empty when there is none. */
 std::string FileText(const std::string &strPath);
 
