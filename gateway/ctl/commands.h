@@ -5,6 +5,7 @@
 
 #include <stdint.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,10 @@ struct Options {
     std::string acText;
     std::optional<uint32_t> uiRpcId;  ///< nothing: any
     Fault stFault;
+    std::string acMac;                              ///< a host's
+    std::map<std::string, std::string> mapMembers;  ///< of a host, by name
+    std::optional<uint32_t> uiFeature;              ///< nothing: all
+    std::optional<bool> bOn;                        ///< nothing: only say
 };
 
 int Start(const Options &stOptions);
@@ -36,6 +41,11 @@ int Set(const Options &stOptions);
 int SetFault(const Options &stOptions);
 int ListFaults(const Options &stOptions);
 int ClearFaults(const Options &stOptions);
+int ListHosts(const Options &stOptions);
+int AddHost(const Options &stOptions);
+int RemoveHost(const Options &stOptions);
+int SetHost(const Options &stOptions);
+int Feature(const Options &stOptions);
 
 }  // namespace wap::gateway
 

@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "ctl/client.h"
+#include "ctl/features.h"
 #include "framework/control.h"
 #include "framework/error.h"
 #include "vt_ssp_host.h"
@@ -112,8 +113,9 @@ void TakeOverHome(const RuntimeDir &stDir, const Locations &stLocations) {
     }
     const auto acText = ReadTextFile(acPath);
     if (acText) {
-        (void)ParseJson(*acText, acPath);
+        const JsonValue stHome = ParseJson(*acText, acPath);
         WriteTextFile(stDir.HomeFile(), *acText);
+        ShipFeatures(stDir, stHome.get());
     } else if (bAsked || !ReadTextFile(stDir.HomeFile())) {
         throw GatewayError("there is no home " + acPath +
                            ": name a home.json with --home or WAP_GATEWAY_HOME");
@@ -122,6 +124,7 @@ void TakeOverHome(const RuntimeDir &stDir, const Locations &stLocations) {
 
 void RemoveState(const RuntimeDir &stDir) {
     unlink(stDir.HomeFile().c_str());
+    unlink(stDir.FeaturesFile().c_str());
     for (const ProcessInfo &stInfo : kProcesses) {
         const std::string acPath = stDir.StateFile(stInfo.pcName);
         if (unlink(acPath.c_str()) != 0 && errno != ENOENT) {

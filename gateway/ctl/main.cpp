@@ -91,6 +91,8 @@ class CommandLine {
             "The runtime directory, in place of VT_RUNTIME_DIR");
         AddLifeVerbs();
         AddHomeVerbs();
+        AddHostVerbs();
+        AddFeatureVerb();
         AddFaultVerbs();
         // Last, as verbs take over the footer that is set when they are added.
         m_stApp.footer(
@@ -218,6 +220,74 @@ class CommandLine {
             ->required()
             ->type_name("");
         pstSet->footer("The next request sees the change, and it survives a restart.");
+    }
+
+    CLI::App *AddHostVerb(CLI::App *pstHost, const char *pcName, const char *pcHelp, Verb pfnVerb) {
+        CLI::App *pstVerb = pstHost->add_subcommand(pcName, pcHelp);
+        pstVerb->callback([this, pfnVerb] { m_pfnVerb = pfnVerb; });
+        return pstVerb;
+    }
+
+    void AddMac(CLI::App *pstVerb) {
+        pstVerb->add_option("MAC", m_stOptions.acMac, "Such as 02:A1:B2:00:20:01")
+            ->required()
+            ->type_name("");
+    }
+
+    void AddHostVerbs() {
+        CLI::App *pstHost = m_stApp.add_subcommand("host", "The hosts on the LAN");
+        pstHost->require_subcommand(1);
+        AddHostVerb(pstHost, "list", "List them", ListHosts);
+        CLI::App *pstAdd = AddHostVerb(pstHost, "add", "One joins", AddHost);
+        AddMac(pstAdd);
+        static constexpr std::pair<const char *, const char *> kMembers[] = {
+            {"ip", "Its address (0.0.0.0)"},
+            {"name", "Its name (none)"},
+            {"class", "Such as PC, PHONE, TABLET, TV (OTHER)"},
+            {"interface", "Such as LAN1 or SSID1 (LAN1)"},
+        };
+        for (const auto &[pcName, pcHelp] : kMembers) {
+            pstAdd
+                ->add_option_function<std::string>(
+                    std::string("--") + pcName,
+                    [this, acName = std::string(pcName)](const std::string &acText) {
+                        m_stOptions.mapMembers[acName] = acText;
+                    },
+                    pcHelp)
+                ->type_name("TEXT");
+        }
+        AddMac(AddHostVerb(pstHost, "remove", "One leaves", RemoveHost));
+        CLI::App *pstSet = AddHostVerb(pstHost, "set", "Change something of one", SetHost);
+        AddMac(pstSet);
+        pstSet->add_option("MEMBER", m_stOptions.acPath, "Such as name or upSpeed")
+            ->required()
+            ->type_name("");
+        pstSet->add_option("VALUE", m_stOptions.acText, "A text, a number, or true or false")
+            ->required()
+            ->type_name("");
+    }
+
+    void AddFeatureVerb() {
+        CLI::App *pstFeature =
+            Add("feature", "Show or switch a feature of the firmware", wap::gateway::Feature);
+        pstFeature
+            ->add_option_function<std::string>(
+                "NUMBER",
+                [this](const std::string &acText) {
+                    uint32_t uiNumber = 0;
+                    (void)ReadNumber(acText, UINT32_MAX, uiNumber);
+                    m_stOptions.uiFeature = uiNumber;
+                },
+                "Which one (all that are on)")
+            ->check(Number(0, UINT32_MAX))
+            ->type_name("");
+        pstFeature
+            ->add_option_function<std::string>(
+                "STATE", [this](const std::string &acText) { m_stOptions.bOn = acText == "on"; },
+                "on or off")
+            ->check(CLI::IsMember({"on", "off"}))
+            ->type_name("");
+        pstFeature->footer("314 is Wi-Fi: without it no SSID takes part in the MAC filter.");
     }
 
     void SetKind(FaultKind eKind, uint32_t uiValue = 0) {

@@ -8,6 +8,11 @@
 //   kControlFault   {"rpc" or none, "fault"}    {}
 //   kControlFaults  {}                          {"faults":[{"rpc" or none, "fault"}]}
 //   kControlClear   {}                          {"cleared"}
+//   kControlAdd     {"path","key","id","value"} {}
+//   kControlRemove  {"path","key","id"}         {}
+//   kControlChange  {"path","key","id","member","text"}  {}
+//
+// The last three are for lists of objects: "id" is the text of the member "key".
 //
 // A request that can't be done is answered with {"error": text for the user}.
 #ifndef WAP_GATEWAY_FRAMEWORK_CONTROL_H
@@ -23,6 +28,9 @@ inline constexpr uint32_t kControlSet = 0x7F000003;
 inline constexpr uint32_t kControlFault = 0x7F000004;
 inline constexpr uint32_t kControlFaults = 0x7F000005;
 inline constexpr uint32_t kControlClear = 0x7F000006;
+inline constexpr uint32_t kControlAdd = 0x7F000007;
+inline constexpr uint32_t kControlRemove = 0x7F000008;
+inline constexpr uint32_t kControlChange = 0x7F000009;
 
 /// Tells whether an RPC id is one of gatewayctl's.
 constexpr bool IsControl(uint32_t uiRpcId) {

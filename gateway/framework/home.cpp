@@ -33,15 +33,6 @@ std::vector<std::string> Split(std::string_view pcPath) {
     }
 }
 
-std::string NamesIn(json_object *pstObject) {
-    std::string acNames;
-    json_object_object_foreach(pstObject, pcKey, pstMember) {
-        (void)pstMember;
-        acNames += (acNames.empty() ? "" : ", ") + std::string(pcKey);
-    }
-    return acNames;
-}
-
 /// Follows a path from a value; list elements go by their index. Throws GatewayError that says how
 /// far the path led and what there is.
 json_object *Find(json_object *pstFrom, std::string_view pcPath) {
@@ -86,7 +77,40 @@ bool ReadWhole(std::string_view pcText, Number &number) {
     return stRead.ec == std::errc() && stRead.ptr == pcEnd;
 }
 
-/// Gives a value another content of the same type.
+/// Adds the members that an object lacks, at every depth; true when there were any.
+bool FillIn(json_object *pstTarget, json_object *pstSource) {
+    bool bChanged = false;
+    json_object_object_foreach(pstSource, pcKey, pstMember) {
+        json_object *pstPresent = nullptr;
+        if (!json_object_object_get_ex(pstTarget, pcKey, &pstPresent)) {
+            PutMember(pstTarget, pcKey, Copy(pstMember));
+            bChanged = true;
+        } else if (json_object_is_type(pstPresent, json_type_object) &&
+                   json_object_is_type(pstMember, json_type_object)) {
+            bChanged = FillIn(pstPresent, pstMember) || bChanged;
+        }
+    }
+    return bChanged;
+}
+
+JsonValue ReadObject(const std::string &acPath) {
+    const std::optional<std::string> acText = ReadTextFile(acPath);
+    if (!acText) {
+        return MakeObject();
+    }
+    JsonValue stRoot = ParseJson(*acText, acPath);
+    if (!json_object_is_type(stRoot.get(), json_type_object)) {
+        throw GatewayError(acPath + " holds no JSON object");
+    }
+    return stRoot;
+}
+
+void Store(json_object *pstRoot, const std::string &acPath) {
+    WriteTextFile(acPath, PrintJson(pstRoot, true) + "\n");
+}
+
+}  // namespace
+
 void Assign(json_object *pstValue, std::string_view pcPath, std::string_view pcText) {
     const std::string acPath(pcPath);
     int iDone = 0;
@@ -124,48 +148,6 @@ void Assign(json_object *pstValue, std::string_view pcPath, std::string_view pcT
     }
 }
 
-JsonValue Copy(json_object *pstValue) {
-    json_object *pstCopy = nullptr;
-    if (json_object_deep_copy(pstValue, &pstCopy, nullptr) != 0) {
-        throw std::bad_alloc();
-    }
-    return JsonValue(pstCopy);
-}
-
-/// Adds the members that an object lacks, at every depth; true when there were any.
-bool FillIn(json_object *pstTarget, json_object *pstSource) {
-    bool bChanged = false;
-    json_object_object_foreach(pstSource, pcKey, pstMember) {
-        json_object *pstPresent = nullptr;
-        if (!json_object_object_get_ex(pstTarget, pcKey, &pstPresent)) {
-            PutMember(pstTarget, pcKey, Copy(pstMember));
-            bChanged = true;
-        } else if (json_object_is_type(pstPresent, json_type_object) &&
-                   json_object_is_type(pstMember, json_type_object)) {
-            bChanged = FillIn(pstPresent, pstMember) || bChanged;
-        }
-    }
-    return bChanged;
-}
-
-JsonValue ReadObject(const std::string &acPath) {
-    const std::optional<std::string> acText = ReadTextFile(acPath);
-    if (!acText) {
-        return MakeObject();
-    }
-    JsonValue stRoot = ParseJson(*acText, acPath);
-    if (!json_object_is_type(stRoot.get(), json_type_object)) {
-        throw GatewayError(acPath + " holds no JSON object");
-    }
-    return stRoot;
-}
-
-void Store(json_object *pstRoot, const std::string &acPath) {
-    WriteTextFile(acPath, PrintJson(pstRoot, true) + "\n");
-}
-
-}  // namespace
-
 void PutField(char *pcField, size_t uiSize, std::string_view pcText) {
     if (uiSize == 0) {
         return;
@@ -201,12 +183,9 @@ Home::Home(const RuntimeDir &stDir, const ProcessInfo &stInfo)
 }
 
 void Home::Set(std::string_view pcPath, std::string_view pcText) {
-    const std::scoped_lock stLock(m_stMutex);
-    // On a copy, so that a failure to store it leaves the values as they are on disk.
-    JsonValue stChanged = Copy(m_stRoot.get());
-    Assign(Find(stChanged.get(), pcPath), pcPath, pcText);
-    Store(stChanged.get(), m_acStateFile);
-    m_stRoot = std::move(stChanged);
+    HomeChange stChange(*this);
+    Assign(stChange.At(pcPath), pcPath, pcText);
+    stChange.Commit();
 }
 
 JsonValue Home::Get(std::string_view pcPath) const {
@@ -214,8 +193,25 @@ JsonValue Home::Get(std::string_view pcPath) const {
     return Copy(Find(m_stRoot.get(), pcPath));
 }
 
+HomeChange::HomeChange(Home &stHome)
+    : m_stHome(stHome), m_stLock(stHome.m_stMutex), m_stRoot(Copy(stHome.m_stRoot.get())) {}
+
+json_object *HomeChange::At(std::string_view pcPath) const {
+    return Find(m_stRoot.get(), pcPath);
+}
+
+void HomeChange::Commit() {
+    // On disk first: when that fails, the values stay what they are there.
+    Store(m_stRoot.get(), m_stHome.m_acStateFile);
+    m_stHome.m_stRoot = std::move(m_stRoot);
+}
+
+json_object *HomeReader::At(std::string_view pcPath) const {
+    return Find(m_stHome.m_stRoot.get(), pcPath);
+}
+
 std::string_view HomeReader::Text(std::string_view pcPath) const {
-    json_object *pstValue = Find(m_stHome.m_stRoot.get(), pcPath);
+    json_object *pstValue = At(pcPath);
     if (!json_object_is_type(pstValue, json_type_string)) {
         throw GatewayError(std::string(pcPath) + " is no text");
     }
@@ -224,7 +220,7 @@ std::string_view HomeReader::Text(std::string_view pcPath) const {
 }
 
 uint32_t HomeReader::Number(std::string_view pcPath) const {
-    json_object *pstValue = Find(m_stHome.m_stRoot.get(), pcPath);
+    json_object *pstValue = At(pcPath);
     const int64_t iNumber =
         json_object_is_type(pstValue, json_type_int) ? json_object_get_int64(pstValue) : -1;
     if (iNumber < 0 || iNumber > kMaxNumber) {

@@ -43,6 +43,7 @@ class Home {
 
   private:
     friend class HomeReader;
+    friend class HomeChange;
 
     std::string m_acStateFile;
     mutable std::mutex m_stMutex;
@@ -60,6 +61,8 @@ class HomeReader {
     void Text(std::string_view pcPath, char (&acField)[kSize]) const {
         PutField(acField, Text(pcPath));
     }
+    /// The value of that path, borrowed as long as the reader lives. Throws GatewayError.
+    json_object *At(std::string_view pcPath) const;
     /// The text of that path, valid as long as the reader lives.
     std::string_view Text(std::string_view pcPath) const;
     /// The number of that path. Throws GatewayError when there is none from 0 to 2^32-1.
@@ -69,6 +72,28 @@ class HomeReader {
     const Home &m_stHome;
     std::scoped_lock<std::mutex> m_stLock;
 };
+
+/// A change of a home: the values as they shall be, in memory and on disk after Commit and not
+/// before. While one exists, nobody else reads or changes a value. Keep it short, and send no
+/// request meanwhile.
+class HomeChange {
+  public:
+    explicit HomeChange(Home &stHome);
+
+    /// The value of that path, borrowed until Commit, to be changed. Throws GatewayError.
+    json_object *At(std::string_view pcPath) const;
+    /// Makes the change. Throws GatewayError when it can't be stored, and then nothing has changed.
+    void Commit();
+
+  private:
+    Home &m_stHome;
+    std::scoped_lock<std::mutex> m_stLock;
+    JsonValue m_stRoot;
+};
+
+/// Gives a single value another content of the same type, read from a text. Throws GatewayError
+/// with pcPath in it when the text does not fit the type.
+void Assign(json_object *pstValue, std::string_view pcPath, std::string_view pcText);
 
 }  // namespace wap::gateway
 

@@ -66,6 +66,37 @@ JsonValue MakeObject() {
     return Checked(json_object_new_object());
 }
 
+JsonValue MakeArray() {
+    return Checked(json_object_new_array());
+}
+
+void Append(json_object *pstArray, JsonValue stValue) {
+    if (json_object_array_add(pstArray, stValue.get()) != 0) {
+        throw std::bad_alloc();
+    }
+    (void)stValue.release();
+}
+
+std::vector<json_object *> Elements(json_object *pstArray) {
+    std::vector<json_object *> astElements;
+    if (json_object_is_type(pstArray, json_type_array)) {
+        const size_t uiCount = json_object_array_length(pstArray);
+        astElements.reserve(uiCount);
+        for (size_t uiAt = 0; uiAt < uiCount; ++uiAt) {
+            astElements.push_back(json_object_array_get_idx(pstArray, uiAt));
+        }
+    }
+    return astElements;
+}
+
+JsonValue Copy(json_object *pstValue) {
+    json_object *pstCopy = nullptr;
+    if (json_object_deep_copy(pstValue, &pstCopy, nullptr) != 0) {
+        throw std::bad_alloc();
+    }
+    return JsonValue(pstCopy);
+}
+
 void PutMember(json_object *pstObject, const char *pcKey, JsonValue stValue) {
     if (json_object_object_add(pstObject, pcKey, stValue.get()) != 0) {
         throw std::bad_alloc();
@@ -85,6 +116,10 @@ void PutNumber(json_object *pstObject, const char *pcKey, int64_t iNumber) {
     PutMember(pstObject, pcKey, Checked(json_object_new_int64(iNumber)));
 }
 
+void PutBool(json_object *pstObject, const char *pcKey, bool bValue) {
+    PutMember(pstObject, pcKey, Checked(json_object_new_boolean(bValue)));
+}
+
 json_object *FindMember(json_object *pstObject, const char *pcKey) {
     json_object *pstMember = nullptr;
     if (!json_object_is_type(pstObject, json_type_object) ||
@@ -92,6 +127,15 @@ json_object *FindMember(json_object *pstObject, const char *pcKey) {
         return nullptr;
     }
     return pstMember;
+}
+
+std::string NamesIn(json_object *pstObject) {
+    std::string acNames;
+    json_object_object_foreach(pstObject, pcKey, pstMember) {
+        (void)pstMember;
+        acNames += (acNames.empty() ? "" : ", ") + std::string(pcKey);
+    }
+    return acNames;
 }
 
 std::optional<std::string> GetText(json_object *pstObject, const char *pcKey) {

@@ -10,6 +10,7 @@
 
 #include "framework/control.h"
 #include "framework/error.h"
+#include "framework/home_lists.h"
 
 namespace wap::gateway {
 
@@ -21,6 +22,11 @@ std::string RequiredText(json_object *pstRequest, const char *pcKey) {
         throw GatewayError("the request has no text \"" + std::string(pcKey) + "\"");
     }
     return *acText;
+}
+
+ListPlace RequiredPlace(json_object *pstRequest) {
+    return {RequiredText(pstRequest, "path"), RequiredText(pstRequest, "key"),
+            RequiredText(pstRequest, "id")};
 }
 
 void FillRandomly(std::span<uint8_t> aucBytes) {
@@ -175,26 +181,31 @@ JsonValue Process::AnswerControl(uint32_t uiRpcId, json_object *pstRequest) {
         case kControlClear:
             PutNumber(stReply.get(), "cleared", static_cast<int64_t>(m_stFaults.Clear()));
             return stReply;
+        case kControlAdd:
+            AddElement(m_stHome, RequiredPlace(pstRequest),
+                       JsonValue(json_object_get(FindMember(pstRequest, "value"))));
+            return stReply;
+        case kControlRemove:
+            RemoveElement(m_stHome, RequiredPlace(pstRequest));
+            return stReply;
+        case kControlChange:
+            SetElement(m_stHome, RequiredPlace(pstRequest), RequiredText(pstRequest, "member"),
+                       RequiredText(pstRequest, "text"));
+            return stReply;
         default:
             return nullptr;
     }
 }
 
 JsonValue Process::ListFaults() const {
-    JsonValue stList(json_object_new_array());
-    if (!stList) {
-        throw std::bad_alloc();
-    }
+    JsonValue stList = MakeArray();
     for (const auto &[uiRpcId, stFault] : m_stFaults.List()) {
         JsonValue stEntry = MakeObject();
         if (uiRpcId) {
             PutNumber(stEntry.get(), "rpc", *uiRpcId);
         }
         PutMember(stEntry.get(), "fault", FaultToJson(stFault));
-        if (json_object_array_add(stList.get(), stEntry.get()) != 0) {
-            throw std::bad_alloc();
-        }
-        (void)stEntry.release();
+        Append(stList.get(), std::move(stEntry));
     }
     return stList;
 }

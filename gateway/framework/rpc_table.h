@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "framework/home.h"
@@ -20,6 +22,11 @@ struct HandlerContext {
     Home &stHome;
     uint64_t uiGatewayStart;  /// see NowSeconds
 };
+
+/// Serves an RPC whose request or reply has no fixed length, from bytes to bytes. A reply longer
+/// than the caller's room is cut, as records are.
+using BytesHandler = uint32_t (*)(HandlerContext &stContext, std::string_view pcRequest,
+                                  std::string &acReply);
 
 /// Serves an RPC from its request record; fills the reply record, which is zeroed before. Returns
 /// the status for the caller; with another one than 0 no reply goes back.
@@ -51,6 +58,11 @@ class RpcTable {
             return uiStatus;
         };
     }
+
+    void AddBytes(uint32_t uiRpcId, BytesHandler pfnHandler);
+
+    /// Has an RPC carried out by another process under the same id: its status and reply go back.
+    void Forward(uint32_t uiRpcId, const char *pcProcess);
 
     /// Serves a call with its handler, or answers VT_HOST_ERR_UNKNOWN_RPC.
     uint32_t Serve(HandlerContext &stContext, const VtHostCall &stCall,

@@ -1,0 +1,21 @@
+// Answers that are too long for a reply.
+#ifndef WAP_GATEWAY_FRAMEWORK_BULK_H
+#define WAP_GATEWAY_FRAMEWORK_BULK_H
+
+#include <string_view>
+
+#include "vt_ssp_basic.h"
+
+namespace wap::gateway {
+
+/// Puts bytes into a new bulk block, compressed when they are more than 2048, as everyone on the
+/// gateway does. Whoever receives the descriptor frees the block. Throws GatewayError when the
+/// block can't be made, for no bytes at all, and for long ones that do not shrink.
+VDataDesc PublishBlock(std::string_view pcBytes);
+
+/// A text with its zero, as readers of texts expect it.
+VDataDesc PublishText(std::string_view pcText);
+
+}  // namespace wap::gateway
+
+#endif

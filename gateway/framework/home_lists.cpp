@@ -1,0 +1,113 @@
+#include "framework/home_lists.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <set>
+
+#include "framework/error.h"
+
+namespace wap::gateway {
+
+namespace {
+
+json_object *ListAt(const HomeChange &stChange, const std::string &acPath) {
+    json_object *pstList = stChange.At(acPath);
+    if (!json_object_is_type(pstList, json_type_array)) {
+        throw GatewayError(acPath + " is no list");
+    }
+    return pstList;
+}
+
+size_t Place(json_object *pstList, const ListPlace &stPlace) {
+    const auto uiIndex = FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId);
+    if (!uiIndex) {
+        throw GatewayError(stPlace.acPath + " has nothing with " + stPlace.acKey + " \"" +
+                           stPlace.acId + "\"");
+    }
+    return *uiIndex;
+}
+
+}  // namespace
+
+std::optional<size_t> FindElement(json_object *pstList, const char *pcKey,
+                                  std::string_view pcText) {
+    const std::string acText(pcText);
+    const auto astElements = Elements(pstList);
+    const auto stFound =
+        std::find_if(astElements.begin(), astElements.end(), [&](json_object *pstElement) {
+            const auto acFound = GetText(pstElement, pcKey);
+            return acFound && strcasecmp(acFound->c_str(), acText.c_str()) == 0;
+        });
+    if (stFound == astElements.end()) {
+        return std::nullopt;
+    }
+    return static_cast<size_t>(stFound - astElements.begin());
+}
+
+std::optional<size_t> FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber) {
+    const auto astElements = Elements(pstList);
+    const auto stFound = std::find_if(
+        astElements.begin(), astElements.end(),
+        [&](json_object *pstElement) { return GetNumber(pstElement, pcKey) == iNumber; });
+    if (stFound == astElements.end()) {
+        return std::nullopt;
+    }
+    return static_cast<size_t>(stFound - astElements.begin());
+}
+
+uint32_t FreeNumber(json_object *pstList, const char *pcKey) {
+    std::set<int64_t> setTaken;
+    for (json_object *pstElement : Elements(pstList)) {
+        setTaken.insert(GetNumber(pstElement, pcKey).value_or(0));
+    }
+    uint32_t uiFree = 1;
+    while (setTaken.count(uiFree) != 0) {
+        ++uiFree;
+    }
+    return uiFree;
+}
+
+void AddElement(Home &stHome, const ListPlace &stPlace, JsonValue stElement) {
+    HomeChange stChange(stHome);
+    json_object *pstList = ListAt(stChange, stPlace.acPath);
+    if (!json_object_is_type(stElement.get(), json_type_object)) {
+        throw GatewayError("only an object can be added to " + stPlace.acPath);
+    }
+    if (FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId)) {
+        throw GatewayError(stPlace.acPath + " already has one with " + stPlace.acKey + " \"" +
+                           stPlace.acId + "\"");
+    }
+    Append(pstList, std::move(stElement));
+    stChange.Commit();
+}
+
+void RemoveElement(Home &stHome, const ListPlace &stPlace) {
+    HomeChange stChange(stHome);
+    json_object *pstList = ListAt(stChange, stPlace.acPath);
+    if (json_object_array_del_idx(pstList, Place(pstList, stPlace), 1) != 0) {
+        throw GatewayError("cannot remove from " + stPlace.acPath);
+    }
+    stChange.Commit();
+}
+
+void SetElement(Home &stHome, const ListPlace &stPlace, const std::string &acMember,
+                std::string_view pcText) {
+    HomeChange stChange(stHome);
+    json_object *pstList = ListAt(stChange, stPlace.acPath);
+    json_object *pstElement = json_object_array_get_idx(pstList, Place(pstList, stPlace));
+    json_object *pstMember = FindMember(pstElement, acMember.c_str());
+    if (pstMember == nullptr) {
+        throw GatewayError("it has no \"" + acMember + "\"; it has " + NamesIn(pstElement));
+    }
+    // The key would make it another element, perhaps one that is there already.
+    if (acMember == stPlace.acKey &&
+        strcasecmp(stPlace.acId.c_str(), std::string(pcText).c_str()) != 0) {
+        throw GatewayError("\"" + acMember +
+                           "\" tells the elements apart: remove this one and add another");
+    }
+    Assign(pstMember, acMember, pcText);
+    stChange.Commit();
+}
+
+}  // namespace wap::gateway
