@@ -202,7 +202,13 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
         return wap::test::kPlannedRpcStatus;
     }
     wap::test::Reply stReply{wap::test::kUnscriptedStatus, ""};
-    if (!stPlatform.astNextReplies.empty()) {
+    std::optional<wap::test::Reply> stOwnReply;
+    if (stPlatform.fnReply) {
+        stOwnReply = stPlatform.fnReply(stPlatform.astRpcs.back());
+    }
+    if (stOwnReply) {
+        stReply = std::move(*stOwnReply);
+    } else if (!stPlatform.astNextReplies.empty()) {
         stReply = std::move(stPlatform.astNextReplies.front());
         stPlatform.astNextReplies.pop_front();
     } else if (const auto it = stPlatform.mapReplies.find(uiRpcId);

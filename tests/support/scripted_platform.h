@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -81,7 +82,9 @@ class Platform {
   public:
     // ---- the script ----
     std::string sProcName = "jamvm";
-    bool bNoProcName = false;                   ///< VT_MSG_GetCurProcName gives null
+    bool bNoProcName = false;  ///< VT_MSG_GetCurProcName gives null
+    /// Answers by the request; one that it has nothing for goes to the replies below.
+    std::function<std::optional<Reply>(const RpcRecord &)> fnReply;
     std::deque<Reply> astNextReplies;           ///< used up first, whatever the RPC
     std::map<uint32_t, Reply> mapReplies;       ///< then by RPC id
     std::map<std::string, uint32_t> mapStatus;  ///< status by function name, 0 unless given
