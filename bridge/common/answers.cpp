@@ -8,6 +8,14 @@ jstring FaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, OnFailure eOnFailure, uin
         pstEnv, eOnFailure == OnFailure::kMinusOne ? -1 : static_cast<int32_t>(uiResult));
 }
 
+jstring TextOrEmpty(JNIEnv *pstEnv, const char *pcText) {
+    if (pcText[0] != '\0') {
+        return char2jstring(pstEnv, pcText);
+    }
+    jstring jEmpty = pstEnv->NewStringUTF("");
+    return ClearException(pstEnv) ? nullptr : jEmpty;
+}
+
 jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText) {
     PlatformBlock stText;
     stText.Adopt(pcText);

@@ -67,6 +67,10 @@ jstring TextOrFallback(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, cha
     return char2jstring(pstEnv, acText);
 }
 
+/// As char2jstring, but an empty text becomes an empty Java text: null means that the virtual
+/// machine failed.
+jstring TextOrEmpty(JNIEnv *pstEnv, const char *pcText);
+
 /// Hands Java a worker's heap text, which is released, or the failure answer when the worker
 /// failed.
 jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);

@@ -24,6 +24,15 @@ inline void PutField(char (&acField)[kSize], const char *pcText) {
     }
 }
 
+/// Puts a text into a field of a request whole, with its zero, or not at all: one that does not fit
+/// leaves the field as it is, and so does null.
+template <size_t kSize>
+inline void PutWholeField(char (&acField)[kSize], const char *pcText) {
+    if (pcText != nullptr) {
+        (void)VT_OS_StrNCpy_S(acField, kSize, pcText, VT_OS_StrLen(pcText));
+    }
+}
+
 }  // namespace wap
 
 #endif

@@ -82,13 +82,38 @@ uint32_t wap::CallProcess(const DirectRoute &stRoute, uint32_t uiDstMid, const v
     PutField(stHead.acSndApp, VT_MSG_GetCurProcName());
     stHead.uiDstMid = uiDstMid;
     // Whole or not at all: a shortened name could be another process's.
-    if (stRoute.pcRcvApp != nullptr) {
-        (void)VT_OS_StrNCpy_S(stHead.acRcvApp, sizeof(stHead.acRcvApp), stRoute.pcRcvApp,
-                              VT_OS_StrLen(stRoute.pcRcvApp));
-    }
+    PutWholeField(stHead.acRcvApp, stRoute.pcRcvApp);
     stHead.uiSndMid = stRoute.uiSndMid;
     return VT_MSG_RpcCall(&stHead, stRoute.uiRpcId, uiDstMid, pvReq, uiReqLen, pvRsp, uiRspCap,
                           stRoute.uiTimeoutMs);
+}
+
+uint32_t wap::AskText(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
+                      uint32_t uiReqLen, char *pcBuf, uint32_t uiCap) {
+    if (pvReq == nullptr || pcBuf == nullptr || uiCap == 0) {
+        RecordFault(stSpot, kErrNullArgument, uiCap);
+        return kErrNullArgument;
+    }
+    // Before the call for a short reply, after it for what a refusal has brought along.
+    (void)VT_OS_MemSet_S(pcBuf, uiCap, 0, uiCap);
+    const uint32_t uiResult = JNI_MSG_RpcCall(stRoute.pcRcvApp, stRoute.uiSndMid, stRoute.uiRpcId,
+                                              pvReq, uiReqLen, pcBuf, uiCap);
+    if (uiResult != 0) {
+        RecordFault(stSpot, uiResult);
+        (void)VT_OS_MemSet_S(pcBuf, uiCap, 0, uiCap);
+    }
+    return uiResult;
+}
+
+uint32_t wap::AskChange(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
+                        uint32_t uiReqLen) {
+    uint32_t uiReply = 0;
+    const uint32_t uiResult = AskBytes(stRoute, pvReq, uiReqLen, uiReply);
+    if (uiResult != 0) {
+        RecordFault(stSpot, uiResult);
+        return kErrFailed;
+    }
+    return 0;
 }
 
 uint32_t JNI_MSG_RpcCall(const char *pcRcvApp, uint32_t uiSndMid, uint32_t uiRpcId,

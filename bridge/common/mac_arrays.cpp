@@ -14,7 +14,8 @@ bool ConvertMacs(JNIEnv *pstEnv, SourceSpot stSpot, jobjectArray jMacs,
         RecordFault(stSpot, 1, uiLength);
         return false;
     }
-    if (uiLength != 0 && !EnsureElementRefs(pstEnv, iLength)) {
+    // One more for the answer: making a Java text leaves as many references as converting one.
+    if (uiLength != 0 && !EnsureElementRefs(pstEnv, iLength + 1)) {
         RecordFault(stSpot, 1, uiLength);
         return false;
     }

@@ -5,6 +5,7 @@
 #include <stdint.h>
 
 #include "common/jni_common.h"
+#include "common/report.h"
 
 namespace wap {
 
@@ -56,6 +57,22 @@ template <class Request, class Reply>
 inline uint32_t Ask(const GeneralRoute &stRoute, const Request &stRequest, Reply &stReply) {
     return AskBytes(stRoute, &stRequest, sizeof(stRequest), stReply);
 }
+
+/**
+ * Asks for a text that the process writes itself: its reply is the text, in the caller's buffer as
+ * it stands.
+ * @param pcBuf receives the text; a reply of uiCap bytes leaves no zero in it, so give the buffer a
+ *              zero byte behind. Empty on failure
+ * @param uiCap size of pcBuf in bytes
+ * @return 0; the platform's code, recorded; 0xF7702001, recorded, for no buffer or no request
+ */
+uint32_t AskText(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
+                 uint32_t uiReqLen, char *pcBuf, uint32_t uiCap);
+
+/// Asks for a change whose reply is a word that says nothing. 0; -1 (as unsigned) when the request
+/// fails, with the platform's code recorded.
+uint32_t AskChange(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
+                   uint32_t uiReqLen);
 
 }  // namespace wap
 
