@@ -1,0 +1,127 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * The hosts on the LAN: who they are, what they transfer, and what limits them; and the gateway's
+ * name.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads; each blocks the calling thread until the gateway's processes have
+ * answered, 5 seconds at most for each request. A process that is not running makes them fail
+ * without waiting. No method throws because of the gateway's state.
+ *
+ * <p>A list of MAC addresses is an array of up to 128 texts, of which 31 bytes each are used. An
+ * array without any text in it, and {@code null} as well, stands for all hosts. Where the process
+ * {@code app_m} writes the answer, its keys are the process's own.
+ */
+public class LANHostsInfoQueryServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public LANHostsInfoQueryServiceJNI() {}
+
+    /**
+     * Tells the gateway's name. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example answer of the simulated gateway: {@code Home}
+     *
+     * @return what the process wrote, 256 bytes at most; an empty text, and no fault object, when it
+     *     doesn't answer, refuses or has no name
+     */
+    public native String getGatewayName();
+
+    /**
+     * Describes hosts by their MAC addresses. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example answer of the simulated gateway:
+     *
+     * <pre>{@code
+     * {"Result":0,"List":[{"MAC":"02:11:22:33:44:55","IP":"192.168.1.20","DevName":"Tablet"}]}
+     * }</pre>
+     *
+     * @param asMacs the addresses; {@code null} elements are left out. None asks for all hosts
+     * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
+     *     doesn't answer or refuses; <code>{"Result":-1}</code> when there are more than 128
+     *     addresses; {@code null} when the process wrote nothing
+     */
+    public native String getLANHostInfoByMAC(String[] asMacs);
+
+    /**
+     * Describes the hosts behind an interface. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
+     *
+     * @param sInterface the interface's name in the vocabulary of {@code app_m}, for example {@code
+     *     LAN1}; neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
+     * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
+     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when it
+     *     wrote nothing
+     */
+    public native String getLANHostInfoByInterface(String sInterface);
+
+    /**
+     * Describes the hosts of a class. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
+     *
+     * @param sHostClass the class in the vocabulary of {@code app_m}, for example {@code PHONE};
+     *     neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
+     * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
+     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when it
+     *     wrote nothing
+     */
+    public native String getLANHostInfoByClass(String sHostClass);
+
+    /**
+     * Tells what hosts have transferred. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example answer of the simulated gateway:
+     *
+     * <pre>{@code
+     * {"Result":0,"List":[{"MAC":"02:11:22:33:44:55","UpBytes":1024,"DownBytes":65536}]}
+     * }</pre>
+     *
+     * @param asMacs the addresses, none of them {@code null}. No addresses ask for all hosts
+     * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more than
+     *     128 addresses or a {@code null} one, or when the process doesn't answer or refuses; {@code
+     *     null} when it wrote nothing
+     */
+    public native String getLANHostStats(String[] asMacs);
+
+    /**
+     * Tells whether hosts are filtered by their MAC addresses. Asks the process {@code gulm}, at most
+     * 5 seconds.
+     *
+     * <p>Example answer: {@code 1}
+     *
+     * @return 0 when the filter is off; 1 when those on the black list are refused; 2 when only those
+     *     on the trust list are admitted; -1 when the process doesn't answer or refuses, or when its
+     *     answer contradicts itself
+     */
+    public native int getMacFilterMode();
+
+    /**
+     * Tells the speed limits of hosts. Asks the process {@code gulm} for the list of its records and
+     * then for each of them, at most 5 seconds each.
+     *
+     * <p>Example answer, for two hosts of which the second has no limit:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "UpSpeed": 512, "DownSpeed": 2048 },
+     *   { "UpSpeed": 0, "DownSpeed": 0 } ] }
+     * }</pre>
+     *
+     * <p>The answer is one line. The hosts come in the order of the addresses asked for, and without
+     * them; when all are asked for, in the order of the gateway's records, of which the first 128 are
+     * told. The unit is the gateway's.
+     *
+     * @param asMacs the addresses, none of them {@code null}. No addresses ask for all records
+     * @return the limits; <code>{"Result":-1}</code> (no blanks) when there are more than 128
+     *     addresses or a {@code null} one, or when the process doesn't answer or refuses
+     */
+    public native String getLANHostSpeedLimitInfo(String[] asMacs);
+}
