@@ -11,12 +11,12 @@ namespace wap::gateway {
 /// one process, which keeps it in its state file and answers for it.
 struct ProcessInfo {
     const char *pcName;
-    std::array<std::string_view, 2> astSections;  /// empty texts are no sections
+    std::array<std::string_view, 8> astSections;  /// empty texts are no sections
 };
 
 inline constexpr std::array<ProcessInfo, 7> kProcesses = {{
-    {"gulm", {}},
-    {"app_m", {}},
+    {"gulm", {"lan", "wan", "portMapping", "macFilter", "attachControl"}},
+    {"app_m", {"network", "hosts"}},
     {"osgi_proxy", {"device"}},
     {"usb_mngt", {}},
     {"tarn", {}},

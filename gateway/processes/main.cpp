@@ -31,7 +31,11 @@ void PrintUsage(FILE *pstTo) {
 /// The RPCs of a process; one that serves none answers every request with "unknown RPC".
 RpcTable MakeTable(std::string_view pcProcess) {
     RpcTable stTable;
-    if (pcProcess == "osgi_proxy") {
+    if (pcProcess == "gulm") {
+        wap::gateway::AddGulmRpcs(stTable);
+    } else if (pcProcess == "app_m") {
+        wap::gateway::AddAppManagerRpcs(stTable);
+    } else if (pcProcess == "osgi_proxy") {
         wap::gateway::AddOsgiProxyRpcs(stTable);
     } else if (pcProcess == "cwmp") {
         wap::gateway::AddCwmpRpcs(stTable);

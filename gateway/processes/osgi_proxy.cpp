@@ -1,8 +1,14 @@
-// osgi_proxy: owns the device's own data and answers for it.
+// osgi_proxy: owns the device's own data and answers for it. The changes that bundles want made go
+// through it to the process that owns what is changed.
 #include <algorithm>
 
 #include "processes/processes.h"
+#include "records/attach_control.h"
 #include "records/device_info.h"
+#include "records/lan_address.h"
+#include "records/lan_hosts.h"
+#include "records/mac_filter.h"
+#include "records/port_mapping.h"
 
 namespace wap::gateway {
 
@@ -59,6 +65,15 @@ void AddOsgiProxyRpcs(RpcTable &stTable) {
     stTable.Add(kRpcGetDeviceUpTime, GetDeviceUpTime);
     stTable.Add(kRpcGetDevicePassword, GetDevicePassword);
     stTable.Add(kRpcGetDeviceDefaults, GetDeviceDefaults);
+    for (const uint32_t uiRpcId :
+         {kRpcSetLanHostIp, kRpcSetLanDhcp, kRpcAddPortMapping, kRpcDelPortMapping,
+          kRpcSwitchPortMapping, kRpcSetMacFltMode, kRpcAddLanMacFlt, kRpcDelLanMacFlt,
+          kRpcAddWlanMacFlt, kRpcDelWlanMacFlt, kRpcAddAttachControl, kRpcSetAttachControl}) {
+        stTable.Forward(uiRpcId, "gulm");
+    }
+    for (const uint32_t uiRpcId : {kRpcSetLanHostName, kRpcSetGatewayName}) {
+        stTable.Forward(uiRpcId, "app_m");
+    }
 }
 
 }  // namespace wap::gateway

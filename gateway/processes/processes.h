@@ -2,12 +2,48 @@
 #ifndef WAP_GATEWAY_PROCESSES_PROCESSES_H
 #define WAP_GATEWAY_PROCESSES_PROCESSES_H
 
+#include "framework/home_lists.h"
 #include "framework/rpc_table.h"
 
 namespace wap::gateway {
 
+/// A request or reply of one word.
+struct Word {
+    uint32_t uiValue;
+};
+
+/// A process refuses what it is asked: the request makes no sense, or names nothing that is there.
+inline constexpr uint32_t kRefused = 0xF7300001;
+/// A table is full.
+inline constexpr uint32_t kTableFull = 0xF7300002;
+
+/// A text in a request's field, whether it is terminated or not.
+template <size_t kSize>
+std::string TextIn(const char (&acField)[kSize]) {
+    return {acField, strnlen(acField, kSize)};
+}
+
+/// Members of an object of the home: 0, false or "" for what is not there.
+inline uint32_t NumberOf(json_object *pstObject, const char *pcKey) {
+    return static_cast<uint32_t>(GetNumber(pstObject, pcKey).value_or(0));
+}
+inline std::string TextOf(json_object *pstObject, const char *pcKey) {
+    return GetText(pstObject, pcKey).value_or("");
+}
+inline bool IsTrue(json_object *pstObject, const char *pcKey) {
+    return json_object_get_boolean(FindMember(pstObject, pcKey)) != 0;
+}
+
+void AddAppManagerRpcs(RpcTable &stTable);
+void AddGulmRpcs(RpcTable &stTable);
 void AddOsgiProxyRpcs(RpcTable &stTable);
 void AddCwmpRpcs(RpcTable &stTable);
+
+// Parts of gulm's.
+void AddLanAddressRpcs(RpcTable &stTable);
+void AddPortMappingRpcs(RpcTable &stTable);
+void AddMacFilterRpcs(RpcTable &stTable);
+void AddAttachControlRpcs(RpcTable &stTable);
 
 }  // namespace wap::gateway
 

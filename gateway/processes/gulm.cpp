@@ -1,0 +1,13 @@
+// gulm: owns the LAN's settings, the WAN connections and everything that hangs on either.
+#include "processes/processes.h"
+
+namespace wap::gateway {
+
+void AddGulmRpcs(RpcTable &stTable) {
+    AddLanAddressRpcs(stTable);
+    AddPortMappingRpcs(stTable);
+    AddMacFilterRpcs(stTable);
+    AddAttachControlRpcs(stTable);
+}
+
+}  // namespace wap::gateway
