@@ -1,0 +1,172 @@
+// What the two tables of the MAC filter have in common: how they are read, searched and emptied.
+#ifndef WAP_ACCESS_JNI_MACFLTER_TABLES_H
+#define WAP_ACCESS_JNI_MACFLTER_TABLES_H
+
+#include <stdint.h>
+
+#include <iterator>
+
+#include "access/jni_macflter.h"
+#include "common/fields.h"
+#include "common/jni_common.h"
+#include "common/owners.h"
+#include "common/report.h"
+#include "common/requests.h"
+
+namespace wap {
+
+/// No memory, a list that is too long, or a table that can't be read.
+inline constexpr uint32_t kErrMacFlt = 1;
+/// The request of the routes that read.
+inline constexpr uint32_t kNoArgument = 0;
+/// The most entries that the index of the wired and of the wireless table names.
+inline constexpr uint32_t kLanTableMax = std::size(MacFltInstBlock{}.auiInstIds);
+inline constexpr uint32_t kWlanTableMax = std::size(WlanMacFltInstBlock{}.auiInstIds);
+
+/// A table as it was read.
+template <class Entry>
+class TableCopy {
+  public:
+    /// Takes over uiCount entries, null and 0 for an empty table.
+    void Adopt(Entry *pstEntries, uint32_t uiCount) {
+        m_stBlock.Adopt(pstEntries);
+        m_uiCount = uiCount;
+    }
+    uint32_t Count() const { return m_uiCount; }
+    const Entry *begin() const { return static_cast<const Entry *>(m_stBlock.Lend()); }
+    const Entry *end() const { return begin() + m_uiCount; }
+
+  private:
+    PlatformBlock m_stBlock;
+    uint32_t m_uiCount = 0;
+};
+
+/// Reads the wired, or the wireless table. Results as VT_API_getLanMacFltList.
+uint32_t ReadTable(SourceSpot stSpot, TableCopy<LanMacFltEntry> &stTable);
+uint32_t ReadTable(SourceSpot stSpot, TableCopy<WlanMacFltEntry> &stTable);
+
+/// The deleted entries of a table, in order. They live as long as the table's copy.
+template <class Entry, uint32_t kMax>
+struct Removed {
+    const Entry *apstEntries[kMax] = {};
+    uint32_t uiCount = 0;
+
+    void Add(const Entry &stEntry) {
+        if (uiCount < kMax) {
+            apstEntries[uiCount++] = &stEntry;
+        }
+    }
+};
+
+/// Refuses a null list and one that is too long. 0, or the code, recorded.
+inline uint32_t CheckList(SourceSpot stSpot, const void *pvList, uint32_t uiCount, uint32_t uiMax) {
+    if (pvList == nullptr && uiCount != 0) {
+        RecordFault(stSpot, kErrNullArgument, uiCount);
+        return kErrNullArgument;
+    }
+    if (uiCount > uiMax) {
+        RecordFault(stSpot, kErrMacFlt, uiCount, uiMax);
+        return kErrMacFlt;
+    }
+    return 0;
+}
+
+/// Whether an entry's MAC address is that of a list. The latter is cut as it was when it was added,
+/// so that what was added can be deleted.
+template <size_t kSize>
+bool SameMac(const char (&acField)[kSize], const char *pcMac) {
+    if (pcMac == nullptr) {
+        return false;
+    }
+    char acMac[kSize] = {};
+    PutField(acMac, pcMac);
+    return VT_OS_StrCaseCmp(acField, acMac) == 0;
+}
+
+/// Ends a field that came in a reply within its bounds.
+template <size_t kSize>
+void EndField(char (&acField)[kSize]) {
+    acField[kSize - 1] = '\0';
+}
+inline void EndTexts(LanMacFltBody &stBody) {
+    EndField(stBody.acMac);
+}
+inline void EndTexts(WlanMacFltBody &stBody) {
+    EndField(stBody.acSsidName);
+    EndField(stBody.acMac);
+}
+
+/**
+ * Reads an index and the entries that it names.
+ * @param stIndex zeroed; receives the index, with a number of entries that it has room for
+ * @param stList  receives the entries, nothing when there are none
+ * @return 0; the code of the first request; 1 when memory runs out or an entry can't be read
+ */
+template <class Entry, class Index>
+uint32_t FetchTable(SourceSpot stSpot, const GeneralRoute &stListRoute,
+                    const GeneralRoute &stEntryRoute, Index &stIndex, PlatformBlock &stList) {
+    const uint32_t uiResult = Ask(stListRoute, kNoArgument, stIndex);
+    if (uiResult != 0) {
+        RecordFault(stSpot, uiResult);
+        return uiResult;
+    }
+    // The number is the process's word; the ids end with the block.
+    constexpr uint32_t kMax = std::size(Index{}.auiInstIds);
+    const uint32_t uiCount = stIndex.uiCount < kMax ? stIndex.uiCount : kMax;
+    stIndex.uiCount = uiCount;
+    if (uiCount == 0) {
+        return 0;
+    }
+    if (!stList.Make(uiCount * static_cast<uint32_t>(sizeof(Entry)), stSpot)) {
+        RecordFault(stSpot, kErrMacFlt, uiCount);
+        return kErrMacFlt;
+    }
+    auto *pstEntries = static_cast<Entry *>(stList.Lend());
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        const uint32_t uiInstId = stIndex.auiInstIds[i];
+        const uint32_t uiFailure = Ask(stEntryRoute, uiInstId, pstEntries[i].stBody);
+        if (uiFailure != 0) {
+            RecordFault(stSpot, uiFailure, i, uiInstId);
+            return kErrMacFlt;
+        }
+        pstEntries[i].uiInstId = uiInstId;
+        EndTexts(pstEntries[i].stBody);
+    }
+    return 0;
+}
+
+/**
+ * Deletes the entries of a table that match one of the uiCount items of a list, in the table's
+ * order.
+ * @param fnMatches  (entry, i): whether the list's i-th item is this entry
+ * @param fnDeleted  (entry, i): takes note of a deleted entry
+ * @param uiRollback when doing, the first failure ends it; when undoing, none does
+ * @return the code of the last request, 0 when there was none
+ */
+template <class Entry, class Matches, class Deleted>
+uint32_t DeleteMatches(SourceSpot stSpot, const TableCopy<Entry> &stTable, uint32_t uiCount,
+                       uint32_t uiRollback, uint32_t (*pfnDelete)(uint32_t), Matches fnMatches,
+                       Deleted fnDeleted) {
+    uint32_t uiResult = 0;
+    for (const Entry &stEntry : stTable) {
+        for (uint32_t i = 0; i < uiCount; ++i) {
+            if (!fnMatches(stEntry, i)) {
+                continue;
+            }
+            uiResult = pfnDelete(stEntry.uiInstId);
+            if (uiResult == 0) {
+                fnDeleted(stEntry, i);
+                break;
+            }
+            RecordFault(stSpot, uiResult, i, stEntry.uiInstId);
+            if (uiRollback == kMacFltDo) {
+                return uiResult;
+            }
+        }
+    }
+    return uiResult;
+}
+
+}  // namespace wap
+
+#endif

@@ -1,0 +1,68 @@
+#include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI.h"
+
+#include "access/jni_macflter.h"
+#include "common/jni_common.h"
+#include "common/mac_arrays.h"
+#include "common/report.h"
+
+using namespace wap;
+
+namespace {
+
+// The limits are as uneven as they look: bundles count on each of them.
+constexpr MacArrayRules kAddedMacs = {8,
+                                      EmptyText::kIsMissing,
+                                      BadMac::kLeftOut,
+                                      NoMacs::kIsDone,
+                                      "\r\n uiArrayLength  is too long called \r\n",
+                                      true};
+
+constexpr MacArrayRules DeletedMacs(uint32_t uiMax) {
+    return {uiMax,
+            EmptyText::kIsMissing,
+            BadMac::kLeftOut,
+            NoMacs::kIsWork,
+            "\r\n uiMacAddrCount  is too long called \r\n",
+            true};
+}
+
+}  // namespace
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_setMacFilterMode(
+    JNIEnv *, jobject, jint iMacFltPara) {
+    WAP_TRACE_ENTRY();
+    const uint32_t uiResult = VT_JNI_setMacFilterMode(static_cast<uint32_t>(iMacFltPara));
+    if (uiResult != 0) {
+        RecordFault(WAP_SPOT, uiResult, static_cast<uint32_t>(iMacFltPara));
+    }
+    return static_cast<jint>(uiResult);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_addLANHostToBlackList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, kAddedMacs, VT_JNI_addLANHostToBlackList);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromBlackList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(128), VT_JNI_delLANHostFromBlackList);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_addLANHostToTrustList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, kAddedMacs, VT_JNI_addLANHostToTrustList);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromTrustList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(8), VT_JNI_delLANHostFromTrustList);
+}
