@@ -30,6 +30,13 @@ uint32_t Platform::AddBlock(std::string sBytes) {
     return uiNextBlock++;
 }
 
+std::string Platform::AddBulk(const std::string &sData) {
+    const std::string sBlock = sData.size() > 2048 ? Packed(sData) : sData;
+    const uint32_t auiDesc[] = {AddBlock(sBlock), static_cast<uint32_t>(sData.size()),
+                                static_cast<uint32_t>(sBlock.size())};
+    return {reinterpret_cast<const char *>(auiDesc), sizeof(auiDesc)};
+}
+
 size_t Platform::CountCalls(const std::string &sPrefix) const {
     return static_cast<size_t>(
         std::count_if(asCalls.begin(), asCalls.end(),
@@ -214,6 +221,9 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
     } else if (const auto it = stPlatform.mapReplies.find(uiRpcId);
                it != stPlatform.mapReplies.end()) {
         stReply = it->second;
+    }
+    if (stReply.bBulk) {
+        stReply.sBytes = stReply.uiStatus == 0 ? stPlatform.AddBulk(stReply.sBytes) : "";
     }
     const size_t uiLen = std::min<size_t>(stReply.sBytes.size(), uiRspCap);
     if (uiLen != 0) {

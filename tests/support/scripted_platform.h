@@ -23,6 +23,9 @@ class World;
 struct Reply {
     uint32_t uiStatus = 0;
     std::string sBytes;  ///< cut to the caller's capacity; copied whatever the status is
+    /// The bytes are those of a new bulk block, compressed where the rules want it, and the reply
+    /// is its descriptor; there is no block with a status other than 0.
+    bool bBulk = false;
 };
 
 /// What an RPC was asked with.
@@ -112,6 +115,8 @@ class Platform {
     void ClearRecords();
     /// Makes a bulk block as another process would, and gives its id.
     uint32_t AddBlock(std::string sBytes);
+    /// The same for data that may have to be compressed, and gives the block's descriptor.
+    std::string AddBulk(const std::string &sData);
     size_t CountCalls(const std::string &sPrefix) const;
 
     void *Open(World &stWorld, const char *pcName, int iFlags);
