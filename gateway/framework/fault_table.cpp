@@ -65,10 +65,8 @@ Fault FaultFromJson(json_object *pstFault) {
         if (FindMember(pstFault, "times") != nullptr) {
             stFault.uiTimes = NumberOf(pstFault, "times", 1, UINT32_MAX);
         }
-        if (stFault.eKind == FaultKind::kCode &&
-            (stFault.uiValue == 0 || stFault.uiValue == VT_HOST_NO_REPLY)) {
-            throw GatewayError(
-                "a fault's code must be neither 0, which is success, nor 0xFFFFFFFE");
+        if (stFault.eKind == FaultKind::kCode && stFault.uiValue == 0) {
+            throw GatewayError("a fault's code must not be 0, which is success");
         }
         if (stFault.eKind == FaultKind::kNone && stFault.uiDelayMs == 0) {
             throw GatewayError("a fault must do something");

@@ -106,7 +106,8 @@ uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
         case FaultKind::kCode:
             return stFault.uiValue;
         case FaultKind::kDrop:
-            return VT_HOST_NO_REPLY;
+            uiReplyLength = VT_HOST_NO_REPLY;
+            return 0;
         case FaultKind::kGarbage:
             FillRandomly({static_cast<uint8_t *>(stCall.pvRsp), stCall.uiRspCap});
             uiReplyLength = stCall.uiRspCap;

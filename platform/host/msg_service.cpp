@@ -347,7 +347,7 @@ bool Service::AnswerOne(int iFd, uint8_t *pucReq, uint8_t *pucRsp) {
     uint32_t uiRspLen = 0;
     if (stFrame.uiKind == kKindRpc) {
         uiStatus = Handle(stFrame, pucReq, pucRsp, uiRspLen);
-        if (uiStatus == VT_HOST_NO_REPLY) {
+        if (uiRspLen == VT_HOST_NO_REPLY) {
             return true;
         }
     } else if (stFrame.uiKind == kKindAsync) {
@@ -369,7 +369,9 @@ uint32_t Service::Handle(const RequestFrame &stFrame, const uint8_t *pucReq, uin
     VtHostCall stCall{&stFrame.stHead, stFrame.uiCode, stFrame.uiDstMid, pucReq,
                       stFrame.uiLen,   pucRsp,         stFrame.uiRspCap};
     uint32_t uiStatus = pfnNow(pvContext, &stCall, &uiRspLen);
-    uiRspLen = std::min(uiRspLen, stFrame.uiRspCap);
+    if (uiRspLen != VT_HOST_NO_REPLY) {
+        uiRspLen = std::min(uiRspLen, stFrame.uiRspCap);
+    }
     return uiStatus;
 }
 

@@ -58,8 +58,9 @@ extern "C" {
 /** The longest request or reply of one RPC and the longest asynchronous message, in bytes. */
 #define VT_HOST_MAX_PAYLOAD 131072u
 
-/** A handler's answer that means: send no reply at all; the caller runs into its time-out. */
-#define VT_HOST_NO_REPLY 0xFFFFFFFEu
+/** A reply's length that means: send no reply at all; the caller runs into its time-out. No status
+ *  means that, because each of them may be some process's answer. */
+#define VT_HOST_NO_REPLY 0xFFFFFFFFu
 
 /** One incoming RPC. All pointers are valid during the handler's call only. */
 typedef struct VtHostCall {
@@ -76,8 +77,8 @@ typedef struct VtHostCall {
  * Serves one RPC. Called on several threads at once, one per caller's connection.
  * @param pvContext the context given to VT_HOST_Serve
  * @param pstCall   the request and the room for the reply
- * @param puiRspLen in: 0; out: bytes of pvRsp that go back, at most uiRspCap
- * @return the status that the caller's VT_MSG_RpcCall returns, or VT_HOST_NO_REPLY
+ * @param puiRspLen in: 0; out: bytes of pvRsp that go back, at most uiRspCap; or VT_HOST_NO_REPLY
+ * @return the status that the caller's VT_MSG_RpcCall returns
  */
 typedef uint32_t (*VtHostHandler)(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
 

@@ -30,6 +30,13 @@ TEST_F(RunningGatewayTest, CodeIsAnsweredWithoutAReply) {
     EXPECT_EQ(Query("cwmp", 0x4720136A, 265).uiStatus, 0u) << "other processes are left alone";
 }
 
+TEST_F(RunningGatewayTest, EveryCodeButZeroReachesTheCaller) {
+    for (const uint32_t uiCode : {1u, 0x7FFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
+        CtlOk({"fault", "osgi_proxy", "0x47209032", "--code", std::to_string(uiCode)});
+        EXPECT_EQ(AskMac().uiStatus, uiCode);
+    }
+}
+
 TEST_F(RunningGatewayTest, FaultHitsItsNumberOfRequests) {
     CtlOk({"fault", "osgi_proxy", "1193316402", "--code", "7", "--times", "2"});  // 0x47209032
     EXPECT_EQ(AskMac().uiStatus, 7u);

@@ -45,7 +45,8 @@ uint32_t TestHandler(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRs
             *puiRspLen = uiEcho;
             return 0;
         case kNoReply:
-            return VT_HOST_NO_REPLY;
+            *puiRspLen = VT_HOST_NO_REPLY;
+            return 0;
         case kStatus:
             memcpy(pucRsp, "why", 3);
             *puiRspLen = 3;
