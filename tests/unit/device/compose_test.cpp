@@ -265,6 +265,7 @@ TEST_F(ComposeTest, FaultTextHoldsTheCodeAndIsTraced) {
     ASSERT_EQ(stPlatform.astTraces.size(), 2u);
     EXPECT_EQ(stPlatform.astTraces[0].sText, "pcJsonStr:{ \"Result\": -1 }\r\n");
     EXPECT_EQ(stPlatform.astTraces[0].sFile, "jni_common.cpp");
+    EXPECT_EQ(stPlatform.astTraces[0].uiMid, 249u);
     EXPECT_EQ(stPlatform.astTraces[0].uiZero, 0u);
     EXPECT_EQ(stPlatform.astTraces[1].sText, "pcJsonStr:{ \"Result\": -2147483648 }\r\n");
     EXPECT_TRUE(stPlatform.astFaults.empty());

@@ -297,6 +297,14 @@ TEST_F(RpcTest, MutexIsMadeOnceAndTakenPerCall) {
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_OS_MutexLock", "VT_OS_MutexUnLock"}));
 }
 
+TEST_F(RpcTest, AnyOtherMutexFlagThanOneMeansNotMade) {
+    g_stJNIOsgiMid.uiMutexReady = 2;
+    EXPECT_EQ(SenderOfNextProxyCall(), 281u);
+    EXPECT_EQ(stPlatform.asCalls,
+              (Calls{"VT_OS_MutexInit", "VT_OS_MutexLock", "VT_OS_MutexUnLock"}));
+    EXPECT_EQ(g_stJNIOsgiMid.uiMutexReady, 1u);
+}
+
 TEST_F(RpcTest, MutexThatCannotBeMadeCostsNoTurnAndIsTriedAgain) {
     stPlatform.mapStatus["VT_OS_MutexInit"] = 0x77;
     EXPECT_EQ(SenderOfNextProxyCall(), 281u);
