@@ -95,13 +95,13 @@ TEST(Compress, KeepsToTheRoom) {
 TEST(Compress, RefusesBadArguments) {
     char acRoom[64] = {};
     uint32_t uiLen = sizeof acRoom;
-    EXPECT_NE(0u, VT_OS_Compress(nullptr, 5, acRoom, &uiLen));
-    EXPECT_NE(0u, VT_OS_Compress(acRoom, 5, nullptr, &uiLen));
-    EXPECT_NE(0u, VT_OS_Compress(acRoom, 5, acRoom + 32, nullptr));
-    EXPECT_NE(0u, VT_OS_Compress(acRoom, 0, acRoom + 32, &uiLen));
-    EXPECT_NE(0u, VT_OS_Decompress(nullptr, acRoom, 64));
-    EXPECT_NE(0u, VT_OS_Decompress(acRoom, nullptr, 64));
-    EXPECT_NE(0u, VT_OS_Decompress(acRoom, acRoom + 32, 0));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Compress(nullptr, 5, acRoom, &uiLen));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Compress(acRoom, 5, nullptr, &uiLen));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Compress(acRoom, 5, acRoom + 32, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Compress(acRoom, 0, acRoom + 32, &uiLen));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Decompress(nullptr, acRoom, 64));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Decompress(acRoom, nullptr, 64));
+    EXPECT_EQ(VT_HOST_ERR_DATA, VT_OS_Decompress(acRoom, acRoom + 32, 0));
 }
 
 TEST(Decompress, ATooSmallRoomFails) {
@@ -109,10 +109,10 @@ TEST(Decompress, ATooSmallRoomFails) {
     std::string strPacked = Compressed(strData);
     for (size_t uiRoom = 1; uiRoom < strData.size(); uiRoom += 7) {
         std::string strBack(uiRoom, '\0');
-        EXPECT_NE(0u, Unpack(strPacked, strBack)) << uiRoom;
+        EXPECT_EQ(VT_HOST_ERR_DATA, Unpack(strPacked, strBack)) << uiRoom;
     }
     std::string strBack(2999, '\0');
-    EXPECT_NE(0u, Unpack(strPacked, strBack));
+    EXPECT_EQ(VT_HOST_ERR_DATA, Unpack(strPacked, strBack));
 }
 
 TEST(Decompress, EveryDamagedByteIsNoticed) {

@@ -95,10 +95,10 @@ TEST_F(Dispatch, TheLongestMessagePasses) {
 }
 
 TEST_F(Dispatch, BadArgumentsAreRefused) {
-    EXPECT_NE(0u, VT_MSG_RegisterMID(0, nullptr, 1));
-    EXPECT_NE(0u, VT_MSG_AsyncSendData(nullptr, 1, "x", 1));
-    EXPECT_NE(0u, VT_MSG_AsyncSendData("", 1, "x", 1));
-    EXPECT_NE(0u, VT_MSG_AsyncSendData("jamvm", 1, nullptr, 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_MSG_RegisterMID(0, nullptr, 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_MSG_AsyncSendData(nullptr, 1, "x", 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_MSG_AsyncSendData("", 1, "x", 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_MSG_AsyncSendData("jamvm", 1, nullptr, 1));
     EXPECT_EQ(VT_HOST_ERR_NO_RECEIVER, VT_MSG_AsyncSendData("nobody", 1, "x", 1));
 }
 
@@ -106,8 +106,9 @@ TEST_F(Dispatch, StoppingWakesWhoeverWaits) {
     auto stDone = std::async(std::launch::async, [] { return VT_MSG_GetAndDispatch(0, 0); });
     usleep(30000);
     EXPECT_EQ(0u, VT_HOST_Stop());
-    EXPECT_NE(0u, stDone.get());
-    EXPECT_NE(0u, VT_MSG_GetAndDispatch(0, 0)) << "and none waits for ever afterwards";
+    EXPECT_EQ(VT_HOST_ERR_STATE, stDone.get());
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_MSG_GetAndDispatch(0, 0))
+        << "and none waits for ever afterwards";
 }
 
 TEST_F(Dispatch, AProcedureMaySendMessages) {

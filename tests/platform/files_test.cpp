@@ -100,9 +100,9 @@ TEST_F(Files, CommandsRunToTheirEnd) {
     EXPECT_EQ("one\ntwo\n", FileText(Path("out")));
     EXPECT_EQ(0u, VT_OS_ExecShellCmdEx("true"));
     EXPECT_EQ(7u, VT_OS_ExecShellCmdEx("exit 7"));
-    EXPECT_NE(0u, VT_OS_ExecShellCmdEx("kill -9 $$"));
-    EXPECT_NE(0u, VT_OS_ExecShellCmdEx("/no/such/program 2>/dev/null"));
-    EXPECT_NE(0u, VT_OS_ExecShellCmdEx(nullptr));
+    EXPECT_EQ(VT_HOST_ERR_SYSTEM, VT_OS_ExecShellCmdEx("kill -9 $$"));
+    EXPECT_EQ(127u, VT_OS_ExecShellCmdEx("/no/such/program 2>/dev/null"));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_ExecShellCmdEx(nullptr));
 }
 
 }  // namespace

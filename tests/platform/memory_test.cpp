@@ -41,8 +41,8 @@ TEST(MemSet, StaysWithinTheSize) {
     EXPECT_EQ(0u, VT_OS_MemSet_S(aucRoom, 4, 0x1FF, 3));
     EXPECT_EQ(0, memcmp(aucRoom, "\xFF\xFF\xFF\x04", 4));
     EXPECT_EQ(0u, VT_OS_MemSet_S(aucRoom, 4, 0, 0));
-    EXPECT_NE(0u, VT_OS_MemSet_S(aucRoom, 3, 0, 4));
-    EXPECT_NE(0u, VT_OS_MemSet_S(nullptr, 4, 0, 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemSet_S(aucRoom, 3, 0, 4));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemSet_S(nullptr, 4, 0, 1));
     EXPECT_EQ(0, memcmp(aucRoom, "\xFF\xFF\xFF\x04", 4));
 }
 
@@ -57,12 +57,12 @@ TEST(MemCpy, CopiesWithinTheSize) {
 
 TEST(MemCpy, WritesNothingWhenItFails) {
     char acRoom[8] = "abcdefg";
-    EXPECT_NE(0u, VT_OS_MemCpy_S(acRoom, 3, "1234", 4));
-    EXPECT_NE(0u, VT_OS_MemCpy_S(nullptr, 3, "1", 1));
-    EXPECT_NE(0u, VT_OS_MemCpy_S(acRoom, 8, nullptr, 1));
-    EXPECT_NE(0u, VT_OS_MemCpy_S(acRoom + 1, 7, acRoom, 2)) << "overlap";
-    EXPECT_NE(0u, VT_OS_MemCpy_S(acRoom, 8, acRoom + 1, 2)) << "overlap";
-    EXPECT_NE(0u, VT_OS_MemCpy_S(acRoom, 8, acRoom, 2)) << "overlap";
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(acRoom, 3, "1234", 4));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(nullptr, 3, "1", 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(acRoom, 8, nullptr, 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(acRoom + 1, 7, acRoom, 2)) << "overlap";
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(acRoom, 8, acRoom + 1, 2)) << "overlap";
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MemCpy_S(acRoom, 8, acRoom, 2)) << "overlap";
     EXPECT_STREQ("abcdefg", acRoom);
     EXPECT_EQ(0u, VT_OS_MemCpy_S(acRoom, 8, acRoom + 2, 2)) << "neighbours do not overlap";
     EXPECT_STREQ("cdcdefg", acRoom);

@@ -35,7 +35,7 @@ TEST_F(ServiceLife, TheNameIsTheOneGiven) {
 TEST_F(ServiceLife, StartingAgainUnderTheSameNameSucceeds) {
     ASSERT_EQ(0u, VT_MSG_Init("jamvm", 1024, 1024, 0));
     EXPECT_EQ(0u, VT_MSG_Init("jamvm", 1024, 1024, 0));
-    EXPECT_NE(0u, VT_MSG_Init("other", 1024, 1024, 0));
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_MSG_Init("other", 1024, 1024, 0));
     EXPECT_STREQ("jamvm", VT_MSG_GetCurProcName());
 }
 
@@ -53,7 +53,7 @@ TEST_F(ServiceLife, WithoutARuntimeDirectoryItSaysWhatToDo) {
     unsetenv("VT_RUNTIME_DIR");
     uint32_t uiStatus = 0;
     EXPECT_NE(std::string::npos, InitComplaint("jamvm", uiStatus).find("Set it to"));
-    EXPECT_NE(0u, uiStatus);
+    EXPECT_EQ(VT_HOST_ERR_STATE, uiStatus);
     std::string strRsp(4, '#');
     EXPECT_EQ(VT_HOST_ERR_STATE, Call("echo", kEcho, "", strRsp));
 }
@@ -69,7 +69,7 @@ TEST_F(ServiceLife, ADirectoryOpenToOthersIsRefused) {
     ASSERT_EQ(0, chmod(strDir.c_str(), 0755));
     uint32_t uiStatus = 0;
     EXPECT_NE(std::string::npos, InitComplaint("jamvm", uiStatus).find("chmod 700"));
-    EXPECT_NE(0u, uiStatus);
+    EXPECT_EQ(VT_HOST_ERR_STATE, uiStatus);
     ASSERT_EQ(0, chmod(strDir.c_str(), 0700));
     EXPECT_EQ(0u, VT_MSG_Init("jamvm", 0, 0, 0)) << "a failed start can be repeated";
 }
@@ -104,15 +104,15 @@ TEST_F(ServiceLife, AStrayFileInPlaceOfTheSocketIsReplaced) {
 }
 
 TEST_F(ServiceLife, ServingNeedsTheNameAndHappensOnce) {
-    EXPECT_NE(0u, VT_HOST_Serve(TestHandler, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_Serve(TestHandler, nullptr));
     ASSERT_EQ(0u, VT_MSG_Init("echo", 0, 0, 0));
-    EXPECT_NE(0u, VT_HOST_Serve(nullptr, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_HOST_Serve(nullptr, nullptr));
     EXPECT_EQ(0u, VT_HOST_Serve(TestHandler, nullptr));
-    EXPECT_NE(0u, VT_HOST_Serve(TestHandler, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_Serve(TestHandler, nullptr));
 }
 
 TEST_F(ServiceLife, StoppingTakesTheSocketAway) {
-    EXPECT_NE(0u, VT_HOST_Stop()) << "not started";
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_Stop()) << "not started";
     ASSERT_EQ(0u, VT_MSG_Init("echo", 0, 0, 0));
     ASSERT_EQ(0u, VT_HOST_Serve(TestHandler, nullptr));
     std::string strRsp(4, '#');
@@ -121,7 +121,7 @@ TEST_F(ServiceLife, StoppingTakesTheSocketAway) {
     EXPECT_NE(0, access(Path("echo.sock").c_str(), F_OK));
     EXPECT_STREQ("", VT_MSG_GetCurProcName());
     EXPECT_EQ(VT_HOST_ERR_NO_RECEIVER, Call("echo", kEcho, "abcd", strRsp));
-    EXPECT_NE(0u, VT_HOST_Stop());
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_Stop());
 }
 
 TEST_F(ServiceLife, ItCanBeStartedAgainUnderAnotherName) {

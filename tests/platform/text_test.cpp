@@ -53,17 +53,17 @@ TEST(StrNCpy, AnEmptyTextOrCountGivesAnEmptyText) {
 
 TEST(StrNCpy, WritesNothingWhenItFails) {
     Room stRoom;
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(stRoom.acBytes, 3, "abc", 3));
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(stRoom.acBytes, 0, "", 0));
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(stRoom.acBytes, 8, nullptr, 1));
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(nullptr, 8, "abc", 3));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_StrNCpy_S(stRoom.acBytes, 3, "abc", 3));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_StrNCpy_S(stRoom.acBytes, 0, "", 0));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCpy_S(stRoom.acBytes, 8, nullptr, 1));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCpy_S(nullptr, 8, "abc", 3));
     EXPECT_EQ(kUntouched, stRoom.Text());
 }
 
 TEST(StrNCpy, RefusesOverlap) {
     char acText[8] = "abcdef";
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(acText + 2, 6, acText, 3));
-    EXPECT_NE(0u, VT_OS_StrNCpy_S(acText, 8, acText + 3, 8));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCpy_S(acText + 2, 6, acText, 3));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCpy_S(acText, 8, acText + 3, 8));
     EXPECT_STREQ("abcdef", acText);
     EXPECT_EQ(0u, VT_OS_StrNCpy_S(acText, 3, acText + 3, 2));
     EXPECT_STREQ("de", acText);
@@ -81,19 +81,19 @@ TEST(StrNCat, Appends) {
 
 TEST(StrNCat, WritesNothingWhenTheResultDoesNotFit) {
     char acText[8] = "abcd";
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 8, "efgh", 4));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_StrNCat_S(acText, 8, "efgh", 4));
     EXPECT_EQ(0, memcmp(acText, "abcd\0\0\0\0", 8));
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 4, "", 0)) << "no zero within the size";
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 0, "", 0));
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 8, nullptr, 0));
-    EXPECT_NE(0u, VT_OS_StrNCat_S(nullptr, 8, "a", 1));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_StrNCat_S(acText, 4, "", 0)) << "no zero within the size";
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_StrNCat_S(acText, 0, "", 0));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCat_S(acText, 8, nullptr, 0));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCat_S(nullptr, 8, "a", 1));
     EXPECT_EQ(0, memcmp(acText, "abcd\0\0\0\0", 8));
 }
 
 TEST(StrNCat, RefusesOverlap) {
     char acText[16] = "abcd";
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 16, acText, 4));
-    EXPECT_NE(0u, VT_OS_StrNCat_S(acText, 16, acText + 2, 2));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCat_S(acText, 16, acText, 4));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrNCat_S(acText, 16, acText + 2, 2));
     EXPECT_STREQ("abcd", acText);
 }
 
@@ -199,12 +199,12 @@ TEST(Numbers, RefusesEverythingElseAndKeepsTheValue) {
     for (const char *pcText : {"", " 1", "1 ", "+1", "-1", "0x10", "1.5", "12a", "a", "4294967296",
                                "99999999999999999999999999"}) {
         uint32_t uiValue = 7;
-        EXPECT_NE(0u, VT_OS_StrToUInt32(pcText, &uiValue)) << pcText;
+        EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrToUInt32(pcText, &uiValue)) << pcText;
         EXPECT_EQ(7u, uiValue) << pcText;
     }
     uint32_t uiValue = 7;
-    EXPECT_NE(0u, VT_OS_StrToUInt32(nullptr, &uiValue));
-    EXPECT_NE(0u, VT_OS_StrToUInt32("1", nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrToUInt32(nullptr, &uiValue));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_StrToUInt32("1", nullptr));
 }
 
 TEST(Numbers, WritesSignedDecimal) {
@@ -219,9 +219,9 @@ TEST(Numbers, WritesSignedDecimal) {
 
 TEST(Numbers, WritesNothingWhenTheTextDoesNotFit) {
     Room stRoom;
-    EXPECT_NE(0u, VT_OS_Int32ToStr_S(-123, stRoom.acBytes, 4));
-    EXPECT_NE(0u, VT_OS_Int32ToStr_S(1, stRoom.acBytes, 0));
-    EXPECT_NE(0u, VT_OS_Int32ToStr_S(1, nullptr, 8));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_Int32ToStr_S(-123, stRoom.acBytes, 4));
+    EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_OS_Int32ToStr_S(1, stRoom.acBytes, 0));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_Int32ToStr_S(1, nullptr, 8));
     EXPECT_EQ(kUntouched, stRoom.Text());
     EXPECT_EQ(0u, VT_OS_Int32ToStr_S(-123, stRoom.acBytes, 5));
     EXPECT_EQ(std::string("-123\0###", 8), stRoom.Text());

@@ -50,7 +50,7 @@ TEST(Threads, KeepTheCallersAttributes) {
 
 TEST(Threads, NeedABody) {
     unsigned long ulId = 77;
-    EXPECT_NE(0u, VT_OS_PthreadCreate(&ulId, nullptr, nullptr, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_PthreadCreate(&ulId, nullptr, nullptr, nullptr));
     EXPECT_EQ(77ul, ulId);
 }
 
@@ -63,7 +63,7 @@ TEST(Threads, AreNamedUpToTheKernelsLimit) {
         EXPECT_EQ(0u, VT_OS_ModifyThreadName("x"));
         EXPECT_EQ(0, pthread_getname_np(pthread_self(), acName, sizeof acName));
         EXPECT_STREQ("x", acName);
-        EXPECT_NE(0u, VT_OS_ModifyThreadName(nullptr));
+        EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_ModifyThreadName(nullptr));
     }).join();
 }
 
@@ -90,13 +90,13 @@ TEST(Mutexes, StayWithinTheirMemory) {
 
 TEST(Mutexes, MisuseFails) {
     MutexMemory stMutex{};
-    EXPECT_NE(0u, VT_OS_MutexLock(&stMutex)) << "none was made";
-    EXPECT_NE(0u, VT_OS_MutexUnLock(&stMutex));
-    EXPECT_NE(0u, VT_OS_MutexInit(nullptr));
-    EXPECT_NE(0u, VT_OS_MutexLock(nullptr));
-    EXPECT_NE(0u, VT_OS_MutexUnLock(nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MutexLock(&stMutex)) << "none was made";
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MutexUnLock(&stMutex));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MutexInit(nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MutexLock(nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_OS_MutexUnLock(nullptr));
     ASSERT_EQ(0u, VT_OS_MutexInit(&stMutex));
-    EXPECT_NE(0u, VT_OS_MutexUnLock(&stMutex)) << "not locked";
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_OS_MutexUnLock(&stMutex)) << "not locked";
     EXPECT_EQ(0u, VT_OS_MutexLock(&stMutex)) << "still in order";
 }
 

@@ -67,13 +67,13 @@ TEST_F(VData, IdZeroNamesNoBlock) {
 
 TEST_F(VData, RefusesBadArguments) {
     VDataDesc stDesc{7, 8, 9};
-    EXPECT_NE(0u, VT_VDATA_CreShm(0, &stDesc));
-    EXPECT_NE(0u, VT_VDATA_CreShm(4, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_VDATA_CreShm(0, &stDesc));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_VDATA_CreShm(4, nullptr));
     EXPECT_EQ(VT_HOST_ERR_TOO_LONG, VT_VDATA_CreShm(UINT32_MAX, &stDesc));
     EXPECT_EQ(7u, stDesc.uiDataID) << "untouched on failure";
     stDesc = NewBlock(4);
-    EXPECT_NE(0u, VT_VDATA_UpdateData(stDesc.uiDataID, 4, nullptr));
-    EXPECT_NE(0u, VT_VDATA_ReadData(stDesc.uiDataID, 4, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_VDATA_UpdateData(stDesc.uiDataID, 4, nullptr));
+    EXPECT_EQ(VT_HOST_ERR_ARGUMENT, VT_VDATA_ReadData(stDesc.uiDataID, 4, nullptr));
 }
 
 TEST_F(VData, FailsWithoutARuntimeDirectory) {
