@@ -1,5 +1,6 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI.h"
 
+#include "access/jni_macflter.h"
 #include "common/answers.h"
 #include "common/mac_arrays.h"
 #include "lan/jni_lanhost_info.h"
@@ -93,4 +94,11 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServic
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
     return HostsAnswer(pstEnv, WAP_SPOT, jMacs, kStatsMacs, VT_JNI_getLANHostStats);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI_getMacFilterMode(
+    JNIEnv *, jobject) {
+    WAP_TRACE_ENTRY();
+    return NumberAnswer(WAP_SPOT, VT_JNI_getMacFilterMode());
 }

@@ -1,9 +1,8 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI.h"
 
 #include "access/jni_macflter.h"
-#include "common/jni_common.h"
+#include "common/answers.h"
 #include "common/mac_arrays.h"
-#include "common/report.h"
 
 using namespace wap;
 
@@ -32,11 +31,7 @@ JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_setMacFilterMode(
     JNIEnv *, jobject, jint iMacFltPara) {
     WAP_TRACE_ENTRY();
-    const uint32_t uiResult = VT_JNI_setMacFilterMode(static_cast<uint32_t>(iMacFltPara));
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, static_cast<uint32_t>(iMacFltPara));
-    }
-    return static_cast<jint>(uiResult);
+    return NumberAnswer(WAP_SPOT, VT_JNI_setMacFilterMode(static_cast<uint32_t>(iMacFltPara)));
 }
 
 JNIEXPORT jint JNICALL
