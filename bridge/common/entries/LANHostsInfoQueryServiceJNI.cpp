@@ -1,5 +1,6 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI.h"
 
+#include "access/jni_attach_control.h"
 #include "access/jni_macflter.h"
 #include "common/answers.h"
 #include "common/mac_arrays.h"
@@ -101,4 +102,11 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServic
     JNIEnv *, jobject) {
     WAP_TRACE_ENTRY();
     return NumberAnswer(WAP_SPOT, VT_JNI_getMacFilterMode());
+}
+
+JNIEXPORT jstring JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI_getLANHostSpeedLimitInfo(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return HostsAnswer(pstEnv, WAP_SPOT, jMacs, kStatsMacs, VT_JNI_getLANHostSpeedLimitInfo);
 }

@@ -1,5 +1,6 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI.h"
 
+#include "access/jni_attach_control.h"
 #include "access/jni_macflter.h"
 #include "common/answers.h"
 #include "common/mac_arrays.h"
@@ -20,6 +21,16 @@ constexpr MacArrayRules DeletedMacs(uint32_t uiMax) {
     return {uiMax,
             EmptyText::kIsMissing,
             BadMac::kLeftOut,
+            NoMacs::kIsWork,
+            "\r\n uiMacAddrCount  is too long called \r\n",
+            true};
+}
+
+// Here empty texts count, and a missing one keeps its place: the worker says which it skipped.
+constexpr MacArrayRules StorageMacs(uint32_t uiMax) {
+    return {uiMax,
+            EmptyText::kCounts,
+            BadMac::kStaysEmpty,
             NoMacs::kIsWork,
             "\r\n uiMacAddrCount  is too long called \r\n",
             true};
@@ -60,4 +71,20 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigS
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
     return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(8), VT_JNI_delLANHostFromTrustList);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_addLANHostToStorageBlackList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(128),
+                         VT_JNI_addLANHostToStorageBlackList);
+}
+
+JNIEXPORT jint JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromStorageBlackList(
+    JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
+    WAP_TRACE_ENTRY();
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(8),
+                         VT_JNI_delLANHostFromStorageBlackList);
 }
