@@ -1,0 +1,52 @@
+#include "support/furnish_portmap.h"
+
+#include "unit/device/expect.h"
+
+namespace wap::test {
+
+std::string WanBytes(const WanFacts &stWan) {
+    // The word before the kind says nothing to the bridge.
+    return Field(stWan.sName, 256) + Word(stWan.uiDev) + Word(stWan.uiConnDev) +
+           Word(stWan.uiConn) + Word(0x5A5A5A5A) + Word(stWan.uiKind) + Word(stWan.uiGate) +
+           Word(stWan.uiMode);
+}
+
+std::string MappingBytes(const MappingFacts &stMapping) {
+    return Word(stMapping.uiEnable) + std::string(20, '\0') + Word(stMapping.uiExternalPort) +
+           Word(stMapping.uiExternalPort) + Word(stMapping.uiInternalPort) +
+           Field(stMapping.sProtocol, 16) + Field(stMapping.sClient, 16) + std::string(257, '\0') +
+           Word(stMapping.uiInternalPort) + std::string(47, '\0');
+}
+
+std::string RowBytes(uint32_t uiWanIndex, uint32_t uiInstId, const MappingFacts &stMapping) {
+    return Word(uiWanIndex) + Word(uiInstId) + std::string(32, '\x5A') + MappingBytes(stMapping);
+}
+
+void FurnishMappingTable(World &stWorld, const std::string &sTable) {
+    Platform &stPlatform = stWorld.stPlatform;
+    const std::string sBlock = sTable.size() > 2048 ? Packed(sTable) : sTable;
+    const uint32_t uiId = stPlatform.AddBlock(sBlock);
+    stPlatform.mapReplies[0x47309029] = {0, Word(uiId) +
+                                                Word(static_cast<uint32_t>(sTable.size())) +
+                                                Word(static_cast<uint32_t>(sBlock.size()))};
+}
+
+void FurnishPortMapping(World &stWorld) {
+    Platform &stPlatform = stWorld.stPlatform;
+    stPlatform.mapReplies[0x47301049] = {0, WanBytes()};
+    stPlatform.mapReplies[0x47309010] = {0, MappingBytes()};
+    stPlatform.mapReplies[0x47309014] = {0, MappingBytes()};
+    stPlatform.mapReplies[0x4730902A] = {0, Word(2)};
+    for (const uint32_t uiChange : {0x4720909Au, 0x4720909Bu, 0x4720909Cu}) {
+        stPlatform.mapReplies[uiChange] = {0, Word(0)};
+    }
+    // The block of an earlier call may be there still: not every call asks for the table.
+    for (const uint32_t uiId : stPlatform.setKeptBlocks) {
+        stPlatform.mapBlocks.erase(uiId);
+    }
+    stPlatform.setKeptBlocks = {stPlatform.uiNextBlock};
+    FurnishMappingTable(stWorld, RowBytes(0x10101003, 1) +
+                                     RowBytes(0x10101003, 2, {0, 2222, 22, "TCP", "192.168.1.21"}));
+}
+
+}  // namespace wap::test

@@ -1,0 +1,132 @@
+// What the tests of the port mappings share.
+#ifndef WAP_TESTS_UNIT_PORTMAP_FIXTURE_H
+#define WAP_TESTS_UNIT_PORTMAP_FIXTURE_H
+
+#include <string>
+#include <vector>
+
+#include "support/entries.h"
+#include "support/furnish_portmap.h"
+#include "unit/device/expect.h"
+
+namespace wap::test {
+
+inline constexpr uint32_t kWanIndex = 0x10101003;
+inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
+inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
+inline constexpr uint32_t kNullArgument = 0xF7702001;
+inline constexpr uint32_t kNotMappable = 0xF7307006;
+inline constexpr uint32_t kRefusedByService = 0xF7307005;
+inline constexpr uint32_t kRefused = 0x00C0FFEE;
+
+inline constexpr uint32_t kAskWan = 0x47301049;
+inline constexpr uint32_t kAskEntryOfKind1 = 0x47309010;
+inline constexpr uint32_t kAskEntryOfKind0 = 0x47309014;
+inline constexpr uint32_t kAskTable = 0x47309029;
+inline constexpr uint32_t kAskNum = 0x4730902A;
+inline constexpr uint32_t kAdd = 0x4720909A;
+inline constexpr uint32_t kDelete = 0x4720909B;
+inline constexpr uint32_t kSwitch = 0x4720909C;
+
+inline const std::string kWanTrace = "VT_API_getOsgiWanInfoByWanIndex WanInfo \n\r";
+inline const std::string kNumbersTrace =
+    "VT_API_CoverWanInfo uiWANDevIns:1,  uiWANConnDevIns:2  uiWANConnIns:3 \n\r";
+
+/// A request as it must have gone out.
+struct WantedRpc {
+    const char *pcReceiver;
+    uint32_t uiSender;
+    uint32_t uiRpcId;
+    std::string sRequest;
+    uint32_t uiRspCap;
+};
+
+/// A gateway with port mappings; the requests, traces and faults of a call are looked at.
+class PortMappingTest : public BridgeTest {
+  protected:
+    void SetUp() override {
+        BridgeTest::SetUp();
+        FurnishPortMapping(stWorld);
+    }
+
+    void ExpectRpcs(const std::vector<WantedRpc> &astWanted) {
+        ASSERT_EQ(Rpcs(), Wanted(astWanted));
+        for (size_t i = 0; i < astWanted.size(); ++i) {
+            SCOPED_TRACE(i);
+            const RpcRecord &stRpc = stPlatform.astRpcs[i];
+            const WantedRpc &stWanted = astWanted[i];
+            EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, stWanted.pcReceiver, stWanted.uiSender));
+            EXPECT_EQ(stRpc.uiDstMid, 0u);
+            EXPECT_EQ(stRpc.sRequest, stWanted.sRequest);
+            EXPECT_EQ(stRpc.uiRspCap, stWanted.uiRspCap);
+            EXPECT_EQ(stRpc.sRspBefore, std::string(stWanted.uiRspCap, '\0'));
+            EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
+        }
+    }
+
+    /// The RPC ids that were asked, in order.
+    Codes Rpcs() const {
+        Codes auiIds;
+        for (const RpcRecord &stRpc : stPlatform.astRpcs) {
+            auiIds.push_back(stRpc.uiRpcId);
+        }
+        return auiIds;
+    }
+
+    static Codes Wanted(const std::vector<WantedRpc> &astWanted) {
+        Codes auiIds;
+        for (const WantedRpc &stWanted : astWanted) {
+            auiIds.push_back(stWanted.uiRpcId);
+        }
+        return auiIds;
+    }
+
+    /// The traces but those of the RPC wrapper.
+    Calls Traces() const {
+        Calls asTexts;
+        for (const TraceRecord &stTrace : stPlatform.astTraces) {
+            if (stTrace.uiMid != 281) {
+                EXPECT_EQ(stTrace.uiMid, 249u) << stTrace.sText;
+                EXPECT_EQ(stTrace.uiZero, 0u) << stTrace.sText;
+                asTexts.push_back(stTrace.sText);
+            }
+        }
+        return asTexts;
+    }
+
+    /// The worker's file has recorded this code with these numbers.
+    bool HasRecorded(uint32_t uiCode, const Args &auiArgs) const {
+        for (const FaultRecord &stFault : stPlatform.astFaults) {
+            if (stFault.sFile == "jni_port_mapping.cpp" && stFault.uiCode == uiCode &&
+                stFault.auiArgs == auiArgs) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void AnswerWan(const WanFacts &stWan) { stPlatform.mapReplies[kAskWan] = {0, WanBytes(stWan)}; }
+    void Refuse(uint32_t uiRpcId, uint32_t uiStatus = kRefused) {
+        stPlatform.mapReplies[uiRpcId].uiStatus = uiStatus;
+    }
+};
+
+/// What the service says about WAN connections with and without port mappings.
+struct GateCase {
+    uint32_t uiGate;
+    uint32_t uiMode;
+    bool bAllowed;
+};
+inline const GateCase kGateCases[] = {
+    {1, 0, true},  {1, 2, true},  {1, 1, false}, {1, 3, false},          {1, 0xFFFFFFFF, false},
+    {0, 0, false}, {0, 2, false}, {2, 0, false}, {0xFFFFFFFF, 2, false}, {0, 1, false},
+};
+
+/// The query for the WAN record, which nearly everything begins with.
+inline WantedRpc WanQuery() {
+    return {"gulm", 48, kAskWan, Word(0) + Word(kWanIndex), 284};
+}
+
+}  // namespace wap::test
+
+#endif
