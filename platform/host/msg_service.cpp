@@ -116,7 +116,12 @@ uint32_t PrepareRuntimeDir(const char *pcName) {
                  strDir.c_str(), strerror(errno));
         return VT_HOST_ERR_SYSTEM;
     }
-    if (stInfo.st_uid != geteuid() || (stInfo.st_mode & 077) != 0) {
+    if (stInfo.st_uid != geteuid()) {
+        Complain("%s: VT_RUNTIME_DIR \"%s\" belongs to another user. Choose one of your own.",
+                 pcName, strDir.c_str());
+        return VT_HOST_ERR_STATE;
+    }
+    if ((stInfo.st_mode & 077) != 0) {
         Complain(
             "%s: VT_RUNTIME_DIR \"%s\" is open to other users. It must be yours alone: "
             "chmod 700 it.",
