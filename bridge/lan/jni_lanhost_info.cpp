@@ -29,6 +29,16 @@ constexpr uint32_t kNameTooLong = 0xFFFFFFFE;
 /// The blank before the last brace has always been there.
 constexpr char kNoHostsAnswer[] = "{\"Result\":-1,\"List\":[] }";
 
+/// Makes the place for a text empty; false, recorded, when there is none.
+bool HasPlace(SourceSpot stSpot, char **ppcText) {
+    if (ppcText == nullptr) {
+        RecordFault(stSpot, kErrNullArgument);
+        return false;
+    }
+    *ppcText = nullptr;
+    return true;
+}
+
 /// Asks about the hosts of a table, or about all when it has no text, and fetches the answer.
 uint32_t FetchHosts(SourceSpot stSpot, const GeneralRoute &stRoute, const char *const *ppcMacs,
                     uint32_t uiCount, char **ppcText, DescTrace eTrace) {
@@ -53,7 +63,10 @@ uint32_t FetchHosts(SourceSpot stSpot, const GeneralRoute &stRoute, const char *
 /// Asks about the hosts that a word describes.
 uint32_t FetchHostsOf(SourceSpot stSpot, const GeneralRoute &stRoute, const char *pcWord,
                       char **ppcText) {
-    if (pcWord == nullptr || ppcText == nullptr) {
+    if (!HasPlace(stSpot, ppcText)) {
+        return kErrNullArgument;
+    }
+    if (pcWord == nullptr) {
         RecordFault(stSpot, kErrNullArgument);
         return kErrNullArgument;
     }
@@ -84,11 +97,9 @@ uint32_t Refuse(SourceSpot stSpot, uint32_t uiResult, uint32_t uiLength) {
 }  // namespace
 
 uint32_t VT_JNI_getLANHostInfoByMAC(const char *const *ppcMacs, uint32_t uiCount, char **ppcText) {
-    if (ppcText == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
+    if (!HasPlace(WAP_SPOT, ppcText)) {
         return kErrNullArgument;
     }
-    *ppcText = nullptr;
     const uint32_t uiResult =
         FetchHosts(WAP_SPOT, kAskByMac, ppcMacs, uiCount, ppcText, DescTrace::kUnsigned);
     // A list without hosts instead of a failure: this query alone does so, and callers rely on it.
@@ -96,11 +107,9 @@ uint32_t VT_JNI_getLANHostInfoByMAC(const char *const *ppcMacs, uint32_t uiCount
 }
 
 uint32_t VT_JNI_getLANHostStats(const char *const *ppcMacs, uint32_t uiCount, char **ppcText) {
-    if (ppcText == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
+    if (!HasPlace(WAP_SPOT, ppcText)) {
         return kErrNullArgument;
     }
-    *ppcText = nullptr;
     return FetchHosts(WAP_SPOT, kAskStats, ppcMacs, uiCount, ppcText, DescTrace::kSigned);
 }
 

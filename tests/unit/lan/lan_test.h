@@ -1,0 +1,110 @@
+// What the tests of the LAN services share.
+#ifndef WAP_TESTS_UNIT_LAN_LAN_TEST_H
+#define WAP_TESTS_UNIT_LAN_LAN_TEST_H
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/entries.h"
+#include "support/entry_table_lan.h"
+#include "support/furnish_lan.h"
+#include "unit/device/expect.h"
+
+/// A native method of one of the services, "ServiceJNI" left out of the class's name.
+#define WAP_LAN_METHOD(type, method) \
+    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_##type##ServiceJNI_##method
+
+namespace wap::test {
+
+inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
+inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
+inline constexpr uint32_t kNullArgument = 0xF7702001;
+inline constexpr uint32_t kNoMemory = 0xF7108001;
+inline constexpr uint32_t kRefused = 0x00C0FFEE;
+inline constexpr const char *kFault = "{\"Result\":-1}";
+
+/// A record of the fault log: who wrote it, and the code.
+using FileCode = std::pair<std::string, uint32_t>;
+using FileCodes = std::vector<FileCode>;
+
+/// A gateway that answers all requests of the LAN services.
+class LanTest : public BridgeTest {
+  protected:
+    void SetUp() override {
+        BridgeTest::SetUp();
+        FurnishLan(stWorld);
+    }
+
+    /// Exactly one request went out, and it is this one.
+    void ExpectAsked(const std::string &sReceiver, uint32_t uiSender, uint32_t uiRpcId,
+                     const std::string &sRequest, uint32_t uiRspCap) {
+        ASSERT_EQ(stPlatform.astRpcs.size(), 1u);
+        const RpcRecord &stRpc = stPlatform.astRpcs[0];
+        EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, sReceiver, uiSender));
+        EXPECT_EQ(stRpc.uiRpcId, uiRpcId);
+        EXPECT_EQ(stRpc.uiDstMid, 0u);
+        EXPECT_EQ(stRpc.sRequest, sRequest);
+        EXPECT_EQ(stRpc.uiRspCap, uiRspCap);
+        EXPECT_EQ(stRpc.sRspBefore, std::string(uiRspCap, '\0'));
+        EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
+        stPlatform.astRpcs.clear();
+    }
+
+    void ExpectNotAsked() { EXPECT_TRUE(stPlatform.astRpcs.empty()); }
+
+    /// The request is refused, with bytes that must not reach anybody.
+    void Refuse(uint32_t uiRpcId) {
+        stPlatform.mapReplies[uiRpcId] = {kRefused, std::string(2000, 'r')};
+    }
+
+    /// The fault log, which is forgotten with the call.
+    FileCodes TakeFaults() {
+        FileCodes astFound;
+        for (const FaultRecord &stFault : std::exchange(stPlatform.astFaults, {})) {
+            astFound.emplace_back(stFault.sFile, stFault.uiCode);
+        }
+        return astFound;
+    }
+
+    /// The traces of the entries and workers, not those of the RPC layer.
+    std::vector<std::string> Traces() const {
+        std::vector<std::string> asTexts;
+        for (const TraceRecord &stTrace : stPlatform.astTraces) {
+            if (stTrace.uiMid == 249) {
+                asTexts.push_back(stTrace.sText);
+            } else {
+                EXPECT_EQ(stTrace.uiMid, 281u) << stTrace.sText;
+            }
+        }
+        return asTexts;
+    }
+
+    bool HasTrace(const std::string &sText) const {
+        const std::vector<std::string> asTexts = Traces();
+        return std::find(asTexts.begin(), asTexts.end(), sText) != asTexts.end();
+    }
+
+    /// A new Java text for one call; null for null.
+    jstring Java(const char *pcText) {
+        return pcText == nullptr ? nullptr : stEnv.JavaText(FromUtf8(pcText));
+    }
+    jstring Java(const std::string &sText) { return Java(sText.c_str()); }
+
+    /// What a method gave Java; the Java call is over.
+    Answer Ended(jstring jText) {
+        Answer stAnswer{stEnv.Utf8Of(jText), std::nullopt};
+        stEnv.EndCall();
+        return stAnswer;
+    }
+    Answer Ended(jint iNumber) {
+        stEnv.EndCall();
+        return NumberAnswerOf(iNumber);
+    }
+};
+
+}  // namespace wap::test
+
+#endif
