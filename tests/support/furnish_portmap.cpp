@@ -23,12 +23,7 @@ std::string RowBytes(uint32_t uiWanIndex, uint32_t uiInstId, const MappingFacts 
 }
 
 void FurnishMappingTable(World &stWorld, const std::string &sTable) {
-    Platform &stPlatform = stWorld.stPlatform;
-    const std::string sBlock = sTable.size() > 2048 ? Packed(sTable) : sTable;
-    const uint32_t uiId = stPlatform.AddBlock(sBlock);
-    stPlatform.mapReplies[0x47309029] = {0, Word(uiId) +
-                                                Word(static_cast<uint32_t>(sTable.size())) +
-                                                Word(static_cast<uint32_t>(sBlock.size()))};
+    stWorld.stPlatform.mapReplies[0x47309029] = {0, sTable, true};
 }
 
 void FurnishPortMapping(World &stWorld) {
@@ -40,11 +35,6 @@ void FurnishPortMapping(World &stWorld) {
     for (const uint32_t uiChange : {0x4720909Au, 0x4720909Bu, 0x4720909Cu}) {
         stPlatform.mapReplies[uiChange] = {0, Word(0)};
     }
-    // The block of an earlier call may be there still: not every call asks for the table.
-    for (const uint32_t uiId : stPlatform.setKeptBlocks) {
-        stPlatform.mapBlocks.erase(uiId);
-    }
-    stPlatform.setKeptBlocks = {stPlatform.uiNextBlock};
     FurnishMappingTable(stWorld, RowBytes(0x10101003, 1) +
                                      RowBytes(0x10101003, 2, {0, 2222, 22, "TCP", "192.168.1.21"}));
 }

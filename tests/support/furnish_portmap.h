@@ -36,7 +36,7 @@ std::string MappingBytes(const MappingFacts &stMapping = {});
 /// A row of the table of all mappings.
 std::string RowBytes(uint32_t uiWanIndex, uint32_t uiInstId, const MappingFacts &stMapping = {});
 
-/// Makes the platform answer with a table of these bytes in a new block of its own.
+/// Makes the platform answer with a table of these bytes, in a new block for each request.
 void FurnishMappingTable(World &stWorld, const std::string &sTable);
 /// Makes the platform answer every request of the port mapping services.
 void FurnishPortMapping(World &stWorld);

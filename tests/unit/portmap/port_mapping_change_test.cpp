@@ -272,6 +272,8 @@ TEST_F(SwitchMappingTest, EntryThatCannotBeFetchedIsMinusTwo) {
     Refuse(kAskEntryOfKind1);
     EXPECT_EQ(Switch(0), kMinusTwo);
     EXPECT_EQ(Rpcs(), (Codes{kAskWan, kAskEntryOfKind1}));
+    // By the request, the fetch and the switch.
+    EXPECT_EQ(FaultCodes(stPlatform), Codes(3, kRefused));
     EXPECT_TRUE(HasRecorded(kRefused, {kWanIndex, 77, 0, 0}));
     for (const WanFacts &stWan :
          {WanFacts{.uiGate = 0}, WanFacts{.uiMode = 1}, WanFacts{.uiKind = 2}}) {

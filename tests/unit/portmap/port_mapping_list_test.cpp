@@ -36,13 +36,6 @@ std::string SizeTrace(uint32_t uiSize) {
 
 class ListMappingTest : public PortMappingTest {
   protected:
-    void SetUp() override {
-        PortMappingTest::SetUp();
-        // Each test has a table of its own, whose block must be gone at the end.
-        stPlatform.mapBlocks.clear();
-        stPlatform.setKeptBlocks.clear();
-    }
-
     /// The text that a worker gave, which is released; empty for none.
     static std::string Taken(char *pcText) {
         const std::string sText = pcText == nullptr ? "" : pcText;
@@ -75,9 +68,9 @@ TEST_F(ListMappingTest, AsksForTheTableAndForEachGroupsConnection) {
                 {"gulm", 48, kAskWan, Word(0) + Word(7), 284},
                 {"gulm", 48, kAskWan, Word(0) + Word(8), 284}});
     const std::string sDesc =
-        "stVdata Info DataID:4098 CompressedLen:1248  OriginalLen = 1248 \n\r";
+        "stVdata Info DataID:4097 CompressedLen:1248  OriginalLen = 1248 \n\r";
     EXPECT_EQ(Traces(), (Calls{sDesc, kWanTrace, kWanTrace, SizeTrace(2048)}));
-    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4098 1248", "VT_VDATA_FreeShm 4098"}));
+    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 1248", "VT_VDATA_FreeShm 4097"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 
@@ -125,7 +118,6 @@ TEST_F(ListMappingTest, NumbersAreShownSigned) {
 }
 
 TEST_F(ListMappingTest, RunsMakeTheGroups) {
-    stPlatform.astNextReplies.clear();
     FurnishMappingTable(stWorld, RowBytes(1, 10) + RowBytes(2, 20) + RowBytes(1, 30));
     stPlatform.astNextReplies = {stPlatform.mapReplies[kAskTable],
                                  {0, WanBytes({.sName = "one"})},
@@ -169,7 +161,7 @@ TEST_F(ListMappingTest, NoTableAtAllIsAnEmptyList) {
 // The bridge frees what it does not read, and does not mind when there is nothing to free.
 TEST_F(ListMappingTest, TableShorterThanARowIsFreedUnread) {
     EXPECT_EQ(ListOf(RowBytes(7, 1).substr(0, 415)), kEmptyList);
-    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_FreeShm 4098"}));
+    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_FreeShm 4097"}));
     stPlatform.mapReplies[kAskTable] = {0, Word(99) + Word(0) + Word(0)};
     EXPECT_EQ(List(), kEmptyList);
     EXPECT_TRUE(stPlatform.astFaults.empty());
@@ -257,7 +249,7 @@ TEST_F(ListMappingTest, BlockThatCannotBeRead) {
     stPlatform.mapStatus["VT_VDATA_ReadData"] = kRefused;
     ExpectFailure(RowBytes(7, 1), kRefused);
     EXPECT_EQ(Rpcs(), (Codes{kAskTable}));
-    EXPECT_TRUE(HasRecorded(kRefused, {4098, 0, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kRefused, {4097, 0, 0, 0}));
     stPlatform.mapStatus.clear();
     stPlatform.mapReplies[kAskTable] = {0, Word(99) + Word(0xFFFFFFFF) + Word(0xFFFFFFFF)};
     EXPECT_EQ(List(kNoMemory), "");
@@ -291,10 +283,9 @@ TEST_F(ListMappingTest, TableOfOnesOrOfText) {
 }
 
 TEST_F(ListMappingTest, DescriptorCutShortOrNonsense) {
-    FurnishMappingTable(stWorld, RowBytes(7, 1));
-    const std::string sDesc = stPlatform.mapReplies[kAskTable].sBytes;
+    const std::string sDesc = Word(0x3021) + Word(416) + Word(416);
     for (size_t i = 0; i < sDesc.size(); ++i) {
-        stPlatform.mapBlocks = {{4098, RowBytes(7, 1)}};
+        stPlatform.mapBlocks = {{0x3021, RowBytes(7, 1)}};
         stPlatform.mapReplies[kAskTable] = {0, sDesc.substr(0, i)};
         char *pcText = nullptr;
         const uint32_t uiResult = VT_JNI_getPortMappingInfo(&pcText);
@@ -333,6 +324,7 @@ TEST_F(ListMappingTest, MoreRowsThanABlockCanHoldAreRefusedUnseen) {
         char *pcText = nullptr;
         EXPECT_EQ(VT_API_getPortMappingJsonStr(&stRow, uiCount, &pcText), 1u);
         EXPECT_EQ(pcText, nullptr);
+        EXPECT_TRUE(HasRecorded(1, {0, uiCount, 0, 0}));
     }
     char *pcText = nullptr;
     EXPECT_EQ(VT_API_getPortMappingJsonStr(&stRow, 40329, &pcText), 0u);
@@ -358,7 +350,6 @@ Subject ListSubject(const std::string &sTable, const std::string &sGood) {
     stSubject.sName = "listing port mappings";
     stSubject.fnFurnish = [=](World &stWorld) {
         stWorld.stPlatform.mapReplies[kAskWan] = {0, WanBytes({.sName = "wan"})};
-        stWorld.stPlatform.mapBlocks.clear();
         FurnishMappingTable(stWorld, sTable);
     };
     stSubject.fnCall = [=](FakeJni &) {
@@ -366,8 +357,6 @@ Subject ListSubject(const std::string &sTable, const std::string &sGood) {
         pstState->uiStatus = VT_JNI_getPortMappingInfo(&pstState->pcText);
     };
     stSubject.fnOutcome = [=](FakeJni &) {
-        // A request that failed has not told of the block.
-        World::Get().stPlatform.mapBlocks.clear();
         std::string sOutcome = Status(pstState->uiStatus);
         if (pstState->pcText != nullptr) {
             sOutcome += std::string(" ") + pstState->pcText;
