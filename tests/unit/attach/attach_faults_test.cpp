@@ -1,0 +1,167 @@
+// Attach control under every single fault: the answer is right, and what the gateway holds
+// afterwards agrees with it.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "faults/fault_sweep.h"
+#include "support/entry_table_attach.h"
+#include "unit/attach/attach_home.h"
+
+namespace wap::test {
+namespace {
+
+const Entry &AttachEntry(const std::string &sMethod) {
+    static const std::vector<Entry> s_astEntries = AttachEntries();
+    for (const Entry &stEntry : s_astEntries) {
+        if (stEntry.sMethod == sMethod) {
+            return stEntry;
+        }
+    }
+    throw std::invalid_argument(sMethod);
+}
+
+/// The storage rights and limits of a home in short.
+std::string StateOf(const AttachHome &stHome) {
+    std::string sState;
+    for (const Record &stRecord : stHome.astRecords) {
+        sState += " " + stRecord.sMac.substr(stRecord.sMac.size() - 1) + ":" +
+                  std::to_string(stRecord.uiStorage) + "/" + std::to_string(stRecord.uiUp) + "/" +
+                  std::to_string(stRecord.uiDown);
+    }
+    return sState;
+}
+
+/// A method on a home with these records, and what it says and leaves behind.
+Subject SubjectOf(const std::string &sMethod, const std::vector<Record> &astRecords) {
+    struct State {
+        AttachHome stHome;
+        Answer stAnswer;
+    };
+    auto pstState = std::make_shared<State>();
+    Subject stSubject;
+    stSubject.sName = sMethod;
+    stSubject.fnFurnish = [=](World &stWorld) {
+        pstState->stHome = AttachHome();
+        pstState->stHome.astRecords = astRecords;
+        pstState->stHome.asFilterMacs = {kMacB};
+        pstState->stHome.AnswerFor(stWorld.stPlatform);
+    };
+    stSubject.fnCall = [=](FakeJni &stEnv) {
+        pstState->stAnswer = AttachEntry(sMethod).fnCall(stEnv);
+    };
+    stSubject.fnOutcome = [=](FakeJni &) {
+        std::ostringstream stOut;
+        stOut << pstState->stAnswer;
+        return stOut.str() + StateOf(pstState->stHome);
+    };
+    return stSubject;
+}
+
+// The table's calls name A and B.
+
+TEST(AttachFaults, Limit) {
+    Subject stSubject = SubjectOf("setLANHostSpeedLimit", {{5, kMacA, 1, 1, 1, 2}});
+    stSubject.sGood = "0 A:1/512/1024";
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
+        // A process without a name asks all the same.
+        return {stPlan.eOp == Op::kPlatform ? stSubject.sGood : "-1 A:1/1/2"};
+    };
+    const OpCounts auiCounts = SweepFaults(stSubject);
+    // Mode, wired index, its entry, wireless index; list index, one record; the change.
+    EXPECT_EQ(CountOf(auiCounts, Op::kRpc), 7u);
+    EXPECT_GE(CountOf(auiCounts, Op::kAlloc), 3u);
+}
+
+TEST(AttachFaults, LimitOfAnUnknownHost) {
+    Subject stSubject = SubjectOf("setLANHostSpeedLimit", {});
+    stSubject.sGood = "0 a:1/512/1024";
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
+        return {stPlan.eOp == Op::kPlatform ? stSubject.sGood : "-1"};
+    };
+    EXPECT_EQ(CountOf(SweepFaults(stSubject), Op::kRpc), 6u);
+}
+
+TEST(AttachFaults, Bar) {
+    Subject stSubject = SubjectOf("addLANHostToStorageBlackList", {{5, kMacA}});
+    stSubject.sGood = "0 A:0/0/0 b:0/0/0";
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
+        switch (stPlan.eOp) {
+            case Op::kPlatform:
+                return {stSubject.sGood};
+            case Op::kRpc:
+                // The change of A is undone unless nothing answers any more.
+                return stPlan.bForever ? std::set<std::string>{"-1 A:1/0/0", "-1 A:0/0/0"}
+                                       : std::set<std::string>{"-1 A:1/0/0"};
+            default:
+                // A MAC that does not convert leaves its slot empty, and its host as it is.
+                return {"-1 A:1/0/0", "0 A:0/0/0", "0 A:1/0/0 b:0/0/0", "0 A:1/0/0"};
+        }
+    };
+    EXPECT_EQ(CountOf(SweepFaults(stSubject), Op::kRpc), 8u);
+}
+
+TEST(AttachFaults, Allow) {
+    Subject stSubject = SubjectOf("deleteLANHostFromStorageBlackList",
+                                  {{5, kMacA, 1, 0}, {6, kMacB, 1, 0}, {7, kMacC, 1, 0}});
+    stSubject.sGood = "0 A:1/0/0 B:1/0/0 C:0/0/0";
+    const std::string sBefore = "-1 A:0/0/0 B:0/0/0 C:0/0/0";
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
+        switch (stPlan.eOp) {
+            case Op::kPlatform:
+                return {stSubject.sGood};
+            case Op::kRpc:
+                return stPlan.bForever
+                           ? std::set<std::string>{sBefore, "-1 A:1/0/0 B:0/0/0 C:0/0/0"}
+                           : std::set<std::string>{sBefore};
+            default:
+                // When none of them converts nobody is named, which means everybody.
+                return {sBefore, "0 A:1/0/0 B:0/0/0 C:0/0/0", "0 A:0/0/0 B:1/0/0 C:0/0/0",
+                        "0 A:1/0/0 B:1/0/0 C:1/0/0"};
+        }
+    };
+    EXPECT_EQ(CountOf(SweepFaults(stSubject), Op::kRpc), 10u);
+}
+
+TEST(AttachFaults, Report) {
+    Subject stSubject =
+        SubjectOf("getLANHostSpeedLimitInfo", {{5, kMacB, 1, 1, 3, 4}, {6, kMacA, 1, 1, 1, 2}});
+    const std::string sState = " B:1/3/4 A:1/1/2";
+    const auto fnText = [&](const std::string &sRest) {
+        return "\"{ \"Result\": 0" + sRest + " }\"" + sState;
+    };
+    const auto fnList = [&](const std::string &sA, const std::string &sB) {
+        return fnText(", \"List\": [ { " + sA + " }, { " + sB + " } ]");
+    };
+    const std::string sA = "\"UpSpeed\": 1, \"DownSpeed\": 2";
+    const std::string sB = "\"UpSpeed\": 3, \"DownSpeed\": 4";
+    stSubject.sGood = fnList(sA, sB);
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
+        const std::string sFailed = "\"{\"Result\":-1}\"" + sState;
+        switch (stPlan.eOp) {
+            case Op::kPlatform:
+                return {stSubject.sGood};
+            case Op::kRpc:
+                return {sFailed};
+            case Op::kJni:
+                return {sFailed, "null" + sState};
+            default:
+                // An item that can't be made is left out, but never a whole host.
+                return {sFailed,
+                        fnList("\"DownSpeed\": 2", sB),
+                        fnList("\"UpSpeed\": 1", sB),
+                        fnList(sA, "\"DownSpeed\": 4"),
+                        fnList(sA, "\"UpSpeed\": 3"),
+                        fnText("")};
+        }
+    };
+    const OpCounts auiCounts = SweepFaults(stSubject);
+    EXPECT_EQ(CountOf(auiCounts, Op::kRpc), 3u);
+    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 15u);
+}
+
+}  // namespace
+}  // namespace wap::test
