@@ -9,7 +9,6 @@
 #include "framework/control.h"
 #include "framework/error.h"
 #include "framework/process_list.h"
-#include "vt_ssp_host.h"
 
 namespace wap::gateway {
 
@@ -97,12 +96,7 @@ int Start(const Options &stOptions) {
 int Stop(const Options &stOptions) {
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
     const ProcessNames astEnded = End(stOptions, SIGTERM);
-    if (Running(stDir).empty()) {
-        // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
-        ForgetGatewayStart(stDir);
-        (void)VT_HOST_RemoveStaleBlocks();
-        RemoveDeadSockets(stDir);
-    }
+    TidyWhenDown(stDir);
     if (astEnded.empty()) {
         printf("Nothing was running\n");
     } else {

@@ -34,8 +34,52 @@ constexpr uint32_t kProbeTimeoutMs = 1000;
 /// A process being started.
 struct Child {
     const ProcessInfo *pstInfo;
-    pid_t iPid;
+    pid_t iPid;         /// 0 once its end was seen
     size_t uiLogStart;  /// where its part of the log begins
+};
+
+/// Holds back the signals that end gatewayctl, to die of them where nothing is left half done.
+class HeldSignals {
+  public:
+    HeldSignals() {
+        sigemptyset(&m_stHeld);
+        for (const int iSignal : {SIGHUP, SIGINT, SIGTERM}) {
+            struct sigaction stAction = {};
+            // An ignored one would become pending as well while it is held.
+            if (sigaction(iSignal, nullptr, &stAction) == 0 && stAction.sa_handler != SIG_IGN) {
+                sigaddset(&m_stHeld, iSignal);
+            }
+        }
+        pthread_sigmask(SIG_BLOCK, &m_stHeld, &m_stBefore);
+    }
+    HeldSignals(const HeldSignals &) = delete;
+    HeldSignals &operator=(const HeldSignals &) = delete;
+    /// One that came ends the program here.
+    ~HeldSignals() {
+        if (!m_bForGood) {
+            pthread_sigmask(SIG_SETMASK, &m_stBefore, nullptr);
+        }
+    }
+
+    /// Throws when one of them has come.
+    void Check() const {
+        sigset_t stPending;
+        sigemptyset(&stPending);
+        sigpending(&stPending);
+        for (const int iSignal : {SIGHUP, SIGINT, SIGTERM}) {
+            if (sigismember(&m_stHeld, iSignal) == 1 && sigismember(&stPending, iSignal) == 1) {
+                throw GatewayError("ended by signal " + std::to_string(iSignal));
+            }
+        }
+    }
+
+    /// What comes from here on has come too late.
+    void HoldForGood() { m_bForGood = true; }
+
+  private:
+    sigset_t m_stHeld;
+    sigset_t m_stBefore;
+    bool m_bForGood = false;
 };
 
 bool WaitUntil(Clock::time_point stEnd, const std::function<bool()> &stIsDone) {
@@ -225,16 +269,44 @@ Child Spawn(const RuntimeDir &stDir, const std::string &acProgram, const Process
     return stChild;
 }
 
-/// Waits until a started process answers; throws when it ends or the time is over.
-void AwaitStart(const RuntimeDir &stDir, const Child &stChild, Clock::time_point stEnd) {
+/// Whether a spawned process has ended.
+bool HasEnded(Child &stChild) {
+    int iStatus = 0;
+    if (stChild.iPid != 0 && waitpid(stChild.iPid, &iStatus, WNOHANG) == stChild.iPid) {
+        stChild.iPid = 0;
+    }
+    return stChild.iPid == 0;
+}
+
+/// Ends spawned processes by their ids: those that have not taken their locks yet are known to
+/// nobody else.
+void EndChildren(std::vector<Child> &astChildren) {
+    constexpr auto kGrace = std::chrono::seconds(3);
+    for (Child &stChild : astChildren) {
+        if (!HasEnded(stChild)) {
+            kill(stChild.iPid, SIGTERM);
+        }
+    }
+    const auto stEnd = Clock::now() + kGrace;
+    for (Child &stChild : astChildren) {
+        if (!WaitUntil(stEnd, [&] { return HasEnded(stChild); })) {
+            kill(stChild.iPid, SIGKILL);
+            WaitUntil(Clock::time_point::max(), [&] { return HasEnded(stChild); });
+        }
+    }
+}
+
+/// Waits until a started process answers; throws when it ends, the time is over or a signal came.
+void AwaitStart(const RuntimeDir &stDir, Child &stChild, Clock::time_point stEnd,
+                const HeldSignals &stSignals) {
     const std::string acName = stChild.pstInfo->pcName;
     bool bEnded = false;
     const auto stIsUp = [&] {
+        stSignals.Check();
         if (TryAsk(acName.c_str(), kControlStatus, kProbeTimeoutMs)) {
             return true;
         }
-        int iStatus = 0;
-        bEnded = waitpid(stChild.iPid, &iStatus, WNOHANG) == stChild.iPid;
+        bEnded = HasEnded(stChild);
         return bEnded;
     };
     const bool bInTime = WaitUntil(stEnd, stIsUp);
@@ -298,17 +370,36 @@ void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
         NoteGatewayStart(stDir);
     }
     CloseInheritedOnExec();
+    HeldSignals stSignals;
     std::vector<Child> astChildren;
-    for (const ProcessInfo *pstInfo : astProcesses) {
-        if (const pid_t iPid = RunningProcess(stDir, pstInfo->pcName)) {
-            printf("%s runs already (process %d)\n", pstInfo->pcName, static_cast<int>(iPid));
-        } else {
-            astChildren.push_back(Spawn(stDir, acProgram, *pstInfo));
+    astChildren.reserve(astProcesses.size());
+    try {
+        for (const ProcessInfo *pstInfo : astProcesses) {
+            if (const pid_t iPid = RunningProcess(stDir, pstInfo->pcName)) {
+                printf("%s runs already (process %d)\n", pstInfo->pcName, static_cast<int>(iPid));
+            } else {
+                astChildren.push_back(Spawn(stDir, acProgram, *pstInfo));
+            }
         }
+        const auto stEnd = Clock::now() + stTimeout;
+        for (Child &stChild : astChildren) {
+            AwaitStart(stDir, stChild, stEnd, stSignals);
+        }
+        stSignals.Check();
+    } catch (...) {
+        EndChildren(astChildren);
+        TidyWhenDown(stDir);
+        throw;
     }
-    const auto stEnd = Clock::now() + stTimeout;
-    for (const Child &stChild : astChildren) {
-        AwaitStart(stDir, stChild, stEnd);
+    stSignals.HoldForGood();
+}
+
+void TidyWhenDown(const RuntimeDir &stDir) {
+    if (Running(stDir).empty()) {
+        // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
+        ForgetGatewayStart(stDir);
+        (void)VT_HOST_RemoveStaleBlocks();
+        RemoveDeadSockets(stDir);
     }
 }
 

@@ -32,9 +32,14 @@ ProcessNames Running(const RuntimeDir &stDir);
 /// file, and waits until they answer; those that run already are left alone. With none running it
 /// first clears away what a crashed gateway left behind and takes over the shipped home.
 /// @param bFresh starts over with the shipped home; nothing may run then
-/// Throws GatewayError when one does not come up, with the end of its log.
+/// Throws GatewayError when one does not come up, with the end of its log. Those that it started
+/// are ended then, and also before SIGHUP, SIGINT or SIGTERM ends the program; after a start that
+/// succeeded these signals stay blocked.
 void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
                     const ProcessNames &astProcesses, bool bFresh, std::chrono::seconds stTimeout);
+
+/// When no process runs: forgets the gateway's start and removes what its processes left behind.
+void TidyWhenDown(const RuntimeDir &stDir);
 
 /// Sends a signal to those processes that run and waits until they have ended.
 /// Returns those that did run. Throws GatewayError when one has not ended in time.

@@ -183,7 +183,10 @@ class CommandLine {
     void AddLifeVerbs() {
         Add("status", "Show the processes; exit code 1 when one is down", Status);
         CLI::App *pstStart =
-            Add("start", "Start processes in the background and wait until they answer", Start);
+            Add("start",
+                "Start processes in the background and wait until they answer; none stays when "
+                "one does not come up",
+                Start);
         AddProcesses(pstStart, "Which ones (all)");
         AddTimeout(pstStart);
         pstStart->add_flag("--fresh", m_stOptions.bFresh, "Start over with the home as shipped");

@@ -141,10 +141,14 @@ std::vector<std::string> GatewayTest::GatewayWords(const std::string &acProcess)
     return astWords;
 }
 
-Outcome GatewayTest::Ctl(const std::vector<std::string> &astArguments) const {
+std::vector<std::string> GatewayTest::CtlWords(const std::vector<std::string> &astArguments) {
     std::vector<std::string> astWords = Emulated(WAP_TEST_GATEWAYCTL);
     astWords.insert(astWords.end(), astArguments.begin(), astArguments.end());
-    return Run(astWords);
+    return astWords;
+}
+
+Outcome GatewayTest::Ctl(const std::vector<std::string> &astArguments) const {
+    return Run(CtlWords(astArguments));
 }
 
 std::string GatewayTest::CtlOk(const std::vector<std::string> &astArguments) const {
@@ -152,6 +156,16 @@ std::string GatewayTest::CtlOk(const std::vector<std::string> &astArguments) con
     EXPECT_EQ(stOutcome.iExit, 0) << stOutcome.acErr;
     EXPECT_EQ(stOutcome.acErr, "");
     return stOutcome.acOut;
+}
+
+std::string GatewayTest::ProcessesOfTheDirectory() const {
+    // Programs of this machine: see RemoveDirectory. The searching one must not find itself.
+    const Outcome stFound = Run({"sh", "-c",
+                                 "exec env -u VT_RUNTIME_DIR grep -lszxF \"VT_RUNTIME_DIR=$1\" "
+                                 "/proc/[0-9]*/environ",
+                                 "sh", m_acDir});
+    EXPECT_EQ(stFound.acErr, "");
+    return stFound.acOut;
 }
 
 std::string GatewayTest::ReadFile(const std::string &acName) const {

@@ -47,6 +47,8 @@ class GatewayTest : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
+    /// The command line of gatewayctl, likewise with the emulator.
+    static std::vector<std::string> CtlWords(const std::vector<std::string> &astArguments);
     /// Runs gatewayctl.
     Outcome Ctl(const std::vector<std::string> &astArguments) const;
     /// Runs gatewayctl and expects that it succeeds; returns what it printed.
@@ -59,6 +61,10 @@ class GatewayTest : public ::testing::Test {
     static int Await(pid_t iPid);
     /// The command line of wap_gateway, with the emulator before it where it needs one.
     static std::vector<std::string> GatewayWords(const std::string &acProcess);
+
+    /// The environment files of all processes that were given the directory as theirs, whether or
+    /// not they hold the lock by which gatewayctl knows them; a line each.
+    std::string ProcessesOfTheDirectory() const;
 
     std::string ReadFile(const std::string &acName) const;
     void WriteFile(const std::string &acName, const std::string &acText) const;

@@ -3,8 +3,14 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <thread>
 
 #include "gateway_fixture.h"
 
@@ -14,6 +20,20 @@ namespace {
 
 bool Contains(const std::string &acText, const std::string &acPart) {
     return acText.find(acPart) != std::string::npos;
+}
+
+size_t CountLines(const std::string &acText) {
+    return static_cast<size_t>(std::count(acText.begin(), acText.end(), '\n'));
+}
+
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGTERM};
+
+/// Signals that end gatewayctl do so in the programs that are launched, too, when the tests
+/// themselves were started without them, as background jobs are.
+void TakeSignals() {
+    for (const int iSignal : kEndingSignals) {
+        signal(iSignal, SIG_DFL);
+    }
 }
 
 }  // namespace
@@ -67,6 +87,78 @@ TEST_F(RunningGatewayTest, StartLeavesRunningProcessesAlone) {
     const std::string acPid = ReadFile("cwmp.pid");
     EXPECT_TRUE(Contains(CtlOk({"start", "cwmp"}), "cwmp runs already"));
     EXPECT_EQ(ReadFile("cwmp.pid"), acPid);
+}
+
+TEST_F(GatewayTest, InterruptedStartEndsProcessesThatHaveNoLockYet) {
+    TakeSignals();
+    setenv("WAP_EMULATOR", "", 1);
+    for (const int iSignal : kEndingSignals) {
+        SCOPED_TRACE(iSignal);
+        // With SIGTERM also one that doesn't listen.
+        WriteFile("slow", std::string("#!/bin/sh\n") +
+                              (iSignal == SIGTERM ? "[ $1 = tarn ] && trap '' TERM\n" : "") +
+                              "echo $1 >>\"$VT_RUNTIME_DIR/spawned\"\nexec sleep 600\n");
+        WriteFile("spawned", "");
+        ASSERT_EQ(chmod((m_acDir + "/slow").c_str(), 0700), 0);
+        const pid_t iPid =
+            Launch(CtlWords({"start", "--program", m_acDir + "/slow", "--timeout", "120"}));
+        ASSERT_GT(iPid, 0);
+        for (int iWait = 0; iWait < 6000 && CountLines(ReadFile("spawned")) < 7; ++iWait) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        EXPECT_EQ(CountLines(ReadFile("spawned")), 7u);
+        EXPECT_EQ(CountLines(ProcessesOfTheDirectory()), 8u) << "with gatewayctl";
+        EXPECT_EQ(kill(iPid, iSignal), 0);
+        EXPECT_EQ(Await(iPid), 128 + iSignal);
+        EXPECT_EQ(ProcessesOfTheDirectory(), "");
+        EXPECT_NE(access((m_acDir + "/gateway.start").c_str(), F_OK), 0) << "it is down";
+    }
+}
+
+TEST_F(GatewayTest, StartInterruptedAtAnyTimeLeavesAllOrNothing) {
+    TakeSignals();
+    const auto stBegin = std::chrono::steady_clock::now();
+    CtlOk({"start", "--timeout", "120"});
+    const auto stFull = std::chrono::steady_clock::now() - stBegin;
+    CtlOk({"stop"});
+    constexpr int kSteps = 21;
+    int iInterrupted = 0;
+    for (int iStep = 0; iStep <= kSteps; ++iStep) {
+        const int iSignal = kEndingSignals[static_cast<size_t>(iStep) % std::size(kEndingSignals)];
+        SCOPED_TRACE(iStep);
+        const pid_t iPid = Launch(CtlWords({"start", "--timeout", "120"}));
+        ASSERT_GT(iPid, 0);
+        std::this_thread::sleep_for(stFull * iStep / kSteps);
+        EXPECT_EQ(kill(iPid, iSignal), 0);
+        const int iExit = Await(iPid);
+        if (iExit == 0) {
+            EXPECT_EQ(Ctl({"status"}).iExit, 0);
+            CtlOk({"stop"});
+        } else {
+            EXPECT_EQ(iExit, 128 + iSignal) << ReadFile("test.err");
+            ++iInterrupted;
+        }
+        EXPECT_EQ(ProcessesOfTheDirectory(), "");
+        for (const char *pcName : kProcessNames) {
+            EXPECT_NE(access((m_acDir + "/" + pcName + ".sock").c_str(), F_OK), 0) << pcName;
+        }
+        EXPECT_EQ(CtlOk({"stop"}), "Nothing was running\n");
+    }
+    EXPECT_GE(iInterrupted, 5);
+}
+
+TEST_F(GatewayTest, StartThatFailsEndsWhatItStartedAndNothingElse) {
+    WriteFile("own.json",
+              "{\"identity\": {\"manufacturerOui\": \"02FFFF\", \"serialNumber\": \"7\"}}");
+    CtlOk({"start", "cwmp", "--home", m_acDir + "/own.json", "--timeout", "60"});
+    // For osgi_proxy there is no section "device".
+    const Outcome stStart = Ctl({"start", "usb_mngt", "osgi_proxy", "tarn", "--timeout", "60"});
+    EXPECT_EQ(stStart.iExit, 1);
+    EXPECT_TRUE(Contains(stStart.acErr, "osgi_proxy ended at its start")) << stStart.acErr;
+    std::string acPid = ReadFile("cwmp.pid");
+    acPid.pop_back();
+    EXPECT_EQ(ProcessesOfTheDirectory(), "/proc/" + acPid + "/environ\n");
+    EXPECT_EQ(CtlOk({"stop"}), "Ended cwmp\n");
 }
 
 TEST_F(RunningGatewayTest, StopEndsOnlyWhatIsNamed) {
