@@ -21,6 +21,8 @@ constexpr GeneralRoute kSetRecord = {"osgi_proxy", 0, kRpcSetAttachControl};
 constexpr uint32_t kHostsMax = 128;
 static_assert(kAttachControlsMax <= kHostsMax);
 
+constexpr uint32_t kRecordSize = sizeof(AttachControl);
+
 /// Bytes of the report for each host, and for what is around them.
 constexpr uint32_t kReportShare = 128;
 
@@ -195,7 +197,7 @@ uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCoun
     const uint32_t uiCount =
         stIndex.uiCount < kAttachControlsMax ? stIndex.uiCount : kAttachControlsMax;
     PlatformBlock stList;
-    if (uiCount != 0 && !stList.Make(uiCount * sizeof(AttachControl), WAP_SPOT)) {
+    if (uiCount != 0 && !stList.Make(uiCount * kRecordSize, WAP_SPOT)) {
         return Told(WAP_SPOT, 1, uiCount);
     }
     auto *pstList = static_cast<AttachControl *>(stList.Lend());
@@ -358,7 +360,7 @@ uint32_t VT_API_getAttachControlListByMac(const char *const *ppcMacs, uint32_t u
         return Told(WAP_SPOT, uiResult);
     }
     PlatformBlock stHosts;
-    if (!stHosts.Make(uiCount * sizeof(AttachControl), WAP_SPOT)) {
+    if (!stHosts.Make(uiCount * kRecordSize, WAP_SPOT)) {
         return Told(WAP_SPOT, 1, uiCount);
     }
     auto *pstHosts = static_cast<AttachControl *>(stHosts.Lend());
