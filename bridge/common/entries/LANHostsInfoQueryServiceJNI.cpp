@@ -10,8 +10,7 @@ using namespace wap;
 
 namespace {
 
-// Of a row that does not convert, one method leaves out the bad element and the other refuses all:
-// deliberately, and their bundles know.
+// A bad element is left out by the first method and makes the others refuse the array: deliberately.
 constexpr MacArrayRules kInfoMacs = {kMacArrayMax,
                                      EmptyText::kCounts,
                                      BadMac::kLeftOut,

@@ -27,7 +27,7 @@ public class LANHostsInfoQueryServiceJNI {
     /**
      * Tells the gateway's name. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example answer of the simulated gateway: {@code Home}
+     * <p>Example answer of the simulated gateway: {@code SimHome gateway}
      *
      * @return what the process wrote, 256 bytes at most; an empty text, and no fault object, when it
      *     doesn't answer, refuses or has no name
@@ -40,8 +40,11 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer of the simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"List":[{"MAC":"02:11:22:33:44:55","IP":"192.168.1.20","DevName":"Tablet"}]}
+     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:01","IP":"192.168.1.10","DevName":"desk-pc",
+     *   "HostClass":"PC","Interface":"LAN1","Active":1,"OnlineTime":7200}]}
      * }</pre>
+     *
+     * <p>The answer is one line.
      *
      * @param asMacs the addresses; {@code null} elements are left out. None asks for all hosts
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
@@ -82,8 +85,11 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer of the simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"List":[{"MAC":"02:11:22:33:44:55","UpBytes":1024,"DownBytes":65536}]}
+     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:01","RxBytes":734003200,"TxBytes":52428800,
+     *   "RxPackets":734003,"TxPackets":52428}]}
      * }</pre>
+     *
+     * <p>The answer is one line.
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all hosts
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more than

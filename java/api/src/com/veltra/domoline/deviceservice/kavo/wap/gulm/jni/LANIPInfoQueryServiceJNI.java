@@ -26,7 +26,7 @@ public class LANIPInfoQueryServiceJNI {
      * simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"LANIP":"192.168.1.1","SubnetMask":"255.255.255.0"}
+     * {"Result":0,"LANHostIP":"192.168.1.1","LANHostMask":"255.255.255.0"}
      * }</pre>
      *
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks) when

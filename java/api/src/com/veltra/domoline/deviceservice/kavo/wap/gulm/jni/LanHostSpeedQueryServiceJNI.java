@@ -26,11 +26,11 @@ public class LanHostSpeedQueryServiceJNI {
      * simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"UpSpeed":120,"DownSpeed":4800}
+     * {"Result":0,"UpSpeed":120,"DownSpeed":2400}
      * }</pre>
      *
      * @param sMac the host's MAC address as {@code app_m} writes it, for example {@code
-     *     02:11:22:33:44:55}; neither {@code null} nor empty
+     *     02:A1:B2:00:20:01}; neither {@code null} nor empty
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks) when
      *     the argument is {@code null} or empty, or when the process doesn't answer or refuses;
      *     {@code null} when it wrote nothing

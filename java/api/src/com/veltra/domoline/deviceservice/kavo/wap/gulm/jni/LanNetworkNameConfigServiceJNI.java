@@ -36,7 +36,7 @@ public class LanNetworkNameConfigServiceJNI {
     /**
      * Names a host. Asks the process {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code setLANHostName("02:11:22:33:44:55", "Tablet")} answers 0.
+     * <p>Example: {@code setLANHostName("02:A1:B2:00:20:01", "Tablet")} answers 0.
      *
      * @param sMac the host's MAC address; one of more than 31 bytes is sent as an empty text
      * @param sName the name, 1 to 64 bytes
