@@ -132,7 +132,8 @@ WAP_EXPORT uint32_t VT_API_addLanMacFltList(const char *const *ppcMacs, uint32_t
 /**
  * Deletes every entry whose MAC address is among the given, without regard to case.
  * @param pstRecord receives the deleted instance ids in the slots of their addresses; when undoing,
- *                  only addresses whose slot is not 0 are deleted
+ *                  only addresses whose slot is not 0 are deleted, and of several entries of an
+ *                  address the one whose id is in the slot
  */
 WAP_EXPORT uint32_t VT_API_delLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,
                                             wap::MacFltRecord *pstRecord, uint32_t uiRollback);

@@ -106,18 +106,15 @@ uint32_t AddForSsids(Adder &stAdder, const char *pcMac, const WlanInstBlock &stS
     return 0;
 }
 
+using WlanTable = TableCopy<WlanMacFltEntry>;
+
 /// Deletes the entries that match a list of uiCount items; when one can't be deleted, puts back
 /// those that were.
 template <class Matches>
-uint32_t DeleteFromTable(SourceSpot stSpot, uint32_t uiCount, uint32_t uiRollback,
-                         Matches fnMatches) {
-    TableCopy<WlanMacFltEntry> stTable;
-    uint32_t uiResult = ReadTable(stSpot, stTable);
-    if (uiResult != 0) {
-        return uiResult;
-    }
+uint32_t DeleteFromTable(SourceSpot stSpot, const WlanTable &stTable, uint32_t uiCount,
+                         uint32_t uiRollback, Matches fnMatches) {
     Removed<WlanMacFltEntry, kWlanTableMax> stRemoved;
-    uiResult =
+    const uint32_t uiResult =
         DeleteMatches(stSpot, stTable, uiCount, uiRollback, VT_API_delWLanMacFlt, fnMatches,
                       [&](const WlanMacFltEntry &stEntry, uint32_t) { stRemoved.Add(stEntry); });
     if (uiRollback != kMacFltDo) {
@@ -128,6 +125,19 @@ uint32_t DeleteFromTable(SourceSpot stSpot, uint32_t uiCount, uint32_t uiRollbac
         (void)VT_API_addWLanMacFltList(stRemoved.apstEntries, stRemoved.uiCount, 0, kMacFltUndo);
     }
     return uiResult;
+}
+
+/// Deletes the entries that a full index has no room to name: the table may go on behind it.
+void DeleteUnnamed(const WlanTable &stTable, const uint32_t *puiInstIds, uint32_t uiCount) {
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        bool bNamed = false;
+        for (const WlanMacFltEntry &stEntry : stTable) {
+            bNamed = bNamed || stEntry.uiInstId == puiInstIds[i];
+        }
+        if (!bNamed) {
+            (void)VT_API_delWLanMacFlt(puiInstIds[i]);
+        }
+    }
 }
 
 }  // namespace
@@ -275,11 +285,15 @@ uint32_t VT_API_addWLanMacFltListByStructInfo(const WlanMacFltEntry *const *ppst
 
 uint32_t VT_API_delWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCount,
                                        uint32_t uiRollback) {
-    const uint32_t uiResult = CheckList(WAP_SPOT, ppcMacs, uiCount, kMacFltListMax);
+    WlanTable stTable;
+    uint32_t uiResult = CheckList(WAP_SPOT, ppcMacs, uiCount, kMacFltListMax);
+    if (uiResult == 0) {
+        uiResult = ReadTable(WAP_SPOT, stTable);
+    }
     if (uiResult != 0) {
         return uiResult;
     }
-    return DeleteFromTable(WAP_SPOT, uiCount, uiRollback,
+    return DeleteFromTable(WAP_SPOT, stTable, uiCount, uiRollback,
                            [&](const WlanMacFltEntry &stEntry, uint32_t i) {
                                return SameMac(stEntry.stBody.acMac, ppcMacs[i]);
                            });
@@ -287,13 +301,21 @@ uint32_t VT_API_delWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCo
 
 uint32_t VT_API_delWLanMacFltListByInstId(const uint32_t *puiInstIds, uint32_t uiCount,
                                           uint32_t uiRollback) {
-    // Adding can ask to take back more entries than a table names, so any number goes.
-    const uint32_t uiResult = CheckList(WAP_SPOT, puiInstIds, uiCount, UINT32_MAX);
+    WlanTable stTable;
+    // Adding can ask to take back more entries than an index names, so any number goes.
+    uint32_t uiResult = CheckList(WAP_SPOT, puiInstIds, uiCount, UINT32_MAX);
+    if (uiResult == 0) {
+        uiResult = ReadTable(WAP_SPOT, stTable);
+    }
     if (uiResult != 0) {
         return uiResult;
     }
-    return DeleteFromTable(WAP_SPOT, uiCount, uiRollback,
-                           [&](const WlanMacFltEntry &stEntry, uint32_t i) {
-                               return stEntry.uiInstId == puiInstIds[i];
-                           });
+    uiResult = DeleteFromTable(WAP_SPOT, stTable, uiCount, uiRollback,
+                               [&](const WlanMacFltEntry &stEntry, uint32_t i) {
+                                   return stEntry.uiInstId == puiInstIds[i];
+                               });
+    if (uiRollback != kMacFltDo && stTable.Count() == kWlanTableMax) {
+        DeleteUnnamed(stTable, puiInstIds, uiCount);
+    }
+    return uiResult;
 }
