@@ -10,7 +10,7 @@ using namespace wap;
 
 namespace {
 
-// A bad element is left out by the first method and makes the others refuse the array: deliberately.
+// Deliberately uneven: the first method leaves a bad element out, the others refuse the array.
 constexpr MacArrayRules kInfoMacs = {kMacArrayMax,
                                      EmptyText::kCounts,
                                      BadMac::kLeftOut,

@@ -29,8 +29,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>Example answer of the simulated gateway: {@code SimHome gateway}
      *
-     * @return what the process wrote, 256 bytes at most; an empty text, and no fault object, when it
-     *     doesn't answer, refuses or has no name
+     * @return what the process wrote, 256 bytes at most; an empty text, and no fault object, when
+     *     it doesn't answer, refuses or has no name
      */
     public native String getGatewayName();
 
@@ -61,8 +61,8 @@ public class LANHostsInfoQueryServiceJNI {
      * @param sInterface the interface's name in the vocabulary of {@code app_m}, for example {@code
      *     LAN1}; neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
-     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when it
-     *     wrote nothing
+     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when
+     *     it wrote nothing
      */
     public native String getLANHostInfoByInterface(String sInterface);
 
@@ -74,8 +74,8 @@ public class LANHostsInfoQueryServiceJNI {
      * @param sHostClass the class in the vocabulary of {@code app_m}, for example {@code PHONE};
      *     neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
-     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when it
-     *     wrote nothing
+     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when
+     *     it wrote nothing
      */
     public native String getLANHostInfoByClass(String sHostClass);
 
@@ -92,27 +92,27 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>The answer is one line.
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all hosts
-     * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more than
-     *     128 addresses or a {@code null} one, or when the process doesn't answer or refuses; {@code
-     *     null} when it wrote nothing
+     * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more
+     *     than 128 addresses or a {@code null} one, or when the process doesn't answer or refuses;
+     *     {@code null} when it wrote nothing
      */
     public native String getLANHostStats(String[] asMacs);
 
     /**
-     * Tells whether hosts are filtered by their MAC addresses. Asks the process {@code gulm}, at most
-     * 5 seconds.
+     * Tells whether hosts are filtered by their MAC addresses. Asks the process {@code gulm}, at
+     * most 5 seconds.
      *
      * <p>Example answer: {@code 1}
      *
-     * @return 0 when the filter is off; 1 when those on the black list are refused; 2 when only those
-     *     on the trust list are admitted; -1 when the process doesn't answer or refuses, or when its
-     *     answer contradicts itself
+     * @return 0 when the filter is off; 1 when those on the black list are refused; 2 when only
+     *     those on the trust list are admitted; -1 when the process doesn't answer or refuses, or
+     *     when its answer contradicts itself
      */
     public native int getMacFilterMode();
 
     /**
-     * Tells the speed limits of hosts. Asks the process {@code gulm} for the list of its records and
-     * then for each of them, at most 5 seconds each.
+     * Tells the speed limits of hosts. Asks the process {@code gulm} for the list of its records
+     * and then for each of them, at most 5 seconds each.
      *
      * <p>Example answer, for two hosts of which the second has no limit:
      *
@@ -121,9 +121,9 @@ public class LANHostsInfoQueryServiceJNI {
      *   { "UpSpeed": 0, "DownSpeed": 0 } ] }
      * }</pre>
      *
-     * <p>The answer is one line. The hosts come in the order of the addresses asked for, and without
-     * them; when all are asked for, in the order of the gateway's records, of which the first 128 are
-     * told. The unit is the gateway's.
+     * <p>The answer is one line. The hosts come in the order of the addresses asked for, and
+     * without them; when all are asked for, in the order of the gateway's records, of which the
+     * first 128 are told. The unit is the gateway's.
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all records
      * @return the limits; <code>{"Result":-1}</code> (no blanks) when there are more than 128

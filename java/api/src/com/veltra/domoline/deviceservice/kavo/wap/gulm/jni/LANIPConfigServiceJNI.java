@@ -30,8 +30,8 @@ public class LANIPConfigServiceJNI {
      *
      * @param sAddress the address, neither {@code null} nor empty
      * @param sMask the mask, neither {@code null} nor empty
-     * @return 0, or -1 when an argument is {@code null} or empty, or when the process doesn't answer
-     *     or refuses
+     * @return 0, or -1 when an argument is {@code null} or empty, or when the process doesn't
+     *     answer or refuses
      */
     public native int setLANHostIP(String sAddress, String sMask);
 

@@ -40,8 +40,8 @@ public class LanNetworkNameConfigServiceJNI {
      *
      * @param sMac the host's MAC address; one of more than 31 bytes is sent as an empty text
      * @param sName the name, 1 to 64 bytes
-     * @return 0; -1 when an argument is {@code null} or empty, or when the process doesn't answer or
-     *     refuses; -2 when the name is longer
+     * @return 0; -1 when an argument is {@code null} or empty, or when the process doesn't answer
+     *     or refuses; -2 when the name is longer
      */
     public native int setLANHostName(String sMac, String sName);
 }
