@@ -130,7 +130,7 @@ TEST_F(AttachEntriesTest, ElementsAreTracedAndNullOnesKeepTheirPlace) {
 TEST_F(AttachEntriesTest, LongestArrays) {
     const std::string sTooLong = "\r\n uiMacAddrCount  is too long called \r\n";
     EXPECT_EQ(Bar(JavaMany(128)), 0);
-    EXPECT_EQ(stHome.astRecords.size(), 128u);
+    ASSERT_EQ(stHome.astRecords.size(), 128u);
     EXPECT_EQ(Allow(JavaMany(8)), 0);
     for (size_t i = 0; i < 128; ++i) {
         EXPECT_EQ(stHome.astRecords[i].uiStorage, i < 8 ? 1u : 0u);

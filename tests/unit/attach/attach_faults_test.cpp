@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 
+#include "access/jni_attach_control.h"
 #include "faults/fault_sweep.h"
 #include "support/entry_table_attach.h"
 #include "unit/attach/attach_home.h"
@@ -161,6 +162,60 @@ TEST(AttachFaults, Report) {
     const OpCounts auiCounts = SweepFaults(stSubject);
     EXPECT_EQ(CountOf(auiCounts, Op::kRpc), 3u);
     EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 15u);
+}
+
+/// The report of hosts whose limits are their numbers from 1 on, but for one of them.
+std::string ReportWithout(uint32_t uiHosts, uint32_t uiMissing) {
+    std::string sText;
+    for (uint32_t i = 1; i <= uiHosts; ++i) {
+        if (i != uiMissing) {
+            const std::string sNumber = std::to_string(i);
+            sText += std::string(sText.empty() ? "" : ",") + " { \"UpSpeed\": " + sNumber +
+                     ", \"DownSpeed\": " + sNumber + " }";
+        }
+    }
+    return "{ \"Result\": 0, \"List\": [" + sText + " ] }";
+}
+
+/// Whether this is a report of all hosts but one.
+bool LacksOne(const std::string &sText, uint32_t uiHosts) {
+    for (uint32_t uiMissing = 1; uiMissing <= uiHosts; ++uiMissing) {
+        if (sText == ReportWithout(uiHosts, uiMissing)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Somewhere on the way to forty elements the array has to grow; what it has no room for is left
+// out.
+TEST(AttachFaults, ReportGoesOnBehindAHostThatTheListRefuses) {
+    World stWorld;
+    std::vector<AttachControl> astHosts(40);
+    for (uint32_t i = 0; i < 40; ++i) {
+        astHosts[i].uiUsBandwidth = i + 1;
+        astHosts[i].uiDsBandwidth = i + 1;
+    }
+    uint32_t uiRefused = 0;
+    std::string sText;
+    for (uint32_t uiAt = 1; sText != ReportWithout(40, 0); ++uiAt) {
+        ASSERT_LT(uiAt, 2000u);
+        stWorld.ClearRecords();
+        stWorld.Plan({Op::kAlloc, uiAt, false});
+        char *pcText = nullptr;
+        const uint32_t uiResult = VT_JNI_getSpeedLimitJsonStr(astHosts.data(), 40, &pcText);
+        stWorld.Plan({});
+        EXPECT_EQ(uiResult, pcText == nullptr ? 1u : 0u);
+        sText = pcText == nullptr ? "" : pcText;
+        VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
+        if (LacksOne(sText, 40)) {
+            ++uiRefused;
+            EXPECT_EQ(stWorld.stPlatform.astFaults.back().uiCode, 0xF7100000u);
+            EXPECT_EQ(stWorld.stPlatform.astFaults.back().sFile, kWorkerFile);
+        }
+        stWorld.ExpectClean(std::to_string(uiAt));
+    }
+    EXPECT_EQ(uiRefused, 1u);
 }
 
 }  // namespace
