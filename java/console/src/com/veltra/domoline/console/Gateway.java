@@ -45,7 +45,7 @@ public final class Gateway {
      * @param call what to call
      * @return what it brought, failures included
      * @throws UnreachableException if the library can't be loaded or the message service not
-     *         started
+     *     started
      */
     public Outcome call(Arguments.Call call) throws UnreachableException {
         start();

@@ -73,8 +73,7 @@ class ArgumentsTest {
     @ParameterizedTest
     @CsvSource({"0,0", "10,10", "-1,-1", "+5,5", "0x1F,31", "-0x10,-16", "010,10", "-007,-7",
             "00,0", "2147483647,2147483647", "-2147483648,-2147483648"})
-    void
-    integers(String word, int iExpected) throws UsageException {
+    void integers(String word, int iExpected) throws UsageException {
         assertEquals(iExpected, one("ofInt", word));
         assertEquals((long) iExpected, one("ofLong", word));
     }

@@ -82,15 +82,13 @@ class DeviceInfoTest {
     }
 
     @ParameterizedTest
-    @ValueSource(strings =
-                         {
-                                 "K\u00E4fer \u00DF", // two bytes each
-                                 "\u5BB6\u5EAD\u7DB2\u8DEF", // three
-                                 "\uD83C\uDFE0 home \uD83D\uDE00", // four, surrogate pairs in Java
-                                 "quote\" back\\slash {}",
-                         })
-    void
-    anyTextArrivesUnchanged(String name) {
+    @ValueSource(strings = {
+            "K\u00E4fer \u00DF", // two bytes each
+            "\u5BB6\u5EAD\u7DB2\u8DEF", // three
+            "\uD83C\uDFE0 home \uD83D\uDE00", // four, surrogate pairs in Java
+            "quote\" back\\slash {}",
+    })
+    void anyTextArrivesUnchanged(String name) {
         with("device.defaultSsid1Name", name, "SimHome-1001",
                 () -> assertEquals(name, secret.getDeviceDefaultSSID1Name()));
     }

@@ -68,8 +68,7 @@ public class DeviceInfoQueryServiceJNI {
      * <p>Example answer: {@code 1.0}
      *
      * @return the version; should it not fit the library's buffer, <code>{ "Result": N }</code>
-     *         with
-     *     the library's code N
+     *     with the library's code N
      */
     public native String getAPIVersion();
 

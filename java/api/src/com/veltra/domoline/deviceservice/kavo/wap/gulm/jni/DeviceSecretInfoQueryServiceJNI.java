@@ -25,14 +25,12 @@ public class DeviceSecretInfoQueryServiceJNI {
     public DeviceSecretInfoQueryServiceJNI() {}
 
     /**
-     * Tells the device password. Asks the process
-     * {@code osgi_proxy}, at most 30 seconds.
+     * Tells the device password. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
      * <p>Example answer: {@code 0123456789}
      *
      * @return the password, 64 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *         doesn't
-     *     answer or refuses; {@code null} when there is no password
+     *     doesn't answer or refuses; {@code null} when there is no password
      */
     public native String getDevicePassword();
 
@@ -64,8 +62,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code admin-3f9a}
      *
      * @return the password, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *         doesn't
-     *     answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
      */
     public native String getDeviceDefaultWebPassword();
 
@@ -87,8 +84,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code k7mq2wxz}
      *
      * @return the password, 31 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *         doesn't
-     *     answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
      */
     public native String getDeviceDefaultSSID1Password();
 }
