@@ -33,6 +33,20 @@ inline void PutWholeField(char (&acField)[kSize], const char *pcText) {
     }
 }
 
+/// A reply's field as a text of its own, which ends whatever the field holds.
+template <size_t kSize>
+class FieldText {
+  public:
+    explicit FieldText(const char (&acField)[kSize]) {
+        memcpy(m_acText, acField, FieldLength(acField));
+    }
+    /// The text as the value word of a JSON item.
+    uintptr_t Word() const { return reinterpret_cast<uintptr_t>(m_acText); }
+
+  private:
+    char m_acText[kSize + 1] = {};
+};
+
 }  // namespace wap
 
 #endif

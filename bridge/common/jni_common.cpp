@@ -107,21 +107,31 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pc
                                          uiPolicy);
 }
 
-void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const JsonItem *pstItems,
-                                     uint32_t uiCount) {
-    if (pstItems == nullptr) {
-        return;
-    }
-    for (uint32_t i = 0; i < uiCount; ++i) {
+uint32_t wap::AddItems(json_object *pstObj, const JsonItem *pstItems, uint32_t uiCount) {
+    uint32_t uiFailed = 0;
+    for (uint32_t i = 0; pstItems != nullptr && i < uiCount; ++i) {
         const JsonItem &stItem = pstItems[i];
-        if (stItem.uiType < kItemTypes && kItemAdders[stItem.uiType] != nullptr) {
-            (void)kItemAdders[stItem.uiType](pstObj, stItem.pcKey, stItem.ulValue, stItem.uiPolicy);
+        if (stItem.uiType < kItemTypes && kItemAdders[stItem.uiType] != nullptr &&
+            kItemAdders[stItem.uiType](pstObj, stItem.pcKey, stItem.ulValue, stItem.uiPolicy) !=
+                0) {
+            ++uiFailed;
         }
     }
+    return uiFailed;
+}
+
+void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const JsonItem *pstItems,
+                                     uint32_t uiCount) {
+    (void)AddItems(pstObj, pstItems, uiCount);
 }
 
 uint32_t JNI_COMMON_ComposeResult2JString(const JsonItem *pstItems, uint32_t uiCount, char *pcOut,
                                           uint32_t uiOutCap, int32_t iResult) {
+    return Compose(pstItems, uiCount, pcOut, uiOutCap, iResult, Completeness::kAsFarAsItGoes);
+}
+
+uint32_t wap::Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, uint32_t uiOutCap,
+                      int32_t iResult, Completeness eCompleteness) {
     JsonValue stRoot(JNI_JSON_ObjNewObj());
     if (!stRoot) {
         RecordFault(WAP_SPOT, kErrFailed);
@@ -131,8 +141,10 @@ uint32_t JNI_COMMON_ComposeResult2JString(const JsonItem *pstItems, uint32_t uiC
     if (!AddResult(WAP_SPOT, stRoot.Lend(), iResult)) {
         return kErrFailed;
     }
-    if (iResult == 0) {
-        VT_JNI_COMMON_Json_Obj_AddItems(stRoot.Lend(), pstItems, uiCount);
+    const uint32_t uiFailed = iResult == 0 ? AddItems(stRoot.Lend(), pstItems, uiCount) : 0;
+    if (uiFailed != 0 && eCompleteness == Completeness::kWhole) {
+        RecordFault(WAP_SPOT, 1, uiFailed);
+        return 1;
     }
     const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
     if (pcText == nullptr) {

@@ -77,6 +77,17 @@ struct RuntimeNames {
 };
 static_assert(sizeof(RuntimeNames) == 96);
 
+/// Whether an answer may lack what could not be added to it.
+enum class Completeness { kAsFarAsItGoes, kWhole };
+
+/// What VT_JNI_COMMON_Json_Obj_AddItems does. Returns how many items could not be added.
+uint32_t AddItems(json_object *pstObj, const JsonItem *pstItems, uint32_t uiCount);
+
+/// What JNI_COMMON_ComposeResult2JString does; a whole answer is one that holds every item, and
+/// anything less is answered with 1: a success must not lack what memory ran out for.
+uint32_t Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, uint32_t uiOutCap,
+                 int32_t iResult, Completeness eCompleteness);
+
 }  // namespace wap
 
 extern "C" {

@@ -2,14 +2,34 @@
 
 namespace wap {
 
+namespace {
+
+/// Lets go of the objects among items that nobody will take any more.
+void ReleaseObjects(const JsonItem *pstItems, uint32_t uiCount) {
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        if (pstItems[i].uiType == kItemObject) {
+            // The word is part of the item's layout.
+            const JsonValue stValue(reinterpret_cast<json_object *>(
+                pstItems[i].ulValue));  // NOLINT(performance-no-int-to-ptr)
+        }
+    }
+}
+
+}  // namespace
+
 bool AppendObject(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
                   uint32_t uiCount) {
     JsonValue stObject(JNI_JSON_ObjNewObj());
     if (!stObject) {
+        ReleaseObjects(pstItems, uiCount);
         RecordFault(stSpot, kJsonErrObject);
         return false;
     }
-    VT_JNI_COMMON_Json_Obj_AddItems(stObject.Lend(), pstItems, uiCount);
+    const uint32_t uiFailed = AddItems(stObject.Lend(), pstItems, uiCount);
+    if (uiFailed != 0) {
+        RecordFault(stSpot, kJsonErrObject, uiFailed);
+        return false;
+    }
     const uint32_t uiResult = JNI_JSON_ObjArrayAdd(stList.Lend(), stObject.Lend());
     if (uiResult != 0) {
         RecordFault(stSpot, uiResult);
@@ -31,7 +51,7 @@ uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList,
     const JsonItem stItem = {"List", reinterpret_cast<uintptr_t>(stList.Lend()), kItemObject,
                              kEmptyAsText};
     auto *pcText = static_cast<char *>(stText.Lend());
-    const uint32_t uiResult = JNI_COMMON_ComposeResult2JString(&stItem, 1, pcText, uiCap, 0);
+    const uint32_t uiResult = Compose(&stItem, 1, pcText, uiCap, 0, Completeness::kWhole);
     if (uiResult != kErrFailed) {
         (void)stList.Release();
     }

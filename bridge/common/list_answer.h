@@ -12,9 +12,9 @@ namespace wap {
 
 /**
  * Makes an object of items and appends it to a list, which there is. An object that the list
- * refuses is released and recorded, and the list goes on without it.
- * @return false, recorded, when there is no memory for an object: objects among the items are then
- *         still the caller's
+ * refuses is released and recorded, and the list goes on without it. Objects among the items are
+ * taken over whatever happens.
+ * @return false, recorded, when there is no memory for the object or for one of its members
  */
 [[nodiscard]] bool AppendObject(SourceSpot stSpot, const JsonValue &stList,
                                 const JsonItem *pstItems, uint32_t uiCount);

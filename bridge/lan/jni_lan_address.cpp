@@ -62,16 +62,6 @@ uint32_t FetchDhcpText(char *pcBuf, uint32_t uiCap) {
     return uiResult;
 }
 
-/// A reply's field as a text of its own, which ends whatever the field holds.
-template <size_t kSize>
-struct FieldText {
-    explicit FieldText(const char (&acField)[kSize]) {
-        memcpy(acText, acField, FieldLength(acField));
-    }
-    uintptr_t Item() const { return reinterpret_cast<uintptr_t>(acText); }
-    char acText[kSize + 1] = {};
-};
-
 }  // namespace
 
 uint32_t VT_JNI_getLANHostIP(char *pcBuf, uint32_t uiCap) {
@@ -100,12 +90,12 @@ uint32_t VT_API_getDhcpInfoJsonStr(const DhcpSettings *pstSettings, char *pcBuf,
     const char *pcEnabled = pstSettings->uiEnable == 1 ? "TRUE" : "FALSE";
     const JsonItem astRows[] = {
         {"EnableDHCPServer", reinterpret_cast<uintptr_t>(pcEnabled), kItemText, kEmptyAsText},
-        {"DHCPStartIP", stStart.Item(), kItemText, kEmptyAsText},
-        {"DHCPEndIP", stEnd.Item(), kItemText, kEmptyAsText},
+        {"DHCPStartIP", stStart.Word(), kItemText, kEmptyAsText},
+        {"DHCPEndIP", stEnd.Word(), kItemText, kEmptyAsText},
         {"DHCPDuration", pstSettings->uiLease, kItemInt, kEmptyAsText},
     };
-    return JNI_COMMON_ComposeResult2JString(astRows, sizeof(astRows) / sizeof(astRows[0]), pcBuf,
-                                            uiCap, 0);
+    return Compose(astRows, sizeof(astRows) / sizeof(astRows[0]), pcBuf, uiCap, 0,
+                   Completeness::kWhole);
 }
 
 uint32_t VT_JNI_setLANHostIP(const char *pcAddress, const char *pcMask) {

@@ -79,20 +79,6 @@ uint32_t SendChange(SourceSpot stSpot, const GeneralRoute &stRoute, const Reques
     return uiResult;
 }
 
-/// The text of a reply's field, terminated or not.
-template <size_t kSize>
-class FieldText {
-  public:
-    explicit FieldText(const char (&acField)[kSize]) {
-        memcpy(m_acText, acField, FieldLength(acField));
-    }
-    /// As an item's value word.
-    uintptr_t Word() const { return reinterpret_cast<uintptr_t>(m_acText); }
-
-  private:
-    char m_acText[kSize + 1] = {};
-};
-
 uint32_t FailList(SourceSpot stSpot, uint32_t uiWanIndex, uint32_t uiInstId = 0) {
     RecordFault(stSpot, kErrNoList, uiWanIndex, uiInstId);
     return kErrNoList;
@@ -138,13 +124,9 @@ uint32_t AddGroup(const JsonValue &stGroups, const PortMappingRow *pstRows, uint
     const FieldText stName(stWan.acName);
     const JsonItem astItems[] = {
         {"WANName", stName.Word(), kItemText, kEmptyAsText},
-        {"MapList", reinterpret_cast<uintptr_t>(stMaps.Lend()), kItemObject, kEmptyAsText},
+        {"MapList", reinterpret_cast<uintptr_t>(stMaps.Release()), kItemObject, kEmptyAsText},
     };
-    if (!AppendObject(WAP_SPOT, stGroups, astItems, 2)) {
-        return FailList(WAP_SPOT, uiWanIndex);
-    }
-    (void)stMaps.Release();
-    return 0;
+    return AppendObject(WAP_SPOT, stGroups, astItems, 2) ? 0 : FailList(WAP_SPOT, uiWanIndex);
 }
 
 /// The rows before the one that ends the table.
