@@ -38,7 +38,7 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
     bool LeavesBadMacsOut() const { return stEntry.sMethod == "getLANHostInfoByMAC"; }
 
     /// Allocations: the arguments, the request, what the reply brings. Without any of them there is
-    /// the failure's answer, with two exceptions.
+    /// the failure's answer, with one exception.
     Texts AllowedWithoutMemory(const FaultPlan &stPlan) const {
         if (LeavesBadMacsOut()) {
             // The hosts of the other address, then an answer without hosts, then not even that.
@@ -46,17 +46,6 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
                 return {kFaultText};
             }
             return {stPlan.uiAt <= 2 ? sGood : sFailure};
-        }
-        if (stEntry.sMethod == "getLANDHCPInfo") {
-            // A member that can't be made is missing.
-            Texts asTexts = WithSomeLeftOut(
-                "\"{ \"Result\": 0, ",
-                {"\"EnableDHCPServer\": \"TRUE\"", "\"DHCPStartIP\": \"192.168.1.2\"",
-                 "\"DHCPEndIP\": \"192.168.1.254\"", "\"DHCPDuration\": 86400"},
-                ", ", " }\"", 1);
-            asTexts.erase(sGood);
-            asTexts.insert(sFailure);
-            return asTexts;
         }
         return {sFailure};
     }
