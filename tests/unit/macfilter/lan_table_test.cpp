@@ -224,8 +224,9 @@ TEST_F(LanTableTest, FailedFirstAddHasNothingToDelete) {
 }
 
 TEST_F(LanTableTest, FailedAddDoesNotDeleteTheAddressThatFailed) {
-    // Listed already, by somebody else.
+    // Listed already, by somebody else, and in the record from an earlier call.
     stGateway.astLan = {{1, "BB"}};
+    stRecord.auiInstIds[1] = 1;
     stGateway.mapRefused["add lan BB"] = kSomeCode;
     EXPECT_EQ(Add({"AA", "BB"}), kSomeCode);
     EXPECT_EQ(stGateway.State(), "mode 0 status 1; lan BB");
