@@ -2,6 +2,7 @@ package com.veltra.domoline.systemtest;
 
 import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceInfoQueryServiceJNI;
 import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceSecretInfoQueryServiceJNI;
+import java.util.List;
 import java.util.function.BiFunction;
 import java.util.function.Predicate;
 
@@ -9,7 +10,7 @@ import java.util.function.Predicate;
  * The device's query methods with what each answers for the home as it is shipped, and when the
  * process that it asks is not there. The answers are written out by hand.
  */
-enum DeviceMethod {
+enum DeviceMethod implements GatewayMethod {
     INFO(Gateway.kOsgiProxy, 0x47209035,
             (info, secret)
                     -> info.getDeviceInfo(),
@@ -90,29 +91,28 @@ enum DeviceMethod {
         this(process, iRpc, call, (Predicate<Object>) golden::equals, failure);
     }
 
-    Object call() {
+    @Override
+    public List<String> processes() {
+        return process == null ? List.of() : List.of(process);
+    }
+
+    @Override
+    public int rpc() {
+        return iRpc;
+    }
+
+    @Override
+    public Object call() {
         return call.apply(kInfo, kSecret);
     }
 
-    boolean isSuccess(Object answer) {
+    @Override
+    public boolean isSuccess(Object answer) {
         return answer != null && success.test(answer);
     }
 
-    boolean isFailure(Object answer) {
+    @Override
+    public boolean isFailure(Object answer) {
         return failure != null && failure.equals(answer);
-    }
-
-    void assertSucceeds() {
-        Object answer = call();
-        if (!isSuccess(answer)) {
-            throw new AssertionError(this + " answered " + answer);
-        }
-    }
-
-    void assertFails() {
-        Object answer = call();
-        if (!isFailure(answer)) {
-            throw new AssertionError(this + " answered " + answer + " instead of " + failure);
-        }
     }
 }

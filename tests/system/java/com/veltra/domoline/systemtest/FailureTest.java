@@ -7,7 +7,6 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceInfoQueryServiceJNI;
 import java.time.Duration;
-import java.util.Arrays;
 import java.util.List;
 import java.util.stream.Collectors;
 import org.junit.jupiter.api.AfterEach;
@@ -29,22 +28,27 @@ class FailureTest {
         Gateway.clear();
     }
 
-    static List<DeviceMethod> askingMethods() {
-        return Arrays.stream(DeviceMethod.values())
-                .filter(method -> method.process != null)
+    static List<GatewayMethod> askingMethods() {
+        return GatewayMethod.all()
+                .stream()
+                .filter(method -> !method.processes().isEmpty())
                 .collect(Collectors.toList());
     }
 
+    private static void fault(GatewayMethod method, String... what) {
+        Gateway.fault(method.processes().get(0), method.rpc(), what);
+    }
+
     @ParameterizedTest
-    @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp})
+    @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp, Gateway.kAppM, Gateway.kGulm})
     void killedProcessFailsItsMethodsUntilItIsBack(String process) {
-        for (DeviceMethod method : DeviceMethod.values()) {
+        for (GatewayMethod method : GatewayMethod.all()) {
             method.assertSucceeds(); // and so leaves a connection behind that will break
         }
         Gateway.kill(process);
         try {
-            for (DeviceMethod method : DeviceMethod.values()) {
-                if (process.equals(method.process)) {
+            for (GatewayMethod method : GatewayMethod.all()) {
+                if (method.processes().contains(process)) {
                     assertTimeout(Duration.ofSeconds(5), method::assertFails);
                     assertTimeout(Duration.ofSeconds(5), method::assertFails);
                 } else {
@@ -54,24 +58,24 @@ class FailureTest {
         } finally {
             Gateway.start(process);
         }
-        for (DeviceMethod method : DeviceMethod.values()) {
+        for (GatewayMethod method : GatewayMethod.all()) {
             method.assertSucceeds();
         }
     }
 
     @ParameterizedTest
     @MethodSource("askingMethods")
-    void refusalIsTheDocumentedFailure(DeviceMethod method) {
-        Gateway.fault(method.process, method.iRpc, "--code", "7", "--times", "1");
+    void refusalIsTheDocumentedFailure(GatewayMethod method) {
+        fault(method, "--code", "7", "--times", "1");
         method.assertFails();
         method.assertSucceeds();
     }
 
     @ParameterizedTest
     @MethodSource("askingMethods")
-    void garbageIsHarmless(DeviceMethod method) {
+    void garbageIsHarmless(GatewayMethod method) {
         // What a random reply is answered with is as random; that Java goes on is the point.
-        Gateway.fault(method.process, method.iRpc, "--garbage", "--times", "20");
+        fault(method, "--garbage", "--times", "20");
         for (int i = 0; i < 20; i++) {
             method.call();
         }
@@ -80,9 +84,9 @@ class FailureTest {
 
     @ParameterizedTest
     @MethodSource("askingMethods")
-    void truncatedReplyIsHarmless(DeviceMethod method) {
+    void truncatedReplyIsHarmless(GatewayMethod method) {
         for (String length : new String[] {"0", "1", "3", "11", "17"}) {
-            Gateway.fault(method.process, method.iRpc, "--truncate", length, "--times", "1");
+            fault(method, "--truncate", length, "--times", "1");
             method.call();
             method.assertSucceeds();
         }
@@ -100,6 +104,29 @@ class FailureTest {
         assertEquals("02:A1", DeviceMethod.MAC.call());
         Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--truncate", "0", "--times", "1");
         assertNull(new DeviceInfoQueryServiceJNI().getDeviceMAC());
+    }
+
+    @Test
+    void anEmptyTextIsNullButForTheGatewaysName() {
+        for (LanMethod method : new LanMethod[] {LanMethod.ADDRESS, LanMethod.SPEED}) {
+            fault(method, "--truncate", "0", "--times", "1");
+            assertNull(method.call(), method.name());
+        }
+        fault(LanMethod.GATEWAY_NAME, "--truncate", "0", "--times", "1");
+        assertEquals("", LanMethod.GATEWAY_NAME.call());
+    }
+
+    @Test
+    void aFilterModeThatContradictsItselfIsNone() {
+        // Of its two copies only the first is left.
+        fault(LanMethod.FILTER_MODE, "--truncate", "8", "--times", "1");
+        Gateway.set("macFilter.status", "1");
+        try {
+            LanMethod.FILTER_MODE.assertFails();
+            assertEquals(1, LanMethod.FILTER_MODE.call());
+        } finally {
+            Gateway.set("macFilter.status", "0");
+        }
     }
 
     @Test

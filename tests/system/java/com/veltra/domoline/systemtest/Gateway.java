@@ -8,10 +8,14 @@ import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
+import java.util.Map;
+import java.util.TreeMap;
 import java.util.concurrent.TimeUnit;
 
 /** The simulated gateway that the tests talk to, steered through its command line tool. */
 final class Gateway {
+    static final String kAppM = "app_m";
+    static final String kGulm = "gulm";
     static final String kOsgiProxy = "osgi_proxy";
     static final String kCwmp = "cwmp";
 
@@ -51,6 +55,11 @@ final class Gateway {
         return result.out;
     }
 
+    /** A value of the home; lists and objects as JSON. */
+    static String get(String path) {
+        return ctl("get", path).strip();
+    }
+
     static void set(String path, String value) {
         ctl("set", path, value);
     }
@@ -65,12 +74,76 @@ final class Gateway {
         ctl("wait");
     }
 
+    /** Lets processes crash and brings them back. */
+    static void crash(String... processes) {
+        for (String process : processes) {
+            kill(process);
+        }
+        ctl(words("start", processes));
+        ctl(words("wait", processes));
+    }
+
+    /** Ends the gateway and starts it with the home as shipped, or with another one. */
+    static void startOver(String... options) {
+        ctl("stop");
+        ctl(words("start", options, "--fresh", "--timeout", "60"));
+        ctl("wait", "--timeout", "60");
+    }
+
+    /** How many requests each process has served. */
+    static Map<String, Long> requests() {
+        Map<String, Long> counts = new TreeMap<>();
+        for (String line : ctl("status").split("\n")) {
+            String[] columns = line.trim().split(" +");
+            if (columns.length == 6 && columns[1].equals("running")) {
+                counts.put(columns[0], Long.valueOf(columns[4]));
+            }
+        }
+        return counts;
+    }
+
+    /** Insists that none of the gateway's processes is asked anything meanwhile. */
+    static void assertAsksNobody(Runnable calls) {
+        Map<String, Long> before = requests();
+        calls.run();
+        Map<String, Long> after = requests();
+        if (before.size() != 7 || !before.equals(after)) {
+            throw new AssertionError("requests before " + before + ", after " + after);
+        }
+    }
+
+    private static String[] words(String verb, String[] others, String... more) {
+        List<String> words = new ArrayList<>(List.of(verb));
+        words.addAll(Arrays.asList(others));
+        words.addAll(Arrays.asList(more));
+        return words.toArray(new String[0]);
+    }
+
     /** Lets the next calls of one RPC go wrong, until {@link #clear}. */
     static void fault(String process, int iRpc, String... what) {
-        List<String> words = new ArrayList<>();
-        words.addAll(Arrays.asList("fault", process, String.format("0x%08X", iRpc)));
-        words.addAll(Arrays.asList(what));
-        ctl(words.toArray(new String[0]));
+        ctl(words("fault", new String[] {process, String.format("0x%08X", iRpc)}, what));
+    }
+
+    /**
+     * Lets the k-th next request of one RPC be refused, and no other of the same process. The
+     * refusal stands under no RPC; what is not to be refused has a fault of its own, which does
+     * nothing but wait a millisecond.
+     *
+     * @param others what else is asked of the process before
+     */
+    static void refuseNth(String process, int iRpc, int k, int... others) {
+        for (int iOther : others) {
+            fault(process, iOther, "--delay", "1");
+        }
+        if (k > 1) {
+            fault(process, iRpc, "--delay", "1", "--times", String.valueOf(k - 1));
+        }
+        ctl("fault", process, "any", "--code", "7", "--times", "1");
+    }
+
+    /** Whether the refusal of {@link #refuseNth} is still to come. */
+    static boolean isRefusalLeft() {
+        return ctl("faults").contains("code");
     }
 
     static void clear() {
