@@ -1,0 +1,91 @@
+package com.veltra.domoline.systemtest;
+
+import com.google.gson.Gson;
+import com.google.gson.GsonBuilder;
+import com.google.gson.JsonArray;
+import com.google.gson.JsonElement;
+import com.google.gson.JsonObject;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
+import java.util.stream.StreamSupport;
+
+/**
+ * What the gateway's processes hold, asked of them beside the library; and homes of other sizes.
+ */
+final class Home {
+    private static final Gson kGson = new GsonBuilder().disableHtmlEscaping().create();
+
+    private Home() {}
+
+    /**
+     * Reads a list of the home.
+     *
+     * @param path where it is
+     * @param members what to tell of each element
+     * @return a text for each element: its members' values with a blank between them
+     */
+    static List<String> list(String path, String... members) {
+        JsonArray list = kGson.fromJson(Gateway.get(path), JsonArray.class);
+        List<String> rows = new ArrayList<>();
+        for (JsonElement element : list) {
+            JsonObject row = element.getAsJsonObject();
+            rows.add(Stream.of(members)
+                             .map(member -> row.get(member).getAsString())
+                             .collect(Collectors.joining(" ")));
+        }
+        return rows;
+    }
+
+    /** The MAC filter's wired table. */
+    static List<String> wired() {
+        return list("macFilter.lan", "mac");
+    }
+
+    /** The MAC filter's wireless table. */
+    static List<String> wireless() {
+        return list("macFilter.wlan", "ssid", "mac");
+    }
+
+    /** The attach-control records: internet right, storage right, upstream and downstream limit. */
+    static List<String> records() {
+        return list(
+                "attachControl", "mac", "internetRight", "storageRight", "upLimit", "downLimit");
+    }
+
+    static List<String> mappings() {
+        return list("portMapping", "id", "wanIndex", "enabled", "externalPort", "internalPort",
+                "protocol", "client");
+    }
+
+    /** Writes the home that is now, but with hosts of {@link Lan#manyMac}, into a file. */
+    static Path withHosts(Path file, int iCount) throws IOException {
+        JsonObject home = kGson.fromJson(Gateway.ctl("get"), JsonObject.class);
+        JsonArray hosts = home.getAsJsonArray("hosts");
+        JsonObject model = hosts.get(0).getAsJsonObject();
+        JsonArray many = new JsonArray();
+        for (int i = 0; i < iCount; i++) {
+            JsonObject host = model.deepCopy();
+            host.addProperty("mac", Lan.manyMac(i));
+            host.addProperty("ip", "10.0." + (i >> 8) + "." + (i & 0xFF));
+            host.addProperty("name", "host-" + i);
+            host.addProperty("class", i % 2 == 0 ? "PC" : "PHONE");
+            host.addProperty("rxBytes", 1000L * i);
+            many.add(host);
+        }
+        home.add("hosts", many);
+        return Files.writeString(file, kGson.toJson(home));
+    }
+
+    /** The values of one member in the list of an answer. */
+    static List<String> answered(String answer, String member) {
+        JsonObject object = kGson.fromJson(answer, JsonObject.class);
+        return StreamSupport.stream(object.getAsJsonArray("List").spliterator(), false)
+                .map(element -> element.getAsJsonObject().get(member).getAsString())
+                .collect(Collectors.toList());
+    }
+}
