@@ -8,9 +8,8 @@ namespace {
 void ReleaseObjects(const JsonItem *pstItems, uint32_t uiCount) {
     for (uint32_t i = 0; i < uiCount; ++i) {
         if (pstItems[i].uiType == kItemObject) {
-            // The word is part of the item's layout.
-            const JsonValue stValue(reinterpret_cast<json_object *>(
-                pstItems[i].ulValue));  // NOLINT(performance-no-int-to-ptr)
+            // The word is part of the item's layout. NOLINTNEXTLINE(performance-no-int-to-ptr)
+            const JsonValue stValue(reinterpret_cast<json_object *>(pstItems[i].ulValue));
         }
     }
 }
