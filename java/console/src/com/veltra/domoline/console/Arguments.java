@@ -3,9 +3,7 @@ package com.veltra.domoline.console;
 import java.lang.reflect.Array;
 import java.lang.reflect.Method;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
-import java.util.stream.Collectors;
 
 /**
  * Turns typed words into the arguments of a method.
@@ -184,16 +182,25 @@ public final class Arguments {
     }
 
     /**
-     * Makes up arguments for trying a query: 10 for every number, false for a boolean.
+     * Makes up arguments for trying a query: 10 for every number, false for a boolean, and a list
+     * without texts, which asks about everything that there is.
      *
      * @param method a method
      * @return the arguments, or null when a parameter has no value that is good for a trial
      */
     static Object[] samples(Method method) {
-        List<String> words = Arrays.stream(method.getParameterTypes())
-                                     .filter(type -> type.isPrimitive() && type != char.class)
-                                     .map(type -> type == boolean.class ? "false" : "10")
-                                     .collect(Collectors.toList());
+        List<String> words = new ArrayList<>();
+        for (Class<?> type : method.getParameterTypes()) {
+            if (type == boolean.class) {
+                words.add("false");
+            } else if (type.isPrimitive() && type != char.class) {
+                words.add("10");
+            } else if (type == String[].class) {
+                words.add("");
+            } else {
+                return null;
+            }
+        }
         try {
             return convert(method, words);
         } catch (UsageException e) {

@@ -105,8 +105,9 @@ final class Verbs {
     }
 
     @Command(name = "tour",
-            description = "Call every query method and show the answers; numbers asked for are 10."
-                    + " Ends with 1 when a call fails.")
+            description = "Call every query method and show the answers; numbers asked for are 10"
+                    + " and lists empty, methods that need a text are left out. Ends with 1 when a"
+                    + " call fails.")
     static final class Tour extends Verb {
         @Override
         int run() throws Gateway.UnreachableException {

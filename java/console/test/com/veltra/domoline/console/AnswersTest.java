@@ -82,6 +82,7 @@ class AnswersTest {
         assertFalse(outcome("getText", "{\"Other\":-1}").failed());
         assertFalse(outcome("getText", "{\"List\":[{\"Result\":-1}]}").failed());
         assertFalse(outcome("getText", "-1").failed());
+        assertFalse(outcome("getText", "").failed());
     }
 
     @Test

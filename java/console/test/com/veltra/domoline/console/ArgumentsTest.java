@@ -150,8 +150,11 @@ class ArgumentsTest {
     }
 
     @Test
-    void samplesExistForNumbersAndBooleansAlone() {
+    void samplesExistForNumbersBooleansAndListsOfTexts() {
         assertArrayEquals(new Object[] {10, false}, Arguments.samples(method("plain")));
+        assertArrayEquals(new Object[] {new String[0]}, Arguments.samples(method("ofStrings")));
+        assertNull(Arguments.samples(method("ofInts")));
+        assertNull(Arguments.samples(method("ofBytes")));
         assertNull(Arguments.samples(method("ofString")));
         assertNull(Arguments.samples(method("mixed")));
         assertNull(Arguments.samples(method("ofChar")));

@@ -24,8 +24,13 @@ class ConsoleTest {
 
     @Test
     void servicesAreFoundOnTheClassPath() {
-        assertEquals("DeviceInfoQueryServiceJNI,DeviceSecretInfoQueryServiceJNI,JNINativeMethods",
-                String.join(",", catalog.classNames()));
+        assertEquals(List.of("DeviceInfoQueryServiceJNI", "DeviceSecretInfoQueryServiceJNI",
+                             "JNINativeMethods", "LANHostsInfoQueryServiceJNI",
+                             "LANIPConfigServiceJNI", "LANIPInfoQueryServiceJNI",
+                             "LanHostSpeedLimitServiceJNI", "LanHostSpeedQueryServiceJNI",
+                             "LanNetworkAccessConfigServiceJNI", "LanNetworkNameConfigServiceJNI",
+                             "PortMappingConfigServiceJNI", "PortMappingQueryServiceJNI"),
+                List.copyOf(catalog.classNames()));
         assertTrue(ServiceCatalog.scan("/nowhere:/etc/hostname").classNames().isEmpty());
     }
 
@@ -45,6 +50,8 @@ class ConsoleTest {
     void queriesAreToldByTheirNames() throws UsageException {
         assertTrue(ServiceCatalog.isQuery(catalog.findMethods("getAPIVersion").get(0)));
         assertFalse(ServiceCatalog.isQuery(catalog.findMethods("startThread").get(0)));
+        assertFalse(ServiceCatalog.isQuery(catalog.findMethods("setMacFilterMode").get(0)));
+        assertFalse(ServiceCatalog.isQuery(catalog.findMethods("addPortMapping").get(0)));
     }
 
     @Test
@@ -53,6 +60,11 @@ class ConsoleTest {
         assertTrue(out.toString().contains("JNINativeMethods                       1 method\n"));
         assertEquals(0, console.execute("methods", "DeviceInfoQueryServiceJNI"));
         assertTrue(out.toString().contains("\nint getCPUOccupancyRate(int)\n"));
+        assertEquals(0, console.execute("methods", "PortMappingConfigServiceJNI"));
+        assertTrue(out.toString().endsWith("\nint addPortMapping(int, int, int, String, String)\n"
+                           + "int deletePortMapping(int, int)\n"
+                           + "int setPortMappingSwitch(int, int, boolean)\n"),
+                out.toString());
         assertEquals("", err.toString());
     }
 

@@ -56,8 +56,11 @@ class ConsoleProgramTest {
     void tourCallsEveryQuery() {
         Gateway.Result result = console(null);
         assertEquals(0, result.iExit, result.err);
-        assertTrue(result.out.endsWith("\n12 methods, 0 failed\n"), result.out);
-        for (String answer : List.of("SH-GW100", "02:A1:B2:00:10:01", "sim-web-pass", "02A1B2")) {
+        assertTrue(result.out.endsWith("\n20 methods, 0 failed, 3 left out\n"), result.out);
+        for (String answer : List.of("SH-GW100", "02:A1:B2:00:10:01", "sim-web-pass", "02A1B2",
+                     "\"DevName\": \"living-room-tv\"", "\"RxBytes\": 2147483648",
+                     "getMacFilterMode\n0\n", "\"WANName\": \"1_INTERNET_R_VID_100\"",
+                     "left out: needs arguments, String getLANHostSpeed(String)")) {
             assertTrue(result.out.contains(answer), answer + " is missing in " + result.out);
         }
     }
@@ -72,7 +75,8 @@ class ConsoleProgramTest {
         assertTrue(result.err.contains("gatewayctl status"), result.err);
         Gateway.Result tour = console(empty, "tour");
         assertEquals(1, tour.iExit);
-        assertTrue(tour.out.endsWith("\n12 methods, 9 failed\n"), tour.out);
+        // The gateway's name is empty then, which is no failure.
+        assertTrue(tour.out.endsWith("\n20 methods, 16 failed, 3 left out\n"), tour.out);
     }
 
     @Test
@@ -91,6 +95,27 @@ class ConsoleProgramTest {
         Gateway.Result result = console(null, "call", "getRAMOccupancyRate", "-1");
         assertEquals(0, result.iExit, result.err);
         assertTrue(result.out.matches("\\d{1,3}\n"), result.out);
+    }
+
+    @Test
+    void changesTakeListsTextsAndBooleans() {
+        assertEquals("0\n",
+                console(null, "call", "addLANHostToBlackList", Lan.kTablet + "," + Lan.kPhone).out);
+        assertEquals(List.of(Lan.kTablet, Lan.kPhone), Home.wired());
+        assertEquals("0\n", console(null, "call", "deleteLANHostFromBlackList", "").out);
+        assertEquals(List.of(), Home.wired());
+        assertEquals("{\n  \"Result\": 0,\n  \"List\": [\n    {\n      \"UpSpeed\": 0,\n"
+                        + "      \"DownSpeed\": 0\n    }\n  ]\n}\n",
+                console(null, "call", "getLANHostSpeedLimitInfo", Lan.kTablet).out);
+        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "false").out);
+        assertEquals("false", Home.list("portMapping", "enabled").get(0));
+        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "true").out);
+        assertEquals("true", Home.list("portMapping", "enabled").get(0));
+        Gateway.Result refused =
+                console(null, "call", "addPortMapping", "1", "8443", "1", "TCP", "192.168.1.11");
+        assertEquals("-2\n", refused.out);
+        assertEquals(1, refused.iExit);
+        assertTrue(refused.err.contains("The call failed."), refused.err);
     }
 
     @Test
