@@ -74,6 +74,7 @@ std::string WhatIsRestored(const std::string &sRequest) {
 template <class Row>
 std::string Index(const std::vector<Row> &astRows, size_t uiSlots) {
     std::vector<uint32_t> auiIds;
+    auiIds.reserve(astRows.size());
     for (const Row &stRow : astRows) {
         auiIds.push_back(stRow.uiId);
     }
