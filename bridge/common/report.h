@@ -15,14 +15,14 @@ struct SourceSpot {
 };
 
 /// Records a fault with up to four numbers. Never hand a secret to it.
-inline void RecordFault(SourceSpot stSpot, uint32_t uiCode, uint32_t uiArg1, uint32_t uiArg2 = 0,
+inline void RecordFault(SourceSpot stSpot, uint32_t uiStatus, uint32_t uiArg1, uint32_t uiArg2 = 0,
                         uint32_t uiArg3 = 0, uint32_t uiArg4 = 0) {
-    VT_PROC_DBG_LastWord(stSpot.pcFile, stSpot.uiLine, uiCode, uiArg1, uiArg2, uiArg3, uiArg4);
+    VT_PROC_DBG_LastWord(stSpot.pcFile, stSpot.uiLine, uiStatus, uiArg1, uiArg2, uiArg3, uiArg4);
 }
 
 /// Records a fault by its code alone.
-inline void RecordFault(SourceSpot stSpot, uint32_t uiCode) {
-    VT_PROC_DBG_LastWord_1(stSpot.pcFile, stSpot.uiLine, uiCode);
+inline void RecordFault(SourceSpot stSpot, uint32_t uiStatus) {
+    VT_PROC_DBG_LastWord_1(stSpot.pcFile, stSpot.uiLine, uiStatus);
 }
 
 /// A pointer as the fault log's 32-bit number: its low half on a 64-bit host.

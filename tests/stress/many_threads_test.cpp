@@ -17,6 +17,7 @@
 
 #include "common/jni_common.h"
 #include "support/entries.h"
+#include "support/entry_groups.h"
 #include "system/wap_msg_jni.h"
 
 namespace wap::test {
@@ -127,7 +128,7 @@ TEST(ManyThreads, CallAllEntries) {
         World &stWorld = World::Get();
         FakeJni stEnv;
         stEnv.bRecord = false;
-        const std::vector<Entry> &astEntries = Entries();
+        const std::vector<Entry> &astEntries = BasicEntries();
         uint64_t ulRounds = 0;
         do {
             // Half of the threads live in a home where every request fails, then the others.
@@ -159,6 +160,30 @@ TEST(ManyThreads, CallAllEntries) {
     EXPECT_EQ(stTally.Of("locked"), 7 * ulRounds);
     ExpectStartedOnce(stTally);
     std::printf("%llu rounds of all entries\n", static_cast<unsigned long long>(ulRounds));
+    ResetBridge();
+}
+
+TEST(ManyThreads, CallEveryEntryOfEveryGroup) {
+    ResetBridge();
+    const auto stEnd = std::chrono::steady_clock::now() + Duration();
+    OnAllThreads([&](uint32_t uiThread) {
+        World &stWorld = World::Get();
+        FakeJni stEnv;
+        stEnv.bRecord = false;
+        const std::vector<FurnishedEntry> astEntries = AllEntries();
+        size_t i = uiThread;
+        do {
+            const FurnishedEntry &stFurnished = astEntries[i++ % astEntries.size()];
+            stWorld.stPlatform.mapReplies.clear();
+            stWorld.stSecrets = {};
+            stFurnished.pfnFurnish(stWorld);
+            ASSERT_EQ(stFurnished.stEntry.fnCall(stEnv), stFurnished.stEntry.stGood)
+                << stFurnished.stEntry.sMethod;
+            stEnv.EndCall();
+            stWorld.ExpectClean(stFurnished.stEntry.sMethod);
+            stWorld.ClearRecords();
+        } while (i < uiThread + astEntries.size() || std::chrono::steady_clock::now() < stEnd);
+    });
     ResetBridge();
 }
 

@@ -30,14 +30,16 @@ struct Entry {
     std::string sSymbol;
     std::string sMethod;
     std::function<Answer(FakeJni &)> fnCall;
-    Answer stGood;     ///< with the replies of FurnishHome
+    Answer stGood;     ///< with the replies of its group
     Answer stFailure;  ///< when what it asks fails
     uint32_t uiRpcId;  ///< 0 for none
     bool bSecret;
 };
 
-/// All entries. Those that give secrets give the ones named below.
-const std::vector<Entry> &Entries();
+/// The entries of the start and of the device services. Those that give secrets give the ones named
+/// below.
+const std::vector<Entry> &BasicEntries();
+/// One of them.
 const Entry &EntryOf(const std::string &sMethod);
 
 inline constexpr const char *kDevicePassword = "device-pass-0123456789";

@@ -17,7 +17,7 @@ constexpr uint32_t kRefused = 0x00C0FFEE;
 
 std::vector<Entry> DeviceEntries(bool bSecretsOnly = false) {
     std::vector<Entry> astEntries;
-    for (const Entry &stEntry : Entries()) {
+    for (const Entry &stEntry : BasicEntries()) {
         if (stEntry.sMethod != "startThread" && (stEntry.bSecret || !bSecretsOnly)) {
             astEntries.push_back(stEntry);
         }

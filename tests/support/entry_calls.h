@@ -1,0 +1,55 @@
+// How the rows of an entry table are written: WAP_ENTRY gives the symbol, the method's name and the
+// call, with arguments that are made when it happens.
+#ifndef WAP_TESTS_SUPPORT_ENTRY_CALLS_H
+#define WAP_TESTS_SUPPORT_ENTRY_CALLS_H
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "support/entry_table.h"
+
+namespace wap::test {
+
+/// A call of an entry, whatever it gives back.
+template <class Result, class... Args, class... Makers>
+std::function<Answer(FakeJni &)> Calling(Result (*pfnMethod)(JNIEnv *, jobject, Args...),
+                                         Makers... fnMakers) {
+    return [=](FakeJni &stEnv) {
+        const Result xResult = pfnMethod(&stEnv, stEnv.JavaObject(), fnMakers(stEnv)...);
+        if constexpr (std::is_same_v<Result, jint>) {
+            return NumberAnswerOf(xResult);
+        } else {
+            return Answer{stEnv.Utf8Of(xResult), std::nullopt};
+        }
+    };
+}
+
+/// Arguments.
+inline auto Text(const char16_t *pcText) {
+    return [=](FakeJni &stEnv) { return stEnv.JavaText(pcText); };
+}
+inline auto Texts(std::vector<std::optional<std::u16string>> asTexts) {
+    return [=](FakeJni &stEnv) { return stEnv.JavaTexts(asTexts); };
+}
+inline auto Number(jint iNumber) {
+    return [=](FakeJni &) { return iNumber; };
+}
+inline auto Flag(bool bFlag) {
+    return [=](FakeJni &) -> jboolean { return bFlag ? JNI_TRUE : JNI_FALSE; };
+}
+
+}  // namespace wap::test
+
+/// The function of a method of a service class; the class's name without "ServiceJNI".
+#define WAP_METHOD(service, method) \
+    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_##service##ServiceJNI_##method
+#define WAP_NAME_OF(name) #name
+#define WAP_SYMBOL_OF(function) WAP_NAME_OF(function)
+#define WAP_ENTRY(service, method, ...)                  \
+    WAP_SYMBOL_OF(WAP_METHOD(service, method)), #method, \
+        ::wap::test::Calling(WAP_METHOD(service, method) __VA_OPT__(, ) __VA_ARGS__)
+
+#endif

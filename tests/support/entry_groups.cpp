@@ -1,0 +1,36 @@
+#include "support/entry_groups.h"
+
+#include "support/entries.h"
+#include "support/entry_table_attach.h"
+#include "support/entry_table_lan.h"
+#include "support/entry_table_macfilter.h"
+#include "support/entry_table_portmap.h"
+#include "support/furnish_attach.h"
+#include "support/furnish_lan.h"
+#include "support/furnish_macfilter.h"
+#include "support/furnish_portmap.h"
+
+namespace wap::test {
+
+const std::vector<EntryGroup> &EntryGroups() {
+    static const std::vector<EntryGroup> s_astGroups = {
+        {BasicEntries(), FurnishHome},
+        {LanEntries(), FurnishLan},
+        {PortMappingEntries(), FurnishPortMapping},
+        {MacFilterEntries(), FurnishMacFilter},
+        {AttachEntries(), FurnishAttach},
+    };
+    return s_astGroups;
+}
+
+std::vector<FurnishedEntry> AllEntries() {
+    std::vector<FurnishedEntry> astEntries;
+    for (const EntryGroup &stGroup : EntryGroups()) {
+        for (const Entry &stEntry : stGroup.astEntries) {
+            astEntries.push_back({stEntry, stGroup.pfnFurnish});
+        }
+    }
+    return astEntries;
+}
+
+}  // namespace wap::test
