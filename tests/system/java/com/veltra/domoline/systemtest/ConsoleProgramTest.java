@@ -101,16 +101,16 @@ class ConsoleProgramTest {
     void changesTakeListsTextsAndBooleans() {
         assertEquals("0\n",
                 console(null, "call", "addLANHostToBlackList", Lan.kTablet + "," + Lan.kPhone).out);
-        assertEquals(List.of(Lan.kTablet, Lan.kPhone), Home.wired());
+        assertEquals(List.of(Lan.kTablet, Lan.kPhone), Home.now().wired());
         assertEquals("0\n", console(null, "call", "deleteLANHostFromBlackList", "").out);
-        assertEquals(List.of(), Home.wired());
+        assertEquals(List.of(), Home.now().wired());
         assertEquals("{\n  \"Result\": 0,\n  \"List\": [\n    {\n      \"UpSpeed\": 0,\n"
                         + "      \"DownSpeed\": 0\n    }\n  ]\n}\n",
                 console(null, "call", "getLANHostSpeedLimitInfo", Lan.kTablet).out);
         assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "false").out);
-        assertEquals("false", Home.list("portMapping", "enabled").get(0));
+        assertEquals("false", Home.now().list("portMapping", "enabled").get(0));
         assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "true").out);
-        assertEquals("true", Home.list("portMapping", "enabled").get(0));
+        assertEquals("true", Home.now().list("portMapping", "enabled").get(0));
         Gateway.Result refused =
                 console(null, "call", "addPortMapping", "1", "8443", "1", "TCP", "192.168.1.11");
         assertEquals("-2\n", refused.out);

@@ -46,16 +46,17 @@ class EveningTest {
     }
 
     private void assertHome(String when) {
+        Home home = Home.now();
         assertEquals(Lan.hosts(hosts.toArray(new String[0])), Lan.kHosts.getLANHostInfoByMAC(null),
                 when);
-        assertEquals(hosts.size(), Home.list("hosts", "mac").size(), when);
+        assertEquals(hosts.size(), home.list("hosts", "mac").size(), when);
         assertEquals(mappingsAnswer, Lan.kMappings.getPortMappingInfo(), when);
-        assertEquals(mappings, Home.mappings(), when);
+        assertEquals(mappings, home.mappings(), when);
         assertEquals(iFilterMode, Lan.kHosts.getMacFilterMode(), when);
-        assertEquals(wired, Home.wired(), when);
-        assertEquals(wireless, Home.wireless(), when);
+        assertEquals(wired, home.wired(), when);
+        assertEquals(wireless, home.wireless(), when);
         assertEquals(limitsAnswer, Lan.kHosts.getLANHostSpeedLimitInfo(null), when);
-        assertEquals(records, Home.records(), when);
+        assertEquals(records, home.records(), when);
     }
 
     private void step(String what) {

@@ -42,12 +42,16 @@ final class Gateway {
         }
     }
 
-    /** Runs gatewayctl and insists on its success. */
-    static String ctl(String... words) {
+    private static Result tool(String... words) {
         List<String> command = new ArrayList<>();
         command.add(property("wap.gatewayctl"));
         command.addAll(Arrays.asList(words));
-        Result result = run(new ProcessBuilder(command));
+        return run(new ProcessBuilder(command));
+    }
+
+    /** Runs gatewayctl and insists on its success. */
+    static String ctl(String... words) {
+        Result result = tool(words);
         if (result.iExit != 0) {
             throw new AssertionError("gatewayctl " + String.join(" ", words) + " ended with "
                     + result.iExit + ": " + result.out + result.err);
@@ -68,10 +72,9 @@ final class Gateway {
         ctl("kill", process);
     }
 
-    /** Starts a process and comes back when the whole gateway answers. */
+    /** Starts a process and comes back when it answers. */
     static void start(String process) {
         ctl("start", process);
-        ctl("wait");
     }
 
     /** Lets processes crash and brings them back. */
@@ -80,20 +83,23 @@ final class Gateway {
             kill(process);
         }
         ctl(words("start", processes));
-        ctl(words("wait", processes));
     }
 
-    /** Ends the gateway and starts it with the home as shipped, or with another one. */
-    static void startOver(String... options) {
+    /**
+     * Ends the gateway and starts it with the home as shipped.
+     *
+     * @param words for gatewayctl start: another home, or some of the processes
+     */
+    static void startOver(String... words) {
         ctl("stop");
-        ctl(words("start", options, "--fresh", "--timeout", "60"));
-        ctl("wait", "--timeout", "60");
+        ctl(words("start", words, "--fresh", "--timeout", "60"));
     }
 
-    /** How many requests each process has served. */
+    /** How many requests each process that runs has served. */
     static Map<String, Long> requests() {
         Map<String, Long> counts = new TreeMap<>();
-        for (String line : ctl("status").split("\n")) {
+        // It ends with 1 when one is down.
+        for (String line : tool("status").out.split("\n")) {
             String[] columns = line.trim().split(" +");
             if (columns.length == 6 && columns[1].equals("running")) {
                 counts.put(columns[0], Long.valueOf(columns[4]));
@@ -107,7 +113,7 @@ final class Gateway {
         Map<String, Long> before = requests();
         calls.run();
         Map<String, Long> after = requests();
-        if (before.size() != 7 || !before.equals(after)) {
+        if (before.isEmpty() || !before.equals(after)) {
             throw new AssertionError("requests before " + before + ", after " + after);
         }
     }

@@ -20,19 +20,31 @@ import java.util.stream.StreamSupport;
 final class Home {
     private static final Gson kGson = new GsonBuilder().disableHtmlEscaping().create();
 
-    private Home() {}
+    private final JsonObject home;
+
+    private Home(JsonObject home) {
+        this.home = home;
+    }
+
+    /** The home as it is now. */
+    static Home now() {
+        return new Home(kGson.fromJson(Gateway.ctl("get"), JsonObject.class));
+    }
 
     /**
-     * Reads a list of the home.
+     * Tells a list of the home.
      *
-     * @param path where it is
+     * @param path where it is: names with dots between them
      * @param members what to tell of each element
      * @return a text for each element: its members' values with a blank between them
      */
-    static List<String> list(String path, String... members) {
-        JsonArray list = kGson.fromJson(Gateway.get(path), JsonArray.class);
+    List<String> list(String path, String... members) {
+        JsonElement list = home;
+        for (String name : path.split("\\.")) {
+            list = list.getAsJsonObject().get(name);
+        }
         List<String> rows = new ArrayList<>();
-        for (JsonElement element : list) {
+        for (JsonElement element : list.getAsJsonArray()) {
             JsonObject row = element.getAsJsonObject();
             rows.add(Stream.of(members)
                              .map(member -> row.get(member).getAsString())
@@ -42,29 +54,29 @@ final class Home {
     }
 
     /** The MAC filter's wired table. */
-    static List<String> wired() {
+    List<String> wired() {
         return list("macFilter.lan", "mac");
     }
 
     /** The MAC filter's wireless table. */
-    static List<String> wireless() {
+    List<String> wireless() {
         return list("macFilter.wlan", "ssid", "mac");
     }
 
     /** The attach-control records: internet right, storage right, upstream and downstream limit. */
-    static List<String> records() {
+    List<String> records() {
         return list(
                 "attachControl", "mac", "internetRight", "storageRight", "upLimit", "downLimit");
     }
 
-    static List<String> mappings() {
+    List<String> mappings() {
         return list("portMapping", "id", "wanIndex", "enabled", "externalPort", "internalPort",
                 "protocol", "client");
     }
 
     /** Writes the home that is now, but with hosts of {@link Lan#manyMac}, into a file. */
     static Path withHosts(Path file, int iCount) throws IOException {
-        JsonObject home = kGson.fromJson(Gateway.ctl("get"), JsonObject.class);
+        JsonObject home = now().home;
         JsonArray hosts = home.getAsJsonArray("hosts");
         JsonObject model = hosts.get(0).getAsJsonObject();
         JsonArray many = new JsonArray();

@@ -27,7 +27,7 @@ class PortMappingTest {
     @AfterEach
     void putBack() {
         Gateway.clear();
-        for (String row : Home.list("portMapping", "id", "wanIndex")) {
+        for (String row : Home.now().list("portMapping", "id", "wanIndex")) {
             int iId = Integer.parseInt(row.split(" ")[0]);
             if (iId != 1) {
                 delete(Integer.parseInt(row.split(" ")[1]), iId);
@@ -39,7 +39,7 @@ class PortMappingTest {
     @BeforeEach
     void homeIsAsShipped() {
         LanMethod.PORT_MAPPINGS.assertSucceeds();
-        assertEquals(List.of(kShipped), Home.mappings());
+        assertEquals(List.of(kShipped), Home.now().mappings());
     }
 
     private static int add(int iWan, int iExternal, int iInternal, String protocol, String client) {
@@ -69,7 +69,7 @@ class PortMappingTest {
                 listed());
         assertEquals(List.of(kShipped, "2 2 true 53 5353 UDP 192.168.1.11",
                              "3 1 true 22 2222 TCP 192.168.1.12"),
-                Home.mappings());
+                Home.now().mappings());
     }
 
     @Test
@@ -96,7 +96,7 @@ class PortMappingTest {
         // The second connection is of the other kind, whose mappings are asked for by another RPC.
         assertEquals(0, add(2, 53, 5353, "UDP", "192.168.1.11"));
         assertEquals(0, turn(2, 2, false));
-        assertEquals("2 2 false 53 5353 UDP 192.168.1.11", Home.mappings().get(1));
+        assertEquals("2 2 false 53 5353 UDP 192.168.1.11", Home.now().mappings().get(1));
     }
 
     @Test
@@ -136,7 +136,7 @@ class PortMappingTest {
         assertEquals(0, add(1, 23, 23, "PROTOCOL-OF-15-AND-MORE", "client-of-15-ch-and-more"));
         assertEquals(List.of(kShipped, "2 1 true 22 22 PROTOCOL-OF-15- client-of-15-ch",
                              "3 1 true 23 23 PROTOCOL-OF-15- client-of-15-ch"),
-                Home.mappings());
+                Home.now().mappings());
     }
 
     @Test
