@@ -130,7 +130,7 @@ class StderrToFile {
     }
 
   private:
-    std::string strPath = std::string(getenv("VT_RUNTIME_DIR")) + "/stderr";
+    std::string strPath = InRuntimeDir("stderr");
     int iOld;
 };
 
@@ -139,7 +139,7 @@ bool Serve() {
 }
 
 bool Exists(const char *pcName) {
-    return access((std::string(getenv("VT_RUNTIME_DIR")) + "/" + pcName).c_str(), F_OK) == 0;
+    return access(InRuntimeDir(pcName).c_str(), F_OK) == 0;
 }
 
 class Exhaustion : public RuntimeDirTest {
@@ -294,12 +294,12 @@ TEST_F(Exhaustion, AFaultThatCannotBeLoggedIsToldOnStderr) {
 // ---- threads ----
 
 /** Leaves the process without a right to another thread; root has no such limit. */
-bool GiveUpRoot(const char *pcDir) {
+bool GiveUpRoot() {
     if (geteuid() != 0) {
         return true;
     }
-    return chown(pcDir, kNobody, kNobody) == 0 && setresgid(kNobody, kNobody, kNobody) == 0 &&
-           setresuid(kNobody, kNobody, kNobody) == 0;
+    return chown(RuntimeDir().c_str(), kNobody, kNobody) == 0 &&
+           setresgid(kNobody, kNobody, kNobody) == 0 && setresuid(kNobody, kNobody, kNobody) == 0;
 }
 
 void *Nothing(void *pvArg) {
@@ -308,7 +308,7 @@ void *Nothing(void *pvArg) {
 
 TEST_F(Exhaustion, AThreadThatCannotBeMadeIsAFailure) {
     Expect0([] {
-        MUST(GiveUpRoot(getenv("VT_RUNTIME_DIR")));
+        MUST(GiveUpRoot());
         unsigned long ulId = 77;
         {
             Limit stLimit(RLIMIT_NPROC, 0);
@@ -326,7 +326,7 @@ TEST_F(Exhaustion, AThreadThatCannotBeMadeIsAFailure) {
 
 TEST_F(Exhaustion, AServiceWithoutItsThreadIsNotStarted) {
     Expect0([] {
-        MUST(GiveUpRoot(getenv("VT_RUNTIME_DIR")));
+        MUST(GiveUpRoot());
         {
             Limit stLimit(RLIMIT_NPROC, 0);
             MUST(stLimit.Set());
@@ -343,7 +343,7 @@ TEST_F(Exhaustion, AServiceWithoutItsThreadIsNotStarted) {
 
 TEST_F(Exhaustion, ACallerForWhomThereIsNoThreadIsHungUpOn) {
     Expect0([] {
-        MUST(GiveUpRoot(getenv("VT_RUNTIME_DIR")));
+        MUST(GiveUpRoot());
         MUST(Serve());
         {
             Limit stLimit(RLIMIT_NPROC, 0);
@@ -398,8 +398,7 @@ TEST_F(Exhaustion, ALogThatCannotGrowCostsItsLineOnly) {
             MUST(VT_OS_Printf("%s", "lost") == 4);
         }
         VT_PROC_DBG_LastWord_1("kept.cpp", 2, 6);
-        const std::string strLog =
-            FileText(std::string(getenv("VT_RUNTIME_DIR")) + "/log/logger.fault");
+        const std::string strLog = FileText(InRuntimeDir("log/logger.fault"));
         MUST(strLog.find(" kept.cpp:2 0x00000006\n") != std::string::npos);
         MUST(strLog.find("lost") == std::string::npos);
         MUST(VT_HOST_Stop() == 0);
@@ -410,7 +409,7 @@ TEST_F(Exhaustion, ALogThatCannotGrowCostsItsLineOnly) {
 TEST_F(Exhaustion, AFileThatCannotGrowSaysSo) {
     Expect0([] {
         signal(SIGXFSZ, SIG_IGN);
-        const std::string strPath = std::string(getenv("VT_RUNTIME_DIR")) + "/file";
+        const std::string strPath = InRuntimeDir("file");
         const int32_t iFd = VT_OS_Open(strPath.c_str(), O_RDWR | O_CREAT, 0600);
         MUST(iFd >= 0);
         {
@@ -446,7 +445,7 @@ TEST_F(Exhaustion, SharedMemoryWithoutAnIdIsRefused) {
         iId = VT_OS_ShmGet(IPC_PRIVATE, 1, IPC_CREAT | 0600);
         MUST(iId >= 0);
         void *pvAt = VT_OS_ShmAt(iId, nullptr, 0);
-        MUST(pvAt != reinterpret_cast<void *>(-1));
+        MUST(reinterpret_cast<intptr_t>(pvAt) != -1);
         MUST(VT_OS_ShmDt(pvAt) == 0);
         return 0;
     });

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <functional>
 #include <thread>
+#include <utility>
 
 #include "runtime_dir.h"
 
@@ -60,7 +61,7 @@ class ForeignReceiver : public RuntimeDirTest {
     void Receive(int iConnections, Behaviour pfnBehave) {
         iListener = NewRawSocket();
         ASSERT_EQ(0, ListenRaw(iListener, "odd"));
-        stThread = std::thread([this, iConnections, pfnBehave] {
+        stThread = std::thread([this, iConnections, pfnBehave = std::move(pfnBehave)] {
             for (int i = 0; i < iConnections; i++) {
                 int iFd = accept(iListener, nullptr, nullptr);
                 pfnBehave(iFd);
@@ -89,8 +90,8 @@ class ForeignReceiver : public RuntimeDirTest {
     }
 
     /** Calls a receiver that answers with the given packet instead of a good one. */
-    uint32_t CallAnsweredBy(std::function<std::string(const std::string &)> pfnPacket) {
-        Receive(1, [pfnPacket](int iFd) { Reply(iFd, pfnPacket(TakeRequest(iFd))); });
+    uint32_t CallAnsweredBy(const std::function<std::string(const std::string &)> &pfnPacket) {
+        Receive(1, [&pfnPacket](int iFd) { Reply(iFd, pfnPacket(TakeRequest(iFd))); });
         std::string strRsp(4, '#');
         uint32_t uiStatus = Call("odd", kEcho, "abcd", strRsp, 3000);
         stThread.join();

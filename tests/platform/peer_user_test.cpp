@@ -66,7 +66,7 @@ TEST_F(PeerUser, ACallerOfAnotherUserIsNotServed) {
 /** Listens as the current user under the name and tells what the first caller does. */
 int ServeOne(const char *pcName, int iReady) {
     const int iListener = NewRawSocket();
-    const std::string strPath = std::string(getenv("VT_RUNTIME_DIR")) + "/" + pcName + ".sock";
+    const std::string strPath = InRuntimeDir(std::string(pcName) + ".sock");
     if (ListenRaw(iListener, pcName) != 0 || chmod(strPath.c_str(), 0777) != 0 ||
         write(iReady, "1", 1) != 1) {
         return kNoSocket;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <numeric>
 #include <sstream>
@@ -24,8 +25,22 @@ RuntimeDirTest::RuntimeDirTest() {
 RuntimeDirTest::~RuntimeDirTest() {
     VT_HOST_Stop();
     unsetenv("VT_RUNTIME_DIR");
-    std::string strRemove = "rm -rf '" + strDir + "'";
-    EXPECT_EQ(0, system(strRemove.c_str()));
+    std::error_code stError;
+    std::filesystem::remove_all(strDir, stError);
+    EXPECT_FALSE(stError) << stError.message();
+}
+
+std::string RuntimeDir() {
+    const char *pcDir = getenv("VT_RUNTIME_DIR");
+    if (pcDir == nullptr) {
+        ADD_FAILURE() << "outside of a RuntimeDirTest";
+        abort();
+    }
+    return pcDir;
+}
+
+std::string InRuntimeDir(const std::string &strName) {
+    return RuntimeDir() + "/" + strName;
 }
 
 uint32_t TestHandler(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {
@@ -48,7 +63,7 @@ uint32_t TestHandler(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRs
             *puiRspLen = VT_HOST_NO_REPLY;
             return 0;
         case kStatus:
-            memcpy(pucRsp, "why", 3);
+            std::copy_n("why", 3, pucRsp);
             *puiRspLen = 3;
             return 0x1234;
         case kOverlong:
@@ -143,7 +158,7 @@ namespace {
 sockaddr_un AddressOf(const char *pcName) {
     sockaddr_un stAddress{};
     stAddress.sun_family = AF_UNIX;
-    const std::string strPath = std::string(getenv("VT_RUNTIME_DIR")) + "/" + pcName + ".sock";
+    const std::string strPath = InRuntimeDir(std::string(pcName) + ".sock");
     memcpy(stAddress.sun_path, strPath.c_str(), strPath.size());
     return stAddress;
 }

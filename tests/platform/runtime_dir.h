@@ -23,6 +23,12 @@ class RuntimeDirTest : public testing::Test {
     std::string strDir;
 };
 
+/** The runtime directory of the running test, also in its child processes. */
+std::string RuntimeDir();
+
+/** The path of a file in it. */
+std::string InRuntimeDir(const std::string &strName);
+
 /** The RPCs of TestHandler. */
 enum TestRpc : uint32_t {
     kEcho = 1,     /**< replies the request */

@@ -155,8 +155,10 @@ TEST_F(ServiceLife, StoppingLetsARunningHandlerAnswer) {
 TEST_F(ServiceLife, StoppingUnderLoadLosesNothingButCalls) {
     std::atomic<bool> bEnd{false};
     std::atomic<uint32_t> uiGood{0};
+    constexpr int kThreads = 4;
     std::vector<std::thread> astThreads;
-    for (int i = 0; i < 4; i++) {
+    astThreads.reserve(kThreads);
+    for (int i = 0; i < kThreads; i++) {
         astThreads.emplace_back([&] {
             while (!bEnd.load()) {
                 std::string strRsp(4, '#');

@@ -107,6 +107,7 @@ TEST(Mutexes, LetOneThreadInAtATime) {
     constexpr int kThreads = 8;
     constexpr int kRounds = 2000;
     std::vector<std::thread> astThreads;
+    astThreads.reserve(kThreads);
     for (int i = 0; i < kThreads; i++) {
         astThreads.emplace_back([&] {
             for (int iRound = 0; iRound < kRounds; iRound++) {

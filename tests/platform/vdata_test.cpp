@@ -113,8 +113,10 @@ TEST_F(VData, CrossesProcesses) {
 TEST_F(VData, IdsAreUniqueAmongThreads) {
     std::mutex stMutex;
     std::set<uint32_t> setIds;
+    constexpr int kThreads = 4;
     std::vector<std::thread> astThreads;
-    for (int i = 0; i < 4; i++) {
+    astThreads.reserve(kThreads);
+    for (int i = 0; i < kThreads; i++) {
         astThreads.emplace_back([&] {
             for (int iBlock = 0; iBlock < 50; iBlock++) {
                 uint32_t uiId = NewBlock(8).uiDataID;
@@ -148,8 +150,8 @@ TEST(SystemVMemory, IsSharedAndRemoved) {
     ASSERT_GE(iId, 0);
     char *pcFirst = static_cast<char *>(VT_OS_ShmAt(iId, nullptr, 0));
     char *pcSecond = static_cast<char *>(VT_OS_ShmAt(iId, nullptr, 0));
-    ASSERT_NE(reinterpret_cast<char *>(-1), pcFirst);
-    ASSERT_NE(reinterpret_cast<char *>(-1), pcSecond);
+    ASSERT_NE(-1, reinterpret_cast<intptr_t>(pcFirst));
+    ASSERT_NE(-1, reinterpret_cast<intptr_t>(pcSecond));
     memcpy(pcFirst, "hello", 6);
     EXPECT_STREQ("hello", pcSecond);
     shmid_ds stInfo{};
@@ -158,7 +160,7 @@ TEST(SystemVMemory, IsSharedAndRemoved) {
     EXPECT_EQ(0, VT_OS_ShmDt(pcFirst));
     EXPECT_EQ(0, VT_OS_ShmDt(pcSecond));
     EXPECT_EQ(0, VT_OS_ShmCtl(iId, IPC_RMID, nullptr));
-    EXPECT_EQ(reinterpret_cast<void *>(-1), VT_OS_ShmAt(iId, nullptr, 0));
+    EXPECT_EQ(-1, reinterpret_cast<intptr_t>(VT_OS_ShmAt(iId, nullptr, 0)));
 }
 
 TEST(SystemVMemory, MisuseFails) {
