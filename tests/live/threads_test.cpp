@@ -3,12 +3,12 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 #include "live/live_gateway.h"
+#include "support/load_time.h"
 
 namespace wap::test {
 
@@ -90,12 +90,6 @@ void Load::Check(const LiveMethod &stMethod, const Answer &stAnswer, Phase eDuri
     }
 }
 
-std::chrono::milliseconds Duration() {
-    const char *pcSeconds = std::getenv("WAP_STRESS_SECONDS");
-    const int iSeconds = pcSeconds == nullptr ? 0 : std::atoi(pcSeconds);
-    return std::chrono::seconds(iSeconds > 0 ? iSeconds : 4);
-}
-
 class LiveThreadsTest : public LiveGatewayTest {
   protected:
     /// A whole run of all threads with a death in the middle. Returns the number of calls.
@@ -121,9 +115,10 @@ class LiveThreadsTest : public LiveGatewayTest {
 
 TEST_F(LiveThreadsTest, CallAllMethodsWhileAProcessDiesAndReturns) {
     // The first run is the warm-up: what is taken once is taken in it.
-    (void)LoadWithADeath(Duration() / 4);
+    const auto stTime = LoadTime(std::chrono::seconds(4));
+    (void)LoadWithADeath(stTime / 4);
     const size_t uiBefore = HeapBytes();
-    const uint64_t ulCalls = LoadWithADeath(Duration());
+    const uint64_t ulCalls = LoadWithADeath(stTime);
     const auto lGrowth = static_cast<int64_t>(HeapBytes()) - static_cast<int64_t>(uiBefore);
     std::printf("%llu calls, heap %+lld bytes\n", static_cast<unsigned long long>(ulCalls),
                 static_cast<long long>(lGrowth));

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <barrier>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -18,6 +17,7 @@
 #include "common/jni_common.h"
 #include "support/entries.h"
 #include "support/entry_groups.h"
+#include "support/load_time.h"
 #include "system/wap_msg_jni.h"
 
 namespace wap::test {
@@ -25,14 +25,10 @@ namespace wap::test {
 namespace {
 
 constexpr uint32_t kThreads = 16;
+constexpr uint32_t kProxyCallsEach = 5;
+constexpr uint32_t kProxyCalls = kProxyCallsEach * kThreads;
 constexpr size_t kSndMidAt = 72;
-
-std::chrono::milliseconds Duration() {
-    const char *pcSeconds = std::getenv("WAP_STRESS_SECONDS");
-    const int iSeconds = pcSeconds == nullptr ? 0 : std::atoi(pcSeconds);
-    return iSeconds > 0 ? std::chrono::milliseconds(1000 * iSeconds)
-                        : std::chrono::milliseconds(1500);
-}
+constexpr std::chrono::milliseconds kUsualTime(1500);
 
 /// Runs fnBody(thread number) on kThreads threads, all let go at once, each in its own World.
 void OnAllThreads(const std::function<void(uint32_t)> &fnBody) {
@@ -123,7 +119,7 @@ const Answer &AnswerOf(const Entry &stEntry, bool bBroken) {
 TEST(ManyThreads, CallAllEntries) {
     ResetBridge();
     Tally stTally;
-    const auto stEnd = std::chrono::steady_clock::now() + Duration();
+    const auto stEnd = std::chrono::steady_clock::now() + LoadTime(kUsualTime);
     OnAllThreads([&](uint32_t uiThread) {
         World &stWorld = World::Get();
         FakeJni stEnv;
@@ -165,7 +161,7 @@ TEST(ManyThreads, CallAllEntries) {
 
 TEST(ManyThreads, CallEveryEntryOfEveryGroup) {
     ResetBridge();
-    const auto stEnd = std::chrono::steady_clock::now() + Duration();
+    const auto stEnd = std::chrono::steady_clock::now() + LoadTime(kUsualTime);
     OnAllThreads([&](uint32_t uiThread) {
         World &stWorld = World::Get();
         FakeJni stEnv;
@@ -233,17 +229,17 @@ TEST(ManyThreads, FirstProxyCalls) {
         Tally stTally;
         OnAllThreads([&](uint32_t) {
             World &stWorld = World::Get();
-            for (int j = 0; j < 5; ++j) {
+            for (uint32_t j = 0; j < kProxyCallsEach; ++j) {
                 stWorld.stPlatform.astNextReplies.push_back({0, ""});
                 EXPECT_EQ(OSGI_JNI_BundleMng_RpcCall(0, 1, nullptr, 0, nullptr, 0), 0u);
             }
             TallyRecords(stWorld.stPlatform, stTally);
         });
-        ExpectRotation(stTally, 5 * kThreads);
+        ExpectRotation(stTally, kProxyCalls);
         EXPECT_EQ(stTally.Of("mutex made"), 1u);
-        EXPECT_EQ(stTally.Of("locked"), 5 * kThreads);
+        EXPECT_EQ(stTally.Of("locked"), kProxyCalls);
         EXPECT_EQ(g_stJNIOsgiMid.uiMutexReady, 1u);
-        EXPECT_EQ(g_stJNIOsgiMid.uiCounter, 5 * kThreads);
+        EXPECT_EQ(g_stJNIOsgiMid.uiCounter, kProxyCalls);
     }
     ResetBridge();
 }
@@ -258,7 +254,7 @@ TEST(ManyThreads, FirstProxyCallsWhereMutexFails) {
             if (bFails) {
                 stWorld.stPlatform.mapStatus["VT_OS_MutexInit"] = 12;
             }
-            for (int j = 0; j < 5; ++j) {
+            for (uint32_t j = 0; j < kProxyCallsEach; ++j) {
                 stWorld.stPlatform.astNextReplies.push_back({0, ""});
                 EXPECT_EQ(OSGI_JNI_BundleMng_RpcCall(0, 1, nullptr, 0, nullptr, 0), 0u);
             }
@@ -266,7 +262,7 @@ TEST(ManyThreads, FirstProxyCallsWhereMutexFails) {
             stTally.Add("mutex made well",
                         bFails ? 0 : stWorld.stPlatform.CountCalls("VT_OS_MutexInit"));
         });
-        ExpectRotation(stTally, 5 * kThreads);
+        ExpectRotation(stTally, kProxyCalls);
         EXPECT_EQ(stTally.Of("mutex made well"), 1u);
         EXPECT_EQ(g_stJNIOsgiMid.uiMutexReady, 1u);
     }
