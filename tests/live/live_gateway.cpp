@@ -23,7 +23,9 @@ bool JniCallShallFail() {
 namespace {
 
 std::function<bool(const Answer &)> Exactly(Answer stExpected) {
-    return [stExpected](const Answer &stAnswer) { return stAnswer == stExpected; };
+    return [stExpected = std::move(stExpected)](const Answer &stAnswer) {
+        return stAnswer == stExpected;
+    };
 }
 
 std::function<bool(const Answer &)> Between(int32_t iLow, int32_t iHigh) {

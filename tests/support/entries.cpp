@@ -39,7 +39,7 @@ void FurnishHome(World &stWorld) {
     std::string sPassword(64, '\0');
     PutText(sPassword, 0, kDevicePassword);
     stWorld.stPlatform.mapReplies = {
-        {0x47209032, {0, std::string("02:A1:B2:00:00:01", 18)}},
+        {0x47209032, {0, std::string("02:A1:B2:00:00:01\0", 18)}},
         {0x47209035, {0, DeviceInfoRecord()}},
         {0x47209036, {0, std::string("\x80\x51\x01\x00", 4)}},  // 86400
         {0x47209037, {0, DefaultsRecord()}},

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "support/entry_table.h"
@@ -32,7 +33,7 @@ inline auto Text(const char16_t *pcText) {
     return [=](FakeJni &stEnv) { return stEnv.JavaText(pcText); };
 }
 inline auto Texts(std::vector<std::optional<std::u16string>> asTexts) {
-    return [=](FakeJni &stEnv) { return stEnv.JavaTexts(asTexts); };
+    return [asTexts = std::move(asTexts)](FakeJni &stEnv) { return stEnv.JavaTexts(asTexts); };
 }
 inline auto Number(jint iNumber) {
     return [=](FakeJni &) { return iNumber; };
