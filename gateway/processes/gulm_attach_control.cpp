@@ -18,16 +18,16 @@ constexpr uint8_t kDownGuaranteeBit = 1u << 7;
 
 void Apply(json_object *pstRecord, const AttachControl &stFields, uint8_t ucMask) {
     const struct {
-        uint8_t ucBit;
         const char *pcKey;
         uint32_t uiValue;
+        uint8_t ucBit;
     } astFields[] = {
-        {kInternetBit, "internetRight", stFields.uiInternetRight},
-        {kStorageBit, "storageRight", stFields.uiStorageRight},
-        {kUpBit, "upLimit", stFields.uiUsBandwidth},
-        {kDownBit, "downLimit", stFields.uiDsBandwidth},
-        {kUpGuaranteeBit, "upGuarantee", stFields.uiUsGaranteeBw},
-        {kDownGuaranteeBit, "downGuarantee", stFields.uiDsGaranteeBw},
+        {"internetRight", stFields.uiInternetRight, kInternetBit},
+        {"storageRight", stFields.uiStorageRight, kStorageBit},
+        {"upLimit", stFields.uiUsBandwidth, kUpBit},
+        {"downLimit", stFields.uiDsBandwidth, kDownBit},
+        {"upGuarantee", stFields.uiUsGaranteeBw, kUpGuaranteeBit},
+        {"downGuarantee", stFields.uiDsGaranteeBw, kDownGuaranteeBit},
     };
     for (const auto &stField : astFields) {
         if ((ucMask & stField.ucBit) != 0) {
