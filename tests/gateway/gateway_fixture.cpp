@@ -160,10 +160,9 @@ std::string GatewayTest::CtlOk(const std::vector<std::string> &astArguments) con
 
 std::string GatewayTest::ProcessesOfTheDirectory() const {
     // Programs of this machine: see RemoveDirectory. The searching one must not find itself.
-    const Outcome stFound = Run({"sh", "-c",
-                                 "exec env -u VT_RUNTIME_DIR grep -lszxF \"VT_RUNTIME_DIR=$1\" "
-                                 "/proc/[0-9]*/environ",
-                                 "sh", m_acDir});
+    constexpr char kSearch[] =
+        "exec env -u VT_RUNTIME_DIR grep -lszxF \"VT_RUNTIME_DIR=$1\" /proc/[0-9]*/environ";
+    const Outcome stFound = Run({"sh", "-c", kSearch, "sh", m_acDir});
     EXPECT_EQ(stFound.acErr, "");
     return stFound.acOut;
 }
