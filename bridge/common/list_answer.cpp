@@ -14,28 +14,41 @@ void ReleaseObjects(const JsonItem *pstItems, uint32_t uiCount) {
     }
 }
 
-}  // namespace
+/// What became of an object for a list.
+enum class Appended { kYes, kRefusedByList, kNoObject };
 
-bool AppendObject(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
-                  uint32_t uiCount) {
+Appended Append(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
+                uint32_t uiCount) {
     JsonValue stObject(JNI_JSON_ObjNewObj());
     if (!stObject) {
         ReleaseObjects(pstItems, uiCount);
         RecordFault(stSpot, kJsonErrObject);
-        return false;
+        return Appended::kNoObject;
     }
     const uint32_t uiFailed = AddItems(stObject.Lend(), pstItems, uiCount);
     if (uiFailed != 0) {
         RecordFault(stSpot, kJsonErrObject, uiFailed);
-        return false;
+        return Appended::kNoObject;
     }
     const uint32_t uiResult = JNI_JSON_ObjArrayAdd(stList.Lend(), stObject.Lend());
     if (uiResult != 0) {
         RecordFault(stSpot, uiResult);
-    } else {
-        (void)stObject.Release();
+        return Appended::kRefusedByList;
     }
-    return true;
+    (void)stObject.Release();
+    return Appended::kYes;
+}
+
+}  // namespace
+
+bool AppendObject(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
+                  uint32_t uiCount) {
+    return Append(stSpot, stList, pstItems, uiCount) != Appended::kNoObject;
+}
+
+bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
+                        uint32_t uiCount) {
+    return Append(stSpot, stList, pstItems, uiCount) == Appended::kYes;
 }
 
 uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList, uint32_t uiCap,

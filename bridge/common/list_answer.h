@@ -19,6 +19,11 @@ namespace wap {
 [[nodiscard]] bool AppendObject(SourceSpot stSpot, const JsonValue &stList,
                                 const JsonItem *pstItems, uint32_t uiCount);
 
+/// The same, but false also for an object that the list refuses: for those whose loss would be the
+/// loss of all that is in them.
+[[nodiscard]] bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList,
+                                      const JsonItem *pstItems, uint32_t uiCount);
+
 /**
  * Composes the answer in a block of its own.
  * @param pcWorker who traces the block's size

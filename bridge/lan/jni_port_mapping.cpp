@@ -126,7 +126,7 @@ uint32_t AddGroup(const JsonValue &stGroups, const PortMappingRow *pstRows, uint
         {"WANName", stName.Word(), kItemText, kEmptyAsText},
         {"MapList", reinterpret_cast<uintptr_t>(stMaps.Release()), kItemObject, kEmptyAsText},
     };
-    return AppendObject(WAP_SPOT, stGroups, astItems, 2) ? 0 : FailList(WAP_SPOT, uiWanIndex);
+    return AppendObjectOrFail(WAP_SPOT, stGroups, astItems, 2) ? 0 : FailList(WAP_SPOT, uiWanIndex);
 }
 
 /// The rows before the one that ends the table.

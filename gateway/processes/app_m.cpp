@@ -143,7 +143,11 @@ uint32_t GetSpeed(HandlerContext &stContext, std::string_view pcRequest, std::st
     return 0;
 }
 
-uint32_t GetGatewayName(HandlerContext &stContext, std::string_view, std::string &acReply) {
+uint32_t GetGatewayName(HandlerContext &stContext, std::string_view pcRequest,
+                        std::string &acReply) {
+    if (pcRequest != std::string_view("\0\0\0\0", 4)) {
+        return VT_HOST_ERR_ARGUMENT;
+    }
     const HomeReader stHome(stContext.stHome);
     acReply = std::string(stHome.Text("network.gatewayName")) + '\0';
     return 0;
@@ -171,7 +175,10 @@ uint32_t SetHostName(HandlerContext &stContext, const HostNameSet &stRequest, Wo
 }
 
 /// The LAN address is gulm's; this process only tells it.
-uint32_t GetAddress(HandlerContext &, std::string_view, std::string &acReply) {
+uint32_t GetAddress(HandlerContext &, std::string_view pcRequest, std::string &acReply) {
+    if (pcRequest != std::string_view("\1\0\0\0", sizeof(LanIndex))) {
+        return VT_HOST_ERR_ARGUMENT;
+    }
     const JsonValue stLan = PeerValue("lan");
     const JsonValue stAnswer = MakeObject();
     PutNumber(stAnswer.get(), "Result", 0);

@@ -29,7 +29,8 @@ uint32_t GetDhcp(HandlerContext &stContext, const LanIndex &stRequest, DhcpSetti
 uint32_t SetAddress(HandlerContext &stContext, const LanAddressSet &stRequest, Word &) {
     const std::string acAddress = TextIn(stRequest.acAddress);
     const std::string acMask = TextIn(stRequest.acMask);
-    if (stRequest.ucChanged != kLanAddressChanged || !IsAddress(acAddress) || !IsAddress(acMask)) {
+    if (stRequest.uiLan != 1 || stRequest.uiDevice != 1 ||
+        stRequest.ucChanged != kLanAddressChanged || !IsAddress(acAddress) || !IsAddress(acMask)) {
         return kRefused;
     }
     HomeChange stChange(stContext.stHome);
@@ -42,7 +43,8 @@ uint32_t SetAddress(HandlerContext &stContext, const LanAddressSet &stRequest, W
 uint32_t SetDhcp(HandlerContext &stContext, const DhcpSet &stRequest, Word &) {
     const std::string acStart = TextIn(stRequest.acPoolStart);
     const std::string acEnd = TextIn(stRequest.acPoolEnd);
-    if (stRequest.ucChanged != kDhcpChanged || !IsAddress(acStart) || !IsAddress(acEnd)) {
+    if (stRequest.uiLan != 1 || stRequest.ucChanged != kDhcpChanged || !IsAddress(acStart) ||
+        !IsAddress(acEnd)) {
         return kRefused;
     }
     HomeChange stChange(stContext.stHome);

@@ -24,8 +24,17 @@ json_object *FindWan(json_object *pstWans, uint32_t uiDev, uint32_t uiConnDev, u
     return nullptr;
 }
 
+/// The same by a request's header, whose kind must be the connection's.
 json_object *FindWan(json_object *pstWans, const PortMappingWan &stWan) {
-    return FindWan(pstWans, stWan.uiWanDevIns, stWan.uiWanConnDevIns, stWan.uiWanConnIns);
+    json_object *pstWan =
+        FindWan(pstWans, stWan.uiWanDevIns, stWan.uiWanConnDevIns, stWan.uiWanConnIns);
+    return pstWan != nullptr && NumberOf(pstWan, "kind") == stWan.uiConnKind ? pstWan : nullptr;
+}
+
+/// Whether a WAN connection may have port mappings.
+bool IsMappable(json_object *pstWan) {
+    const uint32_t uiMode = NumberOf(pstWan, "mappingMode");
+    return NumberOf(pstWan, "mappingGate") == 1 && (uiMode == 0 || uiMode == 2);
 }
 
 /// The index of a WAN connection's mapping.
@@ -122,7 +131,8 @@ uint32_t AddMapping(HandlerContext &stContext, const AddPortMappingRequest &stRe
     HomeChange stChange(stContext.stHome);
     json_object *pstMappings = stChange.At("portMapping");
     json_object *pstWan = FindWan(stChange.At("wan"), stRequest.stWan);
-    if (pstWan == nullptr || !IsPort(stEntry.uiExternalPort) || !IsPort(stEntry.uiInternalPort) ||
+    if (pstWan == nullptr || !IsMappable(pstWan) || !IsPort(stEntry.uiExternalPort) ||
+        stEntry.uiExternalPortEnd != stEntry.uiExternalPort || !IsPort(stEntry.uiInternalPort) ||
         stEntry.uiInternalPortCopy != stEntry.uiInternalPort || acProtocol.empty()) {
         return kRefused;
     }
@@ -169,9 +179,12 @@ uint32_t SwitchMapping(HandlerContext &stContext, const SwitchPortMappingRequest
                        Word &) {
     HomeChange stChange(stContext.stHome);
     json_object *pstMappings = stChange.At("portMapping");
-    const auto uiIndex =
-        FindMapping(pstMappings, FindWan(stChange.At("wan"), stRequest.stWan), stRequest.uiInstId);
-    if (!uiIndex || stRequest.uiChanges != kChangeEnable) {
+    const PortMappingWan &stWan = stRequest.stWan;
+    // The one request that does not tell the connection's kind.
+    json_object *pstWan =
+        FindWan(stChange.At("wan"), stWan.uiWanDevIns, stWan.uiWanConnDevIns, stWan.uiWanConnIns);
+    const auto uiIndex = FindMapping(pstMappings, pstWan, stRequest.uiInstId);
+    if (!uiIndex || stWan.uiConnKind != 0 || stRequest.uiChanges != kChangeEnable) {
         return kRefused;
     }
     PutBool(json_object_array_get_idx(pstMappings, *uiIndex), "enabled",

@@ -39,7 +39,7 @@ void AddGulmRpcs(RpcTable &stTable);
 void AddOsgiProxyRpcs(RpcTable &stTable);
 void AddCwmpRpcs(RpcTable &stTable);
 
-// Parts of gulm's.
+// What gulm serves, by theme.
 void AddLanAddressRpcs(RpcTable &stTable);
 void AddPortMappingRpcs(RpcTable &stTable);
 void AddMacFilterRpcs(RpcTable &stTable);

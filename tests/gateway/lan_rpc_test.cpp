@@ -16,6 +16,11 @@ std::string Word(uint32_t uiValue) {
     return acWord;
 }
 
+/// Words of zero, as the unused end of a list has them.
+std::string ZeroWords(size_t uiCount) {
+    return std::string(uiCount * sizeof(uint32_t), '\0');
+}
+
 uint32_t WordAt(const std::string &acBytes, size_t uiAt) {
     uint32_t uiWord = 0;
     for (size_t uiByte = 4; uiByte-- > 0;) {
@@ -122,6 +127,8 @@ TEST_F(LanGatewayTest, DhcpSettingsAreKept) {
                                    Field("192.168.1.2", 16) + Field("192.168.1.254", 16) +
                                    std::string(1938, '\0'));
     EXPECT_EQ(Call("gulm", 0x47302001, Word(2), 1990).uiStatus, kRefused);
+    EXPECT_EQ(Call("app_m", 0x471030A0, Word(2), 128).uiStatus, VT_HOST_ERR_ARGUMENT);
+    EXPECT_EQ(Call("app_m", 0x4830512A, Word(1), 256).uiStatus, VT_HOST_ERR_ARGUMENT);
     Change(0x47209099, Dhcp(0, "192.168.1.50", "192.168.1.60", 600));
     CtlOk({"kill", "gulm"});
     CtlOk({"start", "gulm", "--timeout", "60"});
@@ -237,10 +244,17 @@ TEST_F(LanGatewayTest, FeaturesAreShownAndSwitched) {
 }
 
 TEST_F(LanGatewayTest, WanRecords) {
-    const RpcReply stReply = Call("gulm", 0x47301049, Word(0) + Word(2), 284);
+    for (const uint32_t uiPlace : {1u, 2u, 3u}) {
+        // An IP connection, and its place three times over: in the index and in the record.
+        const RpcReply stReply =
+            Call("gulm", 0x47301049, Word(0) + Word(0x10100001 + (uiPlace << 12)), 284);
+        EXPECT_EQ(stReply.uiStatus, 0u);
+        EXPECT_EQ(stReply.acBytes.substr(256, 12), Word(1) + Word(uiPlace) + Word(1));
+    }
+    const RpcReply stReply = Call("gulm", 0x47301049, Word(0) + Word(0x10102001), 284);
     EXPECT_EQ(stReply.acBytes, Field("2_OTHER_R_VID_200", 256) + Word(1) + Word(2) + Word(1) +
                                    Word(0) + Word(0) + Word(1) + Word(2));
-    EXPECT_EQ(Call("gulm", 0x47301049, Word(0) + Word(9), 284).uiStatus, kRefused);
+    EXPECT_EQ(Call("gulm", 0x47301049, Word(0) + Word(0x10109001), 284).uiStatus, kRefused);
 }
 
 TEST_F(LanGatewayTest, PortMappingsAreAddedFetchedSwitchedAndDeleted) {
@@ -257,17 +271,25 @@ TEST_F(LanGatewayTest, PortMappingsAreAddedFetchedSwitchedAndDeleted) {
     EXPECT_EQ(Status(0x4720909A, Wan(1, 1) + Mapping(1, 0, 9, "TCP", "192.168.1.13")), kRefused);
     EXPECT_EQ(Status(0x4720909A, Wan(1, 1) + Mapping(1, 82, 65536, "TCP", "a")), kRefused);
     EXPECT_EQ(Status(0x4720909A, Wan(1, 9) + Mapping(1, 82, 82, "TCP", "a")), kRefused);
+    EXPECT_EQ(Status(0x4720909A, Wan(0, 1) + Mapping(1, 82, 82, "TCP", "a")), kRefused)
+        << "of another kind";
+    EXPECT_EQ(Status(0x4720909A, Wan(0, 3) + Mapping(1, 82, 82, "TCP", "a")), kRefused)
+        << "closed to mappings";
     EXPECT_EQ(Call("gulm", 0x4730902A, Word(0), 4).acBytes, Word(3));
 
     Change(0x4720909C, Wan(0, 1) + Word(3) + Mapping(0, 0, 0, "", "") + Word(0x10));
     const std::string acUnread(32, '\0');
     EXPECT_EQ(BlockOf(Call("gulm", 0x47309029, Word(0), 12)),
-              Word(1) + Word(1) + acUnread + acShipped + Word(1) + Word(3) + acUnread +
-                  Mapping(0, 81, 8081, "TCP", "192.168.1.12") + Word(2) + Word(2) + acUnread +
-                  Mapping(1, 80, 8080, "UDP", "192.168.1.11"))
+              Word(0x10101001) + Word(1) + acUnread + acShipped + Word(0x10101001) + Word(3) +
+                  acUnread + Mapping(0, 81, 8081, "TCP", "192.168.1.12") + Word(0x10102001) +
+                  Word(2) + acUnread + Mapping(1, 80, 8080, "UDP", "192.168.1.11"))
         << "one WAN's mappings stand together";
 
     EXPECT_EQ(Status(0x4720909B, Wan(1, 1) + Word(2)), kRefused) << "of another WAN";
+    EXPECT_EQ(Status(0x4720909B, Wan(0, 1) + Word(1)), kRefused) << "of another kind";
+    EXPECT_EQ(Status(0x4720909C, Wan(1, 1) + Word(1) + Mapping(0, 0, 0, "", "") + Word(0x10)),
+              kRefused)
+        << "the switch tells no kind";
     for (const uint32_t uiId : {1u, 3u}) {
         Change(0x4720909B, Wan(1, 1) + Word(uiId));
     }
@@ -286,8 +308,7 @@ TEST_F(LanGatewayTest, MacFilterModeAndTables) {
     const std::string acMac = Field("02:00:00:00:00:07", 32);
     const std::string acTimes = Field("YYYYYNN", 16) + Field("00:00", 16) + Field("23:59", 16);
     EXPECT_EQ(Change(0x47209092, Word(0) + Word(1) + acMac + std::string(32, '\0') + acTimes), 1u);
-    EXPECT_EQ(Call("gulm", 0x47309024, Word(0), 132).acBytes,
-              Word(1) + Word(1) + std::string(31 * 4, '\0'));
+    EXPECT_EQ(Call("gulm", 0x47309024, Word(0), 132).acBytes, Word(1) + Word(1) + ZeroWords(31));
     EXPECT_EQ(Call("gulm", 0x40007000, Word(1), 116).acBytes,
               Word(1) + acMac + std::string(32, '\0') + acTimes);
 
@@ -297,7 +318,7 @@ TEST_F(LanGatewayTest, MacFilterModeAndTables) {
         Call("gulm", 0x4730701D, Word(1) + acSsid + acMac + std::string(16, '\xFF'), 4).acBytes,
         Word(2));
     EXPECT_EQ(Call("gulm", 0x47309027, Word(0), 1028).acBytes,
-              Word(2) + Word(1) + Word(2) + std::string(254 * 4, '\0'));
+              Word(2) + Word(1) + Word(2) + ZeroWords(254));
     EXPECT_EQ(Call("gulm", 0x4730701A, Word(2), 68).acBytes, Word(1) + acSsid + acMac);
 
     Change(0x47209095, Word(1));
@@ -321,9 +342,42 @@ TEST_F(LanGatewayTest, MacFilterTablesHaveAnEnd) {
         << "no MAC address";
 }
 
+TEST_F(LanGatewayTest, WirelessMacFilterTableHasAnEnd) {
+    const std::string acEntry = Word(1) + Field("SSID-5", 32) + Field("02:00", 32);
+    const std::string acAdd = Word(0) + acEntry + std::string(12, '\xFF');
+    const std::string acRestore = acEntry + std::string(16, '\xFF');
+    for (uint32_t uiEntry = 1; uiEntry <= 256; ++uiEntry) {
+        ASSERT_EQ(Change(0x47209094, acAdd), uiEntry);
+    }
+    EXPECT_EQ(Status(0x47209094, acAdd), 0xF7300002u);
+    EXPECT_EQ(Call("gulm", 0x4730701D, acRestore, 4).uiStatus, 0xF7300002u);
+    const std::string acIndex = Call("gulm", 0x47309027, Word(0), 1028).acBytes;
+    EXPECT_EQ(WordAt(acIndex, 0), 256u);
+    EXPECT_EQ(WordAt(acIndex, 4 * 256), 256u);
+    // And there is room again where one was.
+    Change(0x47209095, Word(7));
+    EXPECT_EQ(Call("gulm", 0x4730701D, acRestore, 4).uiStatus, 0u);
+    EXPECT_EQ(Status(0x47209094, acAdd), 0xF7300002u);
+}
+
+TEST_F(LanGatewayTest, AttachControlListHasAnEnd) {
+    const auto Add = [](uint32_t uiHost) {
+        return Field("02:00:00:00:00:" + std::to_string(100 + uiHost), 32) + Word(1) +
+               std::string(28, '\0') + '\x0F' + std::string(15, '\0');
+    };
+    for (uint32_t uiHost = 1; uiHost <= 128; ++uiHost) {
+        ASSERT_EQ(Change(0x47209096, Add(uiHost)), uiHost);
+    }
+    EXPECT_EQ(Status(0x47209096, Add(129)), 0xF7300002u);
+    EXPECT_EQ(Status(0x47209096, Add(128)), kRefused) << "there is one for this host";
+    const std::string acIndex = Call("gulm", 0x47307034, Word(0), 516).acBytes;
+    EXPECT_EQ(WordAt(acIndex, 0), 128u);
+    EXPECT_EQ(WordAt(acIndex, 4 * 128), 128u);
+}
+
 TEST_F(LanGatewayTest, WirelessNetworksAndTheExcludedOne) {
     EXPECT_EQ(Call("app_m", 0x47103092, Word(0), 132).acBytes,
-              Word(3) + Word(1) + Word(2) + Word(5) + std::string(29 * 4, '\0'));
+              Word(3) + Word(1) + Word(2) + Word(5) + ZeroWords(29));
     EXPECT_EQ(Call("gulm", 0x49350180, Word(2), 4).acBytes, Word(1));
     EXPECT_EQ(Call("gulm", 0x49350180, Word(5), 4).acBytes, Word(0));
 }
@@ -339,8 +393,7 @@ TEST_F(LanGatewayTest, AttachControlKeepsWhatTheMaskLeavesOut) {
     };
     const auto Masked = [](char cMask) { return cMask + std::string(15, '\0'); };
     EXPECT_EQ(Change(0x47209096, Record({1, 0, 0, 0, 0, 0, 0, 0}) + Masked('\x0F')), 1u);
-    EXPECT_EQ(Call("gulm", 0x47307034, Word(0), 516).acBytes,
-              Word(1) + Word(1) + std::string(127 * 4, '\0'));
+    EXPECT_EQ(Call("gulm", 0x47307034, Word(0), 516).acBytes, Word(1) + Word(1) + ZeroWords(127));
     EXPECT_EQ(Change(0x47209097, Word(1) + Record({0, 1, 512, 2048, 9, 9, 0, 1}) + Masked('\x3D')),
               1u);
     EXPECT_EQ(Call("gulm", 0x47307030, Word(1), 64).acBytes, Record({0, 0, 512, 2048, 0, 0, 0, 0}))

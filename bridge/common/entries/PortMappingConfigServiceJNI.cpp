@@ -13,7 +13,8 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_PortMappingConfigServic
     const JavaText stProtocol = JavaText::Make(pstEnv, jProtocol);
     const JavaText stClient = JavaText::Make(pstEnv, jInternalClient);
     if (!stProtocol || !stClient) {
-        return NumberAnswer(WAP_SPOT, kErrFailed);
+        RecordFault(WAP_SPOT, kErrFailed, static_cast<uint32_t>(iWanIndex));
+        return -1;
     }
     // The spelling of the last word belongs to the text.
     WAP_TRACE(kTraceEntries,

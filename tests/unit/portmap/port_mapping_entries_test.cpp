@@ -136,6 +136,9 @@ TEST_F(AddEntryTest, MissingTextIsRefusedWithoutAsking) {
     // Only the name of the entry was traced, and each failure recorded.
     EXPECT_EQ(Traces().size(), 5u);
     EXPECT_EQ(FaultCodes(stPlatform), Codes(5, kMinusOne));
+    for (const FaultRecord &stFault : stPlatform.astFaults) {
+        EXPECT_EQ(stFault.auiArgs[0], static_cast<uint32_t>(kWan));
+    }
 }
 
 TEST_F(AddEntryTest, LongTextsAreCut) {

@@ -392,6 +392,25 @@ TEST(ListMappingFaults, EveryOperation) {
 }
 
 // The array of a group has to grow for the 32nd row.
+/// Whether there is an allocation whose failure alone has this outcome.
+bool SomeAllocationLeadsTo(const Subject &stSubject, const std::string &sOutcome) {
+    bool bSeen = false;
+    bool bHit = true;
+    for (uint32_t uiAt = 1; bHit; ++uiAt) {
+        ResetBridge();
+        World stWorld;
+        FakeJni stEnv;
+        stSubject.fnFurnish(stWorld);
+        stWorld.Plan({Op::kAlloc, uiAt, false});
+        stSubject.fnCall(stEnv);
+        bHit = stWorld.Count(Op::kAlloc) >= uiAt;
+        stWorld.Plan({});
+        bSeen = stSubject.fnOutcome(stEnv) == sOutcome || bSeen;
+        stWorld.ExpectClean();
+    }
+    return bSeen;
+}
+
 TEST(ListMappingFaults, RowThatTheListRefusesIsLeftOut) {
     std::string sTable;
     std::string sFirst;
@@ -400,22 +419,22 @@ TEST(ListMappingFaults, RowThatTheListRefusesIsLeftOut) {
         sFirst += i == 32 ? "" : (i == 1 ? "" : ", ") + JsonRow(i);
     }
     const std::string sAll = JsonList(JsonGroup("wan", sFirst + ", " + JsonRow(32)));
-    const std::string sShort = "00000000 " + JsonList(JsonGroup("wan", sFirst));
-    const Subject stSubject = ListSubject(sTable, sAll);
-    bool bSeen = false;
-    for (uint32_t uiAt = 1; !bSeen; ++uiAt) {
-        ResetBridge();
-        World stWorld;
-        FakeJni stEnv;
-        stSubject.fnFurnish(stWorld);
-        stWorld.Plan({Op::kAlloc, uiAt, false});
-        stSubject.fnCall(stEnv);
-        const uint32_t uiAllocs = stWorld.Count(Op::kAlloc);
-        stWorld.Plan({});
-        bSeen = stSubject.fnOutcome(stEnv) == sShort;
-        stWorld.ExpectClean();
-        ASSERT_GE(uiAllocs, uiAt) << "no allocation makes the array refuse a row";
+    EXPECT_TRUE(SomeAllocationLeadsTo(ListSubject(sTable, sAll),
+                                      "00000000 " + JsonList(JsonGroup("wan", sFirst))));
+}
+
+// The array of the groups has to grow for the 33rd; what that group holds must not just vanish.
+TEST(ListMappingFaults, GroupThatTheListRefusesFailsIt) {
+    std::string sTable;
+    std::string sFirst;
+    for (uint32_t i = 1; i <= 32; ++i) {
+        sTable += RowBytes(7 + i % 2, i);
+        sFirst += i == 32 ? "" : (i == 1 ? "" : ", ") + JsonGroup("wan", JsonRow(i));
     }
+    const std::string sAll = JsonList(sFirst + ", " + JsonGroup("wan", JsonRow(32)));
+    const Subject stSubject = ListSubject(sTable, sAll);
+    EXPECT_FALSE(SomeAllocationLeadsTo(stSubject, "00000000 " + JsonList(sFirst)));
+    EXPECT_TRUE(SomeAllocationLeadsTo(stSubject, Status(1)));
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ import org.junit.jupiter.api.Test;
 class EveningTest {
     private static final String kGuest = "02:A1:B2:00:20:09";
     private static final String kConsole = "02:A1:B2:00:20:0A";
-    private static final String kShippedMapping = "1 1 true 8443 443 TCP 192.168.1.10";
+    private static final String kShippedMapping =
+            "1 " + Lan.kFirst + " true 8443 443 TCP 192.168.1.10";
 
     // What the home must be like now.
     private final List<String> hosts = new ArrayList<>(
@@ -78,21 +79,25 @@ class EveningTest {
         hosts.add(host(kConsole, "192.168.1.21", "games", "OTHER", "LAN4"));
         step("two hosts joined");
 
-        assertEquals(0, Lan.kMappingConfig.addPortMapping(2, 3074, 3075, "UDP", "192.168.1.21"));
-        mappings = List.of(kShippedMapping, "2 2 true 3074 3075 UDP 192.168.1.21");
+        assertEquals(0,
+                Lan.kMappingConfig.addPortMapping(
+                        Lan.kSecond, 3074, 3075, "UDP", "192.168.1.21"));
+        mappings = List.of(
+                kShippedMapping, "2 " + Lan.kSecond + " true 3074 3075 UDP 192.168.1.21");
         mappingsAnswer = Lan.list(Lan.wan(Lan.kWanName, Lan.kShippedMapping),
                 Lan.wan(Lan.kOtherWanName,
                         Lan.mapping(2, true, 3074, 3075, "UDP", "192.168.1.21")));
         step("a port was mapped");
 
-        assertEquals(0, Lan.kMappingConfig.setPortMappingSwitch(2, 2, false));
-        mappings = List.of(kShippedMapping, "2 2 false 3074 3075 UDP 192.168.1.21");
+        assertEquals(0, Lan.kMappingConfig.setPortMappingSwitch(Lan.kSecond, 2, false));
+        mappings = List.of(
+                kShippedMapping, "2 " + Lan.kSecond + " false 3074 3075 UDP 192.168.1.21");
         mappingsAnswer = Lan.list(Lan.wan(Lan.kWanName, Lan.kShippedMapping),
                 Lan.wan(Lan.kOtherWanName,
                         Lan.mapping(2, false, 3074, 3075, "UDP", "192.168.1.21")));
         step("the mapping was switched off");
 
-        assertEquals(0, Lan.kMappingConfig.deletePortMapping(2, 2));
+        assertEquals(0, Lan.kMappingConfig.deletePortMapping(Lan.kSecond, 2));
         mappings = List.of(kShippedMapping);
         mappingsAnswer = Lan.list(Lan.wan(Lan.kWanName, Lan.kShippedMapping));
         step("the mapping was deleted");

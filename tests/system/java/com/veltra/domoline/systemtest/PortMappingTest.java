@@ -17,7 +17,7 @@ class PortMappingTest {
     private static final int kAdd = 0x4720909A;
     private static final int kDelete = 0x4720909B;
     private static final int kSwitch = 0x4720909C;
-    private static final String kShipped = "1 1 true 8443 443 TCP 192.168.1.10";
+    private static final String kShipped = row(1, Lan.kFirst, "true 8443 443 TCP 192.168.1.10");
 
     @BeforeAll
     static void attach() {
@@ -33,13 +33,18 @@ class PortMappingTest {
                 delete(Integer.parseInt(row.split(" ")[1]), iId);
             }
         }
-        turn(1, 1, true);
+        turn(Lan.kFirst, 1, true);
     }
 
     @BeforeEach
     void homeIsAsShipped() {
         LanMethod.PORT_MAPPINGS.assertSucceeds();
         assertEquals(List.of(kShipped), Home.now().mappings());
+    }
+
+    /** A mapping as the home has it. */
+    private static String row(int iId, int iWan, String rest) {
+        return iId + " " + iWan + " " + rest;
     }
 
     private static int add(int iWan, int iExternal, int iInternal, String protocol, String client) {
@@ -60,89 +65,92 @@ class PortMappingTest {
 
     @Test
     void mappingsAreListedByWanConnection() {
-        assertEquals(0, add(2, 53, 5353, "UDP", "192.168.1.11"));
-        assertEquals(0, add(1, 22, 2222, "TCP", "192.168.1.12"));
+        assertEquals(0, add(Lan.kSecond, 53, 5353, "UDP", "192.168.1.11"));
+        assertEquals(0, add(Lan.kFirst, 22, 2222, "TCP", "192.168.1.12"));
         assertEquals(Lan.list(Lan.wan(Lan.kWanName, Lan.kShippedMapping,
                                       Lan.mapping(3, true, 22, 2222, "TCP", "192.168.1.12")),
                              Lan.wan(Lan.kOtherWanName,
                                      Lan.mapping(2, true, 53, 5353, "UDP", "192.168.1.11"))),
                 listed());
-        assertEquals(List.of(kShipped, "2 2 true 53 5353 UDP 192.168.1.11",
-                             "3 1 true 22 2222 TCP 192.168.1.12"),
+        assertEquals(List.of(kShipped, row(2, Lan.kSecond, "true 53 5353 UDP 192.168.1.11"),
+                             row(3, Lan.kFirst, "true 22 2222 TCP 192.168.1.12")),
                 Home.now().mappings());
     }
 
     @Test
     void aListWithoutMappingsIsEmpty() {
-        assertEquals(0, delete(1, 1));
+        assertEquals(0, delete(Lan.kFirst, 1));
         try {
             assertEquals("{ \"Result\": 0, \"List\": [ ] }", listed());
         } finally {
-            assertEquals(0, add(1, 8443, 443, "TCP", "192.168.1.10"));
+            assertEquals(0, add(Lan.kFirst, 8443, 443, "TCP", "192.168.1.10"));
         }
     }
 
     @Test
     void aMappingIsSwitchedOffAndOn() {
         for (boolean bOn : new boolean[] {false, true}) {
-            assertEquals(0, turn(1, 1, bOn));
+            assertEquals(0, turn(Lan.kFirst, 1, bOn));
             assertEquals(Lan.list(Lan.wan(Lan.kWanName,
                                  Lan.mapping(1, bOn, 8443, 443, "TCP", "192.168.1.10"))),
                     listed());
             long lSent = Gateway.requests().get(Gateway.kOsgiProxy);
-            assertEquals(0, turn(1, 1, bOn), "it is so already");
+            assertEquals(0, turn(Lan.kFirst, 1, bOn), "it is so already");
             assertEquals(lSent, Gateway.requests().get(Gateway.kOsgiProxy), "sent once more");
         }
         // The second connection is of the other kind, whose mappings are asked for by another RPC.
-        assertEquals(0, add(2, 53, 5353, "UDP", "192.168.1.11"));
-        assertEquals(0, turn(2, 2, false));
-        assertEquals("2 2 false 53 5353 UDP 192.168.1.11", Home.now().mappings().get(1));
+        assertEquals(0, add(Lan.kSecond, 53, 5353, "UDP", "192.168.1.11"));
+        assertEquals(0, turn(Lan.kSecond, 2, false));
+        assertEquals(row(2, Lan.kSecond, "false 53 5353 UDP 192.168.1.11"),
+                Home.now().mappings().get(1));
     }
 
     @Test
     void aMappingIsDeletedOnce() {
-        assertEquals(0, add(1, 22, 2222, "TCP", "192.168.1.12"));
-        assertEquals(-1, delete(2, 2), "of another connection");
-        assertEquals(0, delete(1, 2));
-        assertEquals(-1, delete(1, 2));
+        assertEquals(0, add(Lan.kFirst, 22, 2222, "TCP", "192.168.1.12"));
+        assertEquals(-1, delete(Lan.kSecond, 2), "of another connection");
+        assertEquals(0, delete(Lan.kFirst, 2));
+        assertEquals(-1, delete(Lan.kFirst, 2));
         LanMethod.PORT_MAPPINGS.assertSucceeds();
     }
 
     @Test
     void aMappingThatTheServiceRefusesIsMinusTwo() {
-        assertEquals(-2, add(1, 8443, 1, "TCP", "192.168.1.11"), "the port is taken");
-        assertEquals(-1, add(1, 0, 1, "TCP", "192.168.1.11"), "refused with another code");
-        assertEquals(-1, add(1, 1, 65536, "TCP", "192.168.1.11"));
-        assertEquals(-1, add(1, -1, 1, "TCP", "192.168.1.11"));
+        assertEquals(-2, add(Lan.kFirst, 8443, 1, "TCP", "192.168.1.11"), "the port is taken");
+        assertEquals(-1, add(Lan.kFirst, 0, 1, "TCP", "192.168.1.11"), "refused with another code");
+        assertEquals(-1, add(Lan.kFirst, 1, 65536, "TCP", "192.168.1.11"));
+        assertEquals(-1, add(Lan.kFirst, -1, 1, "TCP", "192.168.1.11"));
         Gateway.fault(Gateway.kOsgiProxy, kAdd, "--code", "0xF7307005", "--times", "1");
-        assertEquals(-2, add(1, 1, 1, "TCP", "192.168.1.11"));
+        assertEquals(-2, add(Lan.kFirst, 1, 1, "TCP", "192.168.1.11"));
         Gateway.fault(Gateway.kOsgiProxy, kAdd, "--code", "0xF7307006", "--times", "1");
-        assertEquals(-1, add(1, 1, 1, "TCP", "192.168.1.11"));
+        assertEquals(-1, add(Lan.kFirst, 1, 1, "TCP", "192.168.1.11"));
     }
 
     @Test
     void missingTextsAreRefusedUnasked() {
         Gateway.assertAsksNobody(() -> {
             for (String none : new String[] {null, ""}) {
-                assertEquals(-1, add(1, 22, 22, none, "192.168.1.12"));
-                assertEquals(-1, add(1, 22, 22, "TCP", none));
+                assertEquals(-1, add(Lan.kFirst, 22, 22, none, "192.168.1.12"));
+                assertEquals(-1, add(Lan.kFirst, 22, 22, "TCP", none));
             }
         });
     }
 
     @Test
     void fifteenCharactersOfATextAreKept() {
-        assertEquals(0, add(1, 22, 22, "PROTOCOL-OF-15-", "client-of-15-ch"));
-        assertEquals(0, add(1, 23, 23, "PROTOCOL-OF-15-AND-MORE", "client-of-15-ch-and-more"));
-        assertEquals(List.of(kShipped, "2 1 true 22 22 PROTOCOL-OF-15- client-of-15-ch",
-                             "3 1 true 23 23 PROTOCOL-OF-15- client-of-15-ch"),
+        assertEquals(0, add(Lan.kFirst, 22, 22, "PROTOCOL-OF-15-", "client-of-15-ch"));
+        assertEquals(
+                0, add(Lan.kFirst, 23, 23, "PROTOCOL-OF-15-AND-MORE", "client-of-15-ch-and-more"));
+        assertEquals(List.of(kShipped,
+                             row(2, Lan.kFirst, "true 22 22 PROTOCOL-OF-15- client-of-15-ch"),
+                             row(3, Lan.kFirst, "true 23 23 PROTOCOL-OF-15- client-of-15-ch")),
                 Home.now().mappings());
     }
 
     @Test
     void onlySomeConnectionsMayHaveMappings() {
         // The third is closed to them, and the others don't exist.
-        for (int iWan : new int[] {3, 9, 0, -1}) {
+        for (int iWan : new int[] {Lan.kThird, 0x10109001, 1, 0, -1}) {
             assertEquals(-1, add(iWan, 22, 22, "TCP", "192.168.1.12"));
             assertEquals(-1, delete(iWan, 1));
             assertEquals(-2, turn(iWan, 1, false));
@@ -151,24 +159,24 @@ class PortMappingTest {
 
     @Test
     void anUnknownMappingCannotBeFetched() {
-        assertEquals(-2, turn(1, 2, true));
-        assertEquals(-2, turn(1, 0, true));
-        assertEquals(-2, turn(2, 1, true), "of another connection");
+        assertEquals(-2, turn(Lan.kFirst, 2, true));
+        assertEquals(-2, turn(Lan.kFirst, 0, true));
+        assertEquals(-2, turn(Lan.kSecond, 1, true), "of another connection");
         Gateway.fault(Gateway.kGulm, kGetMapping, "--code", "5", "--times", "1");
-        assertEquals(-2, turn(1, 1, false));
+        assertEquals(-2, turn(Lan.kFirst, 1, false));
     }
 
     @Test
     void refusedChangesAreMinusOne() {
         Gateway.fault(Gateway.kOsgiProxy, kDelete, "--code", "0xF7307005", "--times", "1");
         Gateway.fault(Gateway.kOsgiProxy, kSwitch, "--code", "0xF7307005", "--times", "1");
-        assertEquals(-1, delete(1, 1));
-        assertEquals(-1, turn(1, 1, false));
+        assertEquals(-1, delete(Lan.kFirst, 1));
+        assertEquals(-1, turn(Lan.kFirst, 1, false));
         // The connection is asked for twice, and here only the first time in vain or the second.
         Gateway.fault(Gateway.kGulm, kGetWan, "--code", "5", "--times", "1");
-        assertEquals(-2, turn(1, 1, false));
+        assertEquals(-2, turn(Lan.kFirst, 1, false));
         Gateway.refuseNth(Gateway.kGulm, kGetWan, 2, kGetMapping);
-        assertEquals(-1, turn(1, 1, false));
+        assertEquals(-1, turn(Lan.kFirst, 1, false));
         Gateway.fault(Gateway.kGulm, kGetWan, "--code", "5", "--times", "1");
         assertEquals(Lan.kFailed, listed(), "the connection's name is missing");
     }
@@ -179,9 +187,9 @@ class PortMappingTest {
         boolean bOwner = process.equals(Gateway.kGulm);
         Gateway.kill(process);
         try {
-            assertEquals(-1, add(1, 22, 22, "TCP", "192.168.1.12"));
-            assertEquals(-1, delete(1, 1));
-            assertEquals(bOwner ? -2 : -1, turn(1, 1, false));
+            assertEquals(-1, add(Lan.kFirst, 22, 22, "TCP", "192.168.1.12"));
+            assertEquals(-1, delete(Lan.kFirst, 1));
+            assertEquals(bOwner ? -2 : -1, turn(Lan.kFirst, 1, false));
             assertEquals(
                     bOwner ? Lan.kFailed : Lan.list(Lan.wan(Lan.kWanName, Lan.kShippedMapping)),
                     listed());
@@ -195,11 +203,12 @@ class PortMappingTest {
         int iMost = 64;
         StringBuilder mappings = new StringBuilder(Lan.kShippedMapping);
         for (int i = 2; i <= iMost; i++) {
-            assertEquals(0, add(1, 1000 + i, i, "TCP", "192.168.100.200"));
+            assertEquals(0, add(Lan.kFirst, 1000 + i, i, "TCP", "192.168.100.200"));
             mappings.append(", ").append(
                     Lan.mapping(i, true, 1000 + i, i, "TCP", "192.168.100.200"));
         }
-        assertEquals(-1, add(1, 999, 999, "TCP", "192.168.100.200"), "no room for another");
+        assertEquals(
+                -1, add(Lan.kFirst, 999, 999, "TCP", "192.168.100.200"), "no room for another");
         assertEquals(Lan.list(Lan.wan(Lan.kWanName, mappings.toString())), listed());
     }
 }

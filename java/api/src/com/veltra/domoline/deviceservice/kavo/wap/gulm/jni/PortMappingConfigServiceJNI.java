@@ -4,19 +4,20 @@ import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
 import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
 
 /**
- * Changes the port mappings (virtual servers) of the gateway's WAN connections. A port mapping leads
- * what arrives at a port of a WAN connection to a port of a host at home. {@link
+ * Changes the port mappings (virtual servers) of the gateway's WAN connections. A port mapping
+ * leads what arrives at a port of a WAN connection to a port of a host at home. {@link
  * PortMappingQueryServiceJNI#getPortMappingInfo()} lists them.
  *
- * <p>A WAN connection is named by its WAN index, four numbers in one: the type in bits 31 to 28 (1 an
- * IP connection, 2 a PPP connection), the WAN device in bits 27 to 20, the connection device in bits
- * 19 to 12, and the connection in bits 11 to 0. So {@code 0x10101001} is the IP connection 1.1.1.
+ * <p>A WAN connection is named by its WAN index, four numbers in one: the type in bits 31 to 28 (1
+ * an IP connection, 2 a PPP connection), the WAN device in bits 27 to 20, the connection device in
+ * bits 19 to 12, and the connection in bits 11 to 0. So {@code 0x10101001} is the IP connection
+ * 1.1.1.
  * Not every WAN connection may have port mappings; the gateway knows which.
  *
- * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called by
- * any number of threads. Each asks processes of the gateway one after the other and waits for each
- * answer, 5 seconds at most; a process that is not running makes it fail without waiting. No method
- * throws because of the gateway's state.
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads. Each asks processes of the gateway one after the other and waits for
+ * each answer, 5 seconds at most; a process that is not running makes it fail without waiting. No
+ * method throws because of the gateway's state.
  */
 public class PortMappingConfigServiceJNI {
     static {
@@ -30,19 +31,19 @@ public class PortMappingConfigServiceJNI {
      * Adds a port mapping, which is on at once. Asks {@code gulm} for the WAN connection and then
      * {@code osgi_proxy} for the change, at most 5 seconds each.
      *
-     * <p>Example: {@code addPortMapping(0x10101001, 8080, 80, "TCP", "192.168.1.20")} answers {@code
-     * 0}.
+     * <p>Example: {@code addPortMapping(0x10101001, 8080, 80, "TCP", "192.168.1.20")} answers
+     * {@code 0}.
      *
      * @param iWanIndex the WAN connection
      * @param iExternalPort its port; sent as it is, the gateway's service decides about it
      * @param iInternalPort the host's port; likewise
      * @param sProtocol the protocol in the gateway's words, such as {@code "TCP"}; not null, not
      *     empty; what is beyond 15 bytes of UTF-8 is cut off
-     * @param sInternalClient the host's address as text; not null, not empty; what is beyond 15 bytes
-     *     of UTF-8 is cut off
-     * @return 0; -2 when the gateway's service refuses the mapping; -1 when a text is missing (nobody
-     *     is asked then), when the WAN connection is unknown or may not have port mappings, or when
-     *     a process doesn't answer or fails otherwise
+     * @param sInternalClient the host's address as text; not null, not empty; what is beyond 15
+     *     bytes of UTF-8 is cut off
+     * @return 0; -2 when the gateway's service refuses the mapping; -1 when a text is missing
+     *     (nobody is asked then), when the WAN connection is unknown or may not have port mappings,
+     *     or when a process doesn't answer or fails otherwise
      */
     public native int addPortMapping(
             int iWanIndex,
@@ -55,7 +56,7 @@ public class PortMappingConfigServiceJNI {
      * Deletes a port mapping. Asks {@code gulm} for the WAN connection and then {@code osgi_proxy}
      * for the change, at most 5 seconds each.
      *
-     * <p>Example: {@code deletePortMapping(0x10101001, 3)} answers {@code 0}.
+     * <p>Example: {@code deletePortMapping(0x10101001, 1)} answers {@code 0}.
      *
      * @param iWanIndex the WAN connection
      * @param iInstId the mapping: {@code PortMappingIndex} in the list
@@ -69,7 +70,7 @@ public class PortMappingConfigServiceJNI {
      * there is something to change, then {@code gulm} for the WAN connection once more and {@code
      * osgi_proxy} for the change: four requests, at most 5 seconds each.
      *
-     * <p>Example: {@code setPortMappingSwitch(0x10101001, 3, false)} answers {@code 0}.
+     * <p>Example: {@code setPortMappingSwitch(0x10101001, 1, false)} answers {@code 0}.
      *
      * @param iWanIndex the WAN connection
      * @param iInstId the mapping: {@code PortMappingIndex} in the list

@@ -36,11 +36,12 @@ public class PortMappingQueryServiceJNI {
      *
      * <p>The answer is one line. The mappings come in the gateway's order, and those of one WAN
      * connection that stand apart in it make several groups of the same name. Without any mapping
-     * the list is empty: <code>{ "Result": 0, "List": [ ] }</code>. {@code PortMappingIndex} is what
-     * {@link PortMappingConfigServiceJNI} takes as the mapping's number.
+     * the list is empty: <code>{ "Result": 0, "List": [ ] }</code>. {@code PortMappingIndex} is
+     * what {@link PortMappingConfigServiceJNI} takes as the mapping's number.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
-     *     refuses, or doesn't know a WAN connection that has mappings, or when memory runs out
+     *     refuses, or doesn't know a WAN connection that has mappings, or when memory runs out. A
+     *     mapping for which the list cannot grow is left out of it
      */
     public native String getPortMappingInfo();
 }
