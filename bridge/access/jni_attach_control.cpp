@@ -1,6 +1,7 @@
 #include "access/jni_attach_control.h"
 
 #include "access/jni_macflter.h"
+#include "access/mac_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/list_answer.h"
@@ -53,8 +54,8 @@ class FilterSettings {
             return 1;
         }
         // The list is one text, and a host is on it when its MAC shows up anywhere in there.
-        const bool bListed =
-            VT_OS_StrCaseStr(static_cast<const char *>(m_stText.Lend()), pcMac) != nullptr;
+        const bool bListed = VT_OS_StrCaseStr(static_cast<const char *>(m_stText.Lend()),
+                                              MacText(pcMac).acMac) != nullptr;
         const bool bTrustList = m_uiMode != 0;
         return bListed == bTrustList ? 1 : 0;
     }
@@ -131,8 +132,9 @@ class StorageChange {
     }
     /// A host named twice has its right already the second time, which the list doesn't show yet.
     bool HasChanged(const char *pcMac) const {
+        const MacText stMac(pcMac);
         for (uint32_t i = 0; i < m_uiChanged; ++i) {
-            if (VT_OS_StrCaseCmp(m_apcChanged[i], pcMac) == 0) {
+            if (SameMac(stMac.acMac, m_apcChanged[i])) {
                 return true;
             }
         }
@@ -218,7 +220,7 @@ uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCoun
 uint32_t VT_API_getAttachControlIndex(const AttachControl *pstList, uint32_t uiCount,
                                       const char *pcMac, uint32_t *puiIndex) {
     for (uint32_t i = 0; i < uiCount; ++i) {
-        if (VT_OS_StrCaseCmp(pstList[i].acMac, pcMac) == 0) {
+        if (SameMac(pstList[i].acMac, pcMac)) {
             *puiIndex = i;
             return 0;
         }

@@ -23,8 +23,10 @@
 WAP_EXPORT uint32_t VT_API_getAttachControlList(wap::AttachControl **ppstList, uint32_t *puiCount);
 
 /**
- * Finds the first record of a host, without regard to case.
+ * Finds the first record of a host, without regard to case and to what of its MAC is behind the
+ * end of a record's field.
  * @param pstList  uiCount records, their MACs terminated
+ * @param pcMac    null is no host
  * @param puiIndex receives its place
  * @return 0; 1, not recorded, when there is none
  */

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "access/jni_macflter.h"
+#include "access/mac_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
@@ -69,18 +70,6 @@ inline uint32_t CheckList(SourceSpot stSpot, const void *pvList, uint32_t uiCoun
         return kErrMacFlt;
     }
     return 0;
-}
-
-/// Whether an entry's MAC address is that of a list. The latter is cut as it was when it was added,
-/// so that what was added can be deleted.
-template <size_t kSize>
-bool SameMac(const char (&acField)[kSize], const char *pcMac) {
-    if (pcMac == nullptr) {
-        return false;
-    }
-    char acMac[kSize] = {};
-    PutField(acMac, pcMac);
-    return VT_OS_StrCaseCmp(acField, acMac) == 0;
 }
 
 /// Ends a field that came in a reply within its bounds.
