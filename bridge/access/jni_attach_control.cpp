@@ -85,6 +85,15 @@ class RecordList {
                    ? Lend() + uiIndex
                    : nullptr;
     }
+    /// The record with an instance id, or null.
+    const AttachControl *FindInst(uint32_t uiInstId) const {
+        for (uint32_t i = 0; i < m_uiCount; ++i) {
+            if (Lend()[i].uiInstId == uiInstId) {
+                return Lend() + i;
+            }
+        }
+        return nullptr;
+    }
 
   private:
     PlatformBlock m_stBlock;
@@ -126,7 +135,7 @@ class StorageChange {
                                       ? VT_API_setStorageRight(pstRecord, uiInternet, m_uiRight)
                                       : VT_API_addStorageRight(pcMac, uiInternet, m_uiRight);
         if (uiResult == 0 && m_uiChanged < kHostsMax) {
-            m_apcChanged[m_uiChanged++] = pcMac;
+            m_astChanged[m_uiChanged++] = {pcMac, pstRecord != nullptr ? pstRecord->uiInstId : 0};
         }
         return uiResult;
     }
@@ -134,7 +143,7 @@ class StorageChange {
     bool HasChanged(const char *pcMac) const {
         const MacText stMac(pcMac);
         for (uint32_t i = 0; i < m_uiChanged; ++i) {
-            if (SameMac(stMac.acMac, m_apcChanged[i])) {
+            if (SameMac(stMac.acMac, m_astChanged[i].pcMac)) {
                 return true;
             }
         }
@@ -152,16 +161,25 @@ class StorageChange {
         }
         StorageChange stOpposite(m_stFilter, m_uiRight == 0 ? 1 : 0);
         for (uint32_t i = 0; i < m_uiChanged; ++i) {
-            const uint32_t uiResult =
-                stOpposite.Apply(m_apcChanged[i], stList.Find(m_apcChanged[i]));
+            const Changed &stChanged = m_astChanged[i];
+            // By its id: a host can have several records, and each was changed for itself.
+            const AttachControl *pstRecord = stChanged.uiInstId != 0
+                                                 ? stList.FindInst(stChanged.uiInstId)
+                                                 : stList.Find(stChanged.pcMac);
+            const uint32_t uiResult = stOpposite.Apply(stChanged.pcMac, pstRecord);
             (void)Told(WAP_SPOT, uiResult, i, m_uiChanged);
         }
     }
 
   private:
+    struct Changed {
+        const char *pcMac;
+        uint32_t uiInstId;  ///< 0 for a record that was made
+    };
+
     const FilterSettings &m_stFilter;
     uint32_t m_uiRight;
-    const char *m_apcChanged[kHostsMax] = {};
+    Changed m_astChanged[kHostsMax] = {};
     uint32_t m_uiChanged = 0;
 };
 

@@ -134,6 +134,37 @@ TEST_F(StorageUndoTest, AllowingAllIsUndoneTheSameWay) {
     EXPECT_EQ(stHome.astRecords, astBefore);
 }
 
+// Two records of one host are two changes, and each is set back.
+TEST_F(StorageUndoTest, AllowingAllIsUndoneForEveryRecordOfAHost) {
+    stHome.astRecords = {{5, kMacA, 1, 0, 10, 20}, {6, kMacA, 1, 0, 30, 40}, {7, kMacB, 1, 0}};
+    const std::vector<Record> astBefore = stHome.astRecords;
+    RefuseChanges({3});
+    EXPECT_EQ(VT_API_changeStorgeRightList(1), kRefused + 3);
+    EXPECT_EQ(Sent(), FilterRequests() + ListRequests({5, 6, 7}) +
+                          SetRequest({5, kMacA, 1, 1, 10, 20}, 0x0F) +
+                          SetRequest({6, kMacA, 1, 1, 30, 40}, 0x0F) +
+                          SetRequest({7, kMacB, 1, 1}, 0x0F) + ListRequests({5, 6, 7}) +
+                          SetRequest({5, kMacA, 1, 0, 10, 20}, 0x0F) +
+                          SetRequest({6, kMacA, 1, 0, 30, 40}, 0x0F));
+    EXPECT_EQ(stHome.astRecords, astBefore);
+}
+
+// Another record of the host came first meanwhile: it was not changed, so it is not set back.
+TEST_F(StorageUndoTest, TheRecordThatWasChangedIsSetBackWhereverItIsNow) {
+    stHome.astRecords = {{5, kMacA, 1, 0}, {6, kMacB, 1, 0}};
+    uint32_t uiSets = 0;
+    stHome.fnRefuse = [&](const RpcRecord &stRpc) -> uint32_t {
+        if (stRpc.uiRpcId != kSetId || ++uiSets != 2) {
+            return 0;
+        }
+        stHome.astRecords.insert(stHome.astRecords.begin(), Record{4, kMacA, 1, 1});
+        return kRefused;
+    };
+    EXPECT_EQ(Allow({kMacA, kMacB}), kRefused);
+    EXPECT_EQ(stHome.astRecords,
+              (std::vector<Record>{{4, kMacA, 1, 1}, {5, kMacA, 1, 0}, {6, kMacB, 1, 0}}));
+}
+
 TEST_F(StorageUndoTest, BarringAllIsUndoneTheSameWay) {
     stHome.astRecords = {{5, kMacA}, {6, kMacB}};
     RefuseChanges({2});
