@@ -2,8 +2,10 @@
 #include <time.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 #include "host_util.h"
 
@@ -19,20 +21,35 @@ struct CpuTimes {
     uint64_t uiIdle;
 };
 
+/** Reads decimal numbers, blanks before each. @return how many there are, uiMax at most */
+size_t ReadNumbers(std::string_view strText, uint64_t *puiNumbers, size_t uiMax) {
+    const char *pcAt = strText.data();
+    const char *pcEnd = pcAt + strText.size();
+    for (size_t i = 0; i < uiMax; i++) {
+        pcAt = std::find_if(pcAt, pcEnd, [](char cNext) { return cNext != ' '; });
+        const auto stRead = std::from_chars(pcAt, pcEnd, puiNumbers[i]);
+        if (stRead.ec != std::errc()) {
+            return i;
+        }
+        pcAt = stRead.ptr;
+    }
+    return uiMax;
+}
+
 bool ReadCpuTimes(CpuTimes &stTimes) {
+    constexpr std::string_view kKey = "cpu ";
     std::string strText;
-    unsigned long long aullPart[8] = {};
-    if (!ReadWhole("/proc/stat", strText) ||
-        sscanf(strText.c_str(), "cpu %llu %llu %llu %llu %llu %llu %llu %llu", &aullPart[0],
-               &aullPart[1], &aullPart[2], &aullPart[3], &aullPart[4], &aullPart[5], &aullPart[6],
-               &aullPart[7]) < 4) {
+    uint64_t auiPart[8] = {};
+    if (!ReadWhole("/proc/stat", strText) || strText.compare(0, kKey.size(), kKey) != 0 ||
+        ReadNumbers(std::string_view(strText).substr(kKey.size()), auiPart, std::size(auiPart)) <
+            4) {
         return false;
     }
     stTimes = {};
-    for (unsigned long long ullPart : aullPart) {
-        stTimes.uiTotal += ullPart;
+    for (uint64_t uiPart : auiPart) {
+        stTimes.uiTotal += uiPart;
     }
-    stTimes.uiIdle = aullPart[3] + aullPart[4];  // idle, and waiting for input or output
+    stTimes.uiIdle = auiPart[3] + auiPart[4];  // idle, and waiting for input or output
     return true;
 }
 
@@ -44,10 +61,10 @@ void Sleep(uint32_t uiMilliseconds) {
     }
 }
 
-bool ReadMemInfo(const std::string &strText, const char *pcKey, unsigned long long &ullValue) {
-    size_t uiAt = strText.find(pcKey);
-    return uiAt != std::string::npos &&
-           sscanf(strText.c_str() + uiAt + strlen(pcKey), "%llu", &ullValue) == 1;
+bool ReadMemInfo(std::string_view strText, std::string_view strKey, uint64_t &uiValue) {
+    size_t uiAt = strText.find(strKey);
+    return uiAt != std::string_view::npos &&
+           ReadNumbers(strText.substr(uiAt + strKey.size()), &uiValue, 1) == 1;
 }
 
 }  // namespace
@@ -87,13 +104,13 @@ uint32_t VT_OS_GetMemUseRate(uint32_t *puiRate) {
         return VT_HOST_ERR_ARGUMENT;
     }
     std::string strText;
-    unsigned long long ullTotal = 0;
-    unsigned long long ullFree = 0;
-    if (!ReadWhole("/proc/meminfo", strText) || !ReadMemInfo(strText, "MemTotal:", ullTotal) ||
-        !ReadMemInfo(strText, "MemAvailable:", ullFree) || ullTotal == 0) {
+    uint64_t uiTotal = 0;
+    uint64_t uiFree = 0;
+    if (!ReadWhole("/proc/meminfo", strText) || !ReadMemInfo(strText, "MemTotal:", uiTotal) ||
+        !ReadMemInfo(strText, "MemAvailable:", uiFree) || uiTotal == 0) {
         return VT_HOST_ERR_SYSTEM;
     }
-    *puiRate = static_cast<uint32_t>((ullTotal - std::min(ullFree, ullTotal)) * 100 / ullTotal);
+    *puiRate = static_cast<uint32_t>((uiTotal - std::min(uiFree, uiTotal)) * 100 / uiTotal);
     return 0;
 }
 
