@@ -130,10 +130,9 @@ WAP_EXPORT uint32_t VT_API_addLanMacFltList(const char *const *ppcMacs, uint32_t
                                             wap::MacFltRecord *pstRecord, uint32_t uiRollback);
 
 /**
- * Deletes every entry whose MAC address is among the given, without regard to case.
- * @param pstRecord receives the deleted instance ids in the slots of their addresses; when undoing,
- *                  only addresses whose slot is not 0 are deleted, and of several entries of an
- *                  address the one whose id is in the slot
+ * Deletes every entry whose MAC address is among the given, without regard to case; when undoing,
+ * the entries whose ids are in the slots instead, also those that a full index doesn't name.
+ * @param pstRecord receives the deleted instance ids in the slots of their addresses
  */
 WAP_EXPORT uint32_t VT_API_delLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,
                                             wap::MacFltRecord *pstRecord, uint32_t uiRollback);

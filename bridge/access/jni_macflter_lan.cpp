@@ -25,17 +25,6 @@ bool IsUntouched(const MacFltRecord &stRecord, uint32_t uiIndex, uint32_t uiRoll
     return uiRollback != kMacFltDo && stRecord.auiInstIds[uiIndex] == 0;
 }
 
-/// Whether an id stands for another entry of the table: then an entry of the same address was there
-/// before that one was added, and undoing the addition is not to delete it.
-bool IsAnothers(uint32_t uiInstId, const LanMacFltEntry &stEntry,
-                const TableCopy<LanMacFltEntry> &stTable) {
-    bool bAnothers = false;
-    for (const LanMacFltEntry &stOther : stTable) {
-        bAnothers = bAnothers || (stOther.uiInstId == uiInstId && uiInstId != stEntry.uiInstId);
-    }
-    return bAnothers;
-}
-
 }  // namespace
 
 uint32_t wap::ReadTable(SourceSpot stSpot, TableCopy<LanMacFltEntry> &stTable) {
@@ -139,18 +128,23 @@ uint32_t VT_API_delLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,
     if (uiResult != 0) {
         return uiResult;
     }
+    const uint32_t *puiInstIds = pstRecord->auiInstIds;
+    const bool bUndo = uiRollback != kMacFltDo;
     uiResult = DeleteMatches(
         WAP_SPOT, stTable, uiCount, uiRollback, VT_API_delLanMacFlt,
-        [&](const LanMacFltEntry &stEntry, uint32_t i) {
-            return !IsUntouched(*pstRecord, i, uiRollback) &&
-                   SameMac(stEntry.stBody.acMac, ppcMacs[i]) &&
-                   (uiRollback == kMacFltDo ||
-                    !IsAnothers(pstRecord->auiInstIds[i], stEntry, stTable));
+        [=](const LanMacFltEntry &stEntry, uint32_t i) {
+            // Undone is the entry that was added, not one of the same address from before.
+            return bUndo ? puiInstIds[i] != 0 && puiInstIds[i] == stEntry.uiInstId
+                         : SameMac(stEntry.stBody.acMac, ppcMacs[i]);
         },
-        [&](const LanMacFltEntry &stEntry, uint32_t i) {
+        [=](const LanMacFltEntry &stEntry, uint32_t i) {
             pstRecord->auiInstIds[i] = stEntry.uiInstId;
         });
-    if (uiResult != 0 && uiRollback == kMacFltDo) {
+    if (bUndo) {
+        return DeleteUnnamed(stTable, kLanTableMax, puiInstIds, uiCount, VT_API_delLanMacFlt,
+                             uiResult);
+    }
+    if (uiResult != 0) {
         (void)VT_API_addLanMacFltList(ppcMacs, uiCount, pstRecord, kMacFltUndo);
     }
     return uiResult;

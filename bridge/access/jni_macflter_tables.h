@@ -156,6 +156,31 @@ uint32_t DeleteMatches(SourceSpot stSpot, const TableCopy<Entry> &stTable, uint3
     return uiResult;
 }
 
+/**
+ * Deletes the entries of a list of ids that a full index has no room to name: the table may go on
+ * behind it. An index with room names them all, and what it doesn't name is gone.
+ * @param uiMax    the most entries that the table's index names
+ * @param uiResult what to return when there was no request
+ * @return the code of the last request
+ */
+template <class Entry>
+uint32_t DeleteUnnamed(const TableCopy<Entry> &stTable, uint32_t uiMax, const uint32_t *puiInstIds,
+                       uint32_t uiCount, uint32_t (*pfnDelete)(uint32_t), uint32_t uiResult) {
+    if (stTable.Count() < uiMax) {
+        return uiResult;
+    }
+    for (uint32_t i = 0; i < uiCount; ++i) {
+        bool bNamed = puiInstIds[i] == 0;
+        for (const Entry &stEntry : stTable) {
+            bNamed = bNamed || stEntry.uiInstId == puiInstIds[i];
+        }
+        if (!bNamed) {
+            uiResult = pfnDelete(puiInstIds[i]);
+        }
+    }
+    return uiResult;
+}
+
 }  // namespace wap
 
 #endif

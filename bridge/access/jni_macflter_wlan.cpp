@@ -127,19 +127,6 @@ uint32_t DeleteFromTable(SourceSpot stSpot, const WlanTable &stTable, uint32_t u
     return uiResult;
 }
 
-/// Deletes the entries that a full index has no room to name: the table may go on behind it.
-void DeleteUnnamed(const WlanTable &stTable, const uint32_t *puiInstIds, uint32_t uiCount) {
-    for (uint32_t i = 0; i < uiCount; ++i) {
-        bool bNamed = false;
-        for (const WlanMacFltEntry &stEntry : stTable) {
-            bNamed = bNamed || stEntry.uiInstId == puiInstIds[i];
-        }
-        if (!bNamed) {
-            (void)VT_API_delWLanMacFlt(puiInstIds[i]);
-        }
-    }
-}
-
 }  // namespace
 
 uint32_t wap::ReadTable(SourceSpot stSpot, TableCopy<WlanMacFltEntry> &stTable) {
@@ -314,8 +301,8 @@ uint32_t VT_API_delWLanMacFltListByInstId(const uint32_t *puiInstIds, uint32_t u
                                [&](const WlanMacFltEntry &stEntry, uint32_t i) {
                                    return stEntry.uiInstId == puiInstIds[i];
                                });
-    if (uiRollback != kMacFltDo && stTable.Count() == kWlanTableMax) {
-        DeleteUnnamed(stTable, puiInstIds, uiCount);
+    if (uiRollback != kMacFltDo) {
+        (void)DeleteUnnamed(stTable, kWlanTableMax, puiInstIds, uiCount, VT_API_delWLanMacFlt, 0);
     }
     return uiResult;
 }

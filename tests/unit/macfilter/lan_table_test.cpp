@@ -243,6 +243,67 @@ TEST_F(LanTableTest, FailedAddDoesNotDeleteWhatWasListedBefore) {
     EXPECT_EQ(stGateway.State(), "mode 0 status 1; lan AA; lan bb");
 }
 
+/// So many entries with the ids from 1.
+std::vector<FilterGateway::LanRow> ManyRows(uint32_t uiCount) {
+    std::vector<FilterGateway::LanRow> astRows;
+    astRows.reserve(uiCount);
+    for (uint32_t i = 1; i <= uiCount; ++i) {
+        astRows.push_back({i, "OLD" + std::to_string(i)});
+    }
+    return astRows;
+}
+
+// Its own entries stand behind the end of the index then, where only their ids lead to them.
+TEST_F(LanTableTest, FailedAddToAFullTableDeletesItsOwnEntriesOnly) {
+    stGateway.astLan = ManyRows(32);
+    stGateway.astLan[6].sMac = "aa";
+    const std::string sBefore = stGateway.State();
+    stGateway.mapRefused["add lan CC"] = kSomeCode;
+    EXPECT_EQ(Add({"AA", nullptr, "BB", "CC"}), kSomeCode);
+    Asked asAsked = TakeAsked();
+    ASSERT_EQ(asAsked.size(), 3u + 33 + 2);
+    EXPECT_EQ((Asked{asAsked.end() - 2, asAsked.end()}), (Asked{"del lan 100", "del lan 101"}));
+    EXPECT_EQ(stGateway.State(), sBefore);
+    EXPECT_EQ(stGateway.astLan[6].uiId, 7u);
+}
+
+TEST_F(LanTableTest, FailedAddDeletesWhatTheFullIndexNamesAndWhatNot) {
+    stGateway.astLan = ManyRows(31);
+    const std::string sBefore = stGateway.State();
+    stGateway.mapRefused["add lan CC"] = kSomeCode;
+    EXPECT_EQ(Add({"AA", "BB", "CC"}), kSomeCode);
+    Asked asAsked = TakeAsked();
+    EXPECT_EQ((Asked{asAsked.end() - 2, asAsked.end()}), (Asked{"del lan 100", "del lan 101"}));
+    EXPECT_EQ(stGateway.State(), sBefore);
+}
+
+// With room left in the index, an id that is not there is an entry that is gone.
+TEST_F(LanTableTest, WhatIsGoneAlreadyIsNotDeletedByTheUndo) {
+    stGateway.astLan = ManyRows(31);
+    stRecord.auiInstIds[0] = 100;
+    EXPECT_EQ(Del({"OLD1"}, 1), 0u);
+    EXPECT_EQ(TakeAsked().size(), 32u);
+    EXPECT_EQ(stGateway.astLan.size(), 31u);
+}
+
+TEST_F(LanTableTest, UndoBehindAFullIndexGoesOnAndGivesTheLastCode) {
+    stGateway.astLan = ManyRows(32);
+    stGateway.astLan.push_back({100, "AA"});
+    stGateway.astLan.push_back({101, "BB"});
+    stRecord.auiInstIds[0] = 100;
+    stRecord.auiInstIds[1] = 101;
+    stRecord.auiInstIds[2] = 102;  // not of this call
+    stGateway.mapRefused["del lan 100"] = kSomeCode;
+    EXPECT_EQ(Del({"AA", "BB"}, 1), 0u);
+    EXPECT_TRUE(Recorded("jni_macflter_lan.cpp", kSomeCode));
+    Asked asAsked = TakeAsked();
+    EXPECT_EQ((Asked{asAsked.end() - 2, asAsked.end()}), (Asked{"del lan 100", "del lan 101"}));
+    stGateway.astLan.push_back({101, "BB"});
+    stGateway.mapRefused = {{"del lan 101", kSomeCode}};
+    EXPECT_EQ(Del({"AA", "BB"}, 1), kSomeCode);
+    EXPECT_EQ(stGateway.astLan.size(), 33u);
+}
+
 TEST_F(LanTableTest, UndoingADeleteAddsOnlyWhatHasASlot) {
     stRecord.auiInstIds[1] = 9;
     stRecord.auiInstIds[2] = 9;
@@ -334,16 +395,17 @@ TEST_F(LanTableTest, FailedDeleteBeyondTheFirst32AddressesIsUndone) {
 
 TEST_F(LanTableTest, UndoingAnAddDeletesOnlyWhatHasASlot) {
     stGateway.astLan = {{1, "AA"}, {2, "BB"}, {3, "CC"}};
-    stRecord.auiInstIds[1] = 9;
+    stRecord.auiInstIds[1] = 2;
     EXPECT_EQ(Del({"AA", "BB", "CC"}, 1), 0u);
     EXPECT_EQ(TakeAsked(), (Asked{"list lan", "get lan 1", "get lan 2", "get lan 3", "del lan 2"}));
 }
 
 TEST_F(LanTableTest, UndoingAnAddGoesOnAndGivesTheLastCode) {
     stGateway.astLan = {{1, "AA"}, {2, "BB"}};
-    stRecord.auiInstIds[0] = stRecord.auiInstIds[1] = stRecord.auiInstIds[2] = 9;
+    stRecord.auiInstIds[0] = stRecord.auiInstIds[2] = 1;
+    stRecord.auiInstIds[1] = 2;
     stGateway.mapRefused["del lan 1"] = kSomeCode;
-    // After a failure the next address of the list is tried on the same entry.
+    // After a failure the next slot of the record is tried on the same entry.
     EXPECT_EQ(Del({"AA", "BB", "aa"}, 1), 0u);
     EXPECT_EQ(TakeAsked(),
               (Asked{"list lan", "get lan 1", "get lan 2", "del lan 1", "del lan 1", "del lan 2"}));
