@@ -145,6 +145,8 @@ uint32_t VT_API_delLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,
                              uiResult);
     }
     if (uiResult != 0) {
+        // Once for each address, deliberately also for one that was listed twice: there is one slot
+        // for it, and the filter does the same with one entry as with two.
         (void)VT_API_addLanMacFltList(ppcMacs, uiCount, pstRecord, kMacFltUndo);
     }
     return uiResult;

@@ -383,6 +383,17 @@ TEST_F(LanTableTest, FailedDeleteAddsWhatItDeleted) {
     EXPECT_TRUE(Recorded("jni_macflter_lan.cpp", kSomeCode));
 }
 
+// There is one slot for the address; the filter's effect is that of two entries.
+TEST_F(LanTableTest, FailedDeleteOfAnAddressListedTwiceAddsItOnce) {
+    stGateway.astLan = {{1, "AA"}, {2, "aa"}, {3, "BB"}};
+    stGateway.mapRefused["del lan 3"] = kSomeCode;
+    EXPECT_EQ(Del({"AA", "BB"}), kSomeCode);
+    EXPECT_EQ(TakeAsked(), (Asked{"list lan", "get lan 1", "get lan 2", "get lan 3", "del lan 1",
+                                  "del lan 2", "del lan 3", "add lan AA"}));
+    EXPECT_EQ(Slots(2), (Codes{100, 0}));
+    EXPECT_EQ(stGateway.State(), "mode 0 status 1; lan AA; lan BB");
+}
+
 TEST_F(LanTableTest, FailedDeleteBeyondTheFirst32AddressesIsUndone) {
     stGateway.astLan = {{1, "AA"}, {2, "BB"}};
     stGateway.mapRefused["del lan 2"] = kSomeCode;
