@@ -21,13 +21,16 @@ public class LanHostSpeedLimitServiceJNI {
     public LanHostSpeedLimitServiceJNI() {}
 
     /**
-     * Limits a host. Reads the MAC filter and the hosts' limits from {@code gulm}, one request for
-     * each entry, and then has {@code osgi_proxy} make one change; each request takes 5 seconds at
-     * most.
+     * Limits a host. Reads the MAC filter's mode and both its tables and the hosts' limits from
+     * {@code gulm}, one request for each entry, and then has {@code osgi_proxy} make one change;
+     * each request takes 5 seconds at most.
      *
      * <p>Limits that the host has already are not sent again, and neither are 0 and 0 for a host
      * that was never limited. A host that the gateway has no record of gets one with these limits
      * and the right to use the storage.
+     *
+     * <p>The change sets the host's right to use the internet as well, to what follows from the MAC
+     * filter's mode and list. That is why no limit is set when the filter can't be read.
      *
      * <p>Example answer: {@code 0}
      *
@@ -37,7 +40,7 @@ public class LanHostSpeedLimitServiceJNI {
      *     32-bit number; 0 for none
      * @param iDown the downstream limit, likewise
      * @return 0; -1 when the address is {@code null} or empty, or when a process doesn't answer or
-     *     refuses
+     *     refuses, be it while the MAC filter is read, the limits, or when they are changed
      */
     public native int setLANHostSpeedLimit(String sMac, int iUp, int iDown);
 }

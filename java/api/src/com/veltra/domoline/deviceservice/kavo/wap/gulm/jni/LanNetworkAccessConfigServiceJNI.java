@@ -20,8 +20,10 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * two callers change at the same time can mix.
  *
  * <p>MAC addresses are texts, of which 31 bytes each are used, and compared without regard to case.
- * {@code null} and empty elements of an array are left out. The longest arrays differ from method
- * to method; longer ones are refused without asking anybody.
+ * The methods of the MAC filter leave out the {@code null} and the empty elements of an array. The
+ * two methods of the storage leave out those that are {@code null} only: beside an element with
+ * text, an empty one counts as a host whose MAC address is empty. The longest arrays differ from
+ * method to method; longer ones are refused without asking anybody.
  */
 public class LanNetworkAccessConfigServiceJNI {
     static { NativeLibrary.load(); }
@@ -96,30 +98,46 @@ public class LanNetworkAccessConfigServiceJNI {
     public native int deleteLANHostFromTrustList(String[] asMacs);
 
     /**
-     * Bars hosts from the gateway's storage. Asks the process {@code gulm} for its records of hosts
-     * and {@code osgi_proxy} for each change, at most 5 seconds each. A host without a record gets
-     * one; a host that is barred already is left alone.
+     * Bars hosts from the gateway's storage. Asks the process {@code gulm} for the mode and both
+     * tables of the MAC filter and then for its records of hosts, and {@code osgi_proxy} for each
+     * change, at most 5 seconds each. A host without a record gets one; a host that is barred
+     * already is left alone.
+     *
+     * <p>A change sets the host's right to use the internet as well, to what follows from the MAC
+     * filter's mode and list. That is why nothing is changed when the filter can't be read.
+     *
+     * <p>When a change fails, the hosts that were barred before it are allowed the storage again. A
+     * record that was made for one of them stays, with the storage allowed, and so does what was
+     * set of their right to use the internet.
      *
      * <p>Example answer: {@code 0}
      *
      * @param asMacs up to 128 MAC addresses; with {@code null}, or without any text in it,
-     *     nothing is done
+     *     nothing is done. An empty element beside one with text is barred like a host, in a record
+     *     with an empty MAC address
      * @return 0 when all are barred or none was given; -1 when there are more than 128, or when a
-     *     process doesn't answer or refuses: what was changed before is then set back
+     *     process doesn't answer or refuses, be it while the MAC filter is read, the records, or
+     *     when one is changed
      */
     public native int addLANHostToStorageBlackList(String[] asMacs);
 
     /**
      * Gives hosts access to the gateway's storage again, or all hosts when no text is given. Asks
-     * the process {@code gulm} for its records of hosts and {@code osgi_proxy} for each change, at
-     * most 5 seconds each.
+     * the process {@code gulm} for the mode and both tables of the MAC filter and then for its
+     * records of hosts, and {@code osgi_proxy} for each change, at most 5 seconds each.
+     *
+     * <p>As with {@link #addLANHostToStorageBlackList}, a change sets the host's right to use the
+     * internet as well, and nothing is changed when the MAC filter can't be read. When a change
+     * fails, the hosts that were given access before it are barred again.
      *
      * <p>Example answer: {@code 0}
      *
      * @param asMacs up to 8 MAC addresses; a host without a record is no failure. {@code
-     *     null}, and an array without any text in it, stand for all hosts that have a record
+     *     null}, and an array without any text in it, stand for all hosts that have a record. An
+     *     empty element beside one with text stands for the record with an empty MAC address
      * @return 0 when the hosts have access; -1 when there are more than 8, or when a process
-     *     doesn't answer or refuses: what was changed before is then set back
+     *     doesn't answer or refuses, be it while the MAC filter is read, the records, or when one
+     *     is changed
      */
     public native int deleteLANHostFromStorageBlackList(String[] asMacs);
 }
