@@ -67,7 +67,7 @@ uint32_t VT_API_addLanMacFlt(const char *pcMac, uint32_t *puiInstId) {
     PutField(stEntry.stBody.acEnd, "23:59");
     uint32_t uiInstId = 0;
     const uint32_t uiResult = Ask(kAddEntry, stEntry, uiInstId);
-    // "Success" also when it failed: deliberate, the trace has always said so.
+    // "Success" also when it failed: deliberate, whoever reads traces expects the line like this.
     WAP_TRACE(kTraceEntries, "VT_API_addLanMacFlt Success uiInstId:%d\r\n",
               static_cast<int32_t>(uiInstId));
     if (uiResult != 0) {

