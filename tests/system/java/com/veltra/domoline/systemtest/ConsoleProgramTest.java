@@ -107,12 +107,13 @@ class ConsoleProgramTest {
         assertEquals("{\n  \"Result\": 0,\n  \"List\": [\n    {\n      \"UpSpeed\": 0,\n"
                         + "      \"DownSpeed\": 0\n    }\n  ]\n}\n",
                 console(null, "call", "getLANHostSpeedLimitInfo", Lan.kTablet).out);
-        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "false").out);
+        String wan = "0x10101001";
+        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", wan, "1", "false").out);
         assertEquals("false", Home.now().list("portMapping", "enabled").get(0));
-        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", "1", "1", "true").out);
+        assertEquals("0\n", console(null, "call", "setPortMappingSwitch", wan, "1", "true").out);
         assertEquals("true", Home.now().list("portMapping", "enabled").get(0));
         Gateway.Result refused =
-                console(null, "call", "addPortMapping", "1", "8443", "1", "TCP", "192.168.1.11");
+                console(null, "call", "addPortMapping", wan, "8443", "1", "TCP", "192.168.1.11");
         assertEquals("-2\n", refused.out);
         assertEquals(1, refused.iExit);
         assertTrue(refused.err.contains("The call failed."), refused.err);
