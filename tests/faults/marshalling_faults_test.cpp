@@ -21,7 +21,7 @@ Subject NativeSubject(char *(*pfnConvert)(JNIEnv *, jstring)) {
         *ppcText = pfnConvert(&stEnv, stEnv.JavaText(u"Gr\u00fc\u00dfe \U0001F600"));
     };
     stSubject.fnOutcome = [=](FakeJni &) {
-        const std::string sText = *ppcText == nullptr ? "null" : *ppcText;
+        std::string sText = *ppcText == nullptr ? "null" : *ppcText;
         JNI_BASE_FreeArray2MaxIndex(ppcText.get(), 1);
         return sText;
     };

@@ -9,7 +9,7 @@ namespace wap::test {
 
 /// The whole seconds that WAP_STRESS_SECONDS asks for, from 1 to a day; the usual time without it.
 inline std::chrono::milliseconds LoadTime(std::chrono::milliseconds stUsual) {
-    constexpr long kMaxSeconds = 24 * 60 * 60;
+    constexpr long kMaxSeconds = 86400;
     const char *pcSeconds = std::getenv("WAP_STRESS_SECONDS");
     if (pcSeconds == nullptr) {
         return stUsual;

@@ -20,9 +20,8 @@ class Owners : public BridgeTest {
         return VT_OS_MemMallocD(uiSize, __FILE_NAME__, __LINE__);
     }
     char *Text(const char *pcText) {
-        char *pcBlock = static_cast<char *>(Block(static_cast<uint32_t>(strlen(pcText)) + 1));
-        strcpy(pcBlock, pcText);
-        return pcBlock;
+        const size_t uiSize = strlen(pcText) + 1;
+        return static_cast<char *>(memcpy(Block(static_cast<uint32_t>(uiSize)), pcText, uiSize));
     }
 };
 

@@ -20,7 +20,7 @@ class ComposeTest : public BridgeTest {
         VT_JNI_COMMON_Json_Obj_AddItems(pstRoot, astItems.data(),
                                         static_cast<uint32_t>(astItems.size()));
         const char *pcText = JNI_JSON_ObjToJsonString(pstRoot);
-        const std::string sText = pcText == nullptr ? "(no text)" : pcText;
+        std::string sText = pcText == nullptr ? "(no text)" : pcText;
         JNI_JSON_ObjPut(pstRoot);
         return sText;
     }

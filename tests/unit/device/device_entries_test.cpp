@@ -158,7 +158,7 @@ class DeviceMethodTest : public BridgeTest {
     Answer CallWith(const std::string &sMethod, const std::string &sReply) {
         const Entry &stEntry = EntryOf(sMethod);
         stPlatform.mapReplies[stEntry.uiRpcId] = {0, sReply};
-        const Answer stAnswer = stEntry.fnCall(stEnv);
+        Answer stAnswer = stEntry.fnCall(stEnv);
         stEnv.EndCall();
         return stAnswer;
     }
