@@ -113,7 +113,8 @@ std::set<std::string> WithSomeLeftOut(const std::string &sHead,
             if ((uiLeft >> i & 1u) != 0) {
                 ++uiOut;
             } else {
-                sText += (sText.empty() ? "" : sSeparator) + asItems[i];
+                sText += sText.empty() ? "" : sSeparator;
+                sText += asItems[i];
             }
         }
         if (uiOut <= uiMissing) {

@@ -126,7 +126,7 @@ TEST(JsonFaults, FaultText) {
 /// Prints a value, and releases it.
 std::string PrintAndPut(json_object *pstValue) {
     const char *pcText = JNI_JSON_ObjToJsonString(pstValue);
-    const std::string sText = pcText == nullptr ? "not printed" : pcText;
+    std::string sText = pcText == nullptr ? "not printed" : pcText;
     JNI_JSON_ObjPut(pstValue);
     return sText;
 }
