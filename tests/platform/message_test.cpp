@@ -163,6 +163,7 @@ TEST_F(Calls, AHandlerCannotStopItsOwnService) {
 TEST_F(Calls, OfManyThreadsRunAtOnce) {
     constexpr int kThreads = 8;
     std::vector<std::thread> astThreads;
+    astThreads.reserve(kThreads);
     Stopwatch stWatch;
     for (int i = 0; i < kThreads; i++) {
         astThreads.emplace_back([] {
@@ -180,6 +181,7 @@ TEST_F(Calls, OfManyThreadsKeepTheirReplies) {
     constexpr int kThreads = 8;
     constexpr int kRounds = 200;
     std::vector<std::thread> astThreads;
+    astThreads.reserve(kThreads);
     for (int i = 0; i < kThreads; i++) {
         astThreads.emplace_back([i] {
             for (int iRound = 0; iRound < kRounds; iRound++) {
