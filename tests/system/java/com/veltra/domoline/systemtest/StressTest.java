@@ -25,10 +25,10 @@ class StressTest {
     /**
      * What the virtual machine may gain on its own. Measured with calls that are no native ones it
      * was up to 72 KiB of native memory and 32 KiB of Java objects, in 4 s as in 60 s. With native
-     * ones it was up to 44 KiB in short runs and up to 74 KiB in those of a minute or more, after
-     * half a million calls as after 1.4 million.
+     * ones it was up to 74 KiB in runs of a minute or more, after half a million calls as after 1.4
+     * million, and once 115 KiB in 10 s on a busy machine. The bound is twice as much.
      */
-    private static final long kNoiseBytes = 128 * 1024;
+    private static final long kNoiseBytes = 256 * 1024;
     /**
      * Beyond that, a leak is what grows with the calls. 32 bytes lost by one of the 24 methods are
      * 1.3 bytes a call.
