@@ -209,6 +209,7 @@ uint32_t VT_API_setMacFltMode(uint32_t uiMode, uint32_t uiStatus) {
     uint32_t uiReply = 0;
     const uint32_t uiResult = Ask(kSetMode, MacFltModeRequest{uiMode, uiStatus}, uiReply);
     if (uiResult != 0) {
+        // The status is the filter's. NOLINTNEXTLINE(readability-suspicious-call-argument)
         RecordFault(WAP_SPOT, uiResult, uiMode, uiStatus);
     }
     return uiResult;

@@ -18,7 +18,7 @@ class StorageUndoTest : public AttachTest {
     }
     /// Refuses the changes with these numbers, counted over both kinds from 1, each with a code of
     /// its own.
-    void RefuseChanges(std::vector<uint32_t> auiAt) {
+    void RefuseChanges(const std::vector<uint32_t> &auiAt) {
         stHome.fnRefuse = [auiAt, uiSeen = 0u](const RpcRecord &stRpc) mutable -> uint32_t {
             if (stRpc.uiRpcId != kAddId && stRpc.uiRpcId != kSetId) {
                 return 0;
