@@ -54,7 +54,7 @@ std::vector<std::string> SecretWatch::TakeUnwiped() {
 
 namespace {
 
-constexpr size_t kStackSize = 1024 * 1024;
+constexpr size_t kStackSize = 1 << 20;
 
 struct Job {
     const std::function<void()> *pfnCall;

@@ -176,6 +176,7 @@ TEST_F(StartThread, ManyCallersStartOnce) {
     std::array<jint, kThreads> aiResults;
     aiResults.fill(-7);
     std::vector<std::thread> astThreads;
+    astThreads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         astThreads.emplace_back([&, i] {
             World::SetCurrent(&astWorlds[i]);
@@ -224,15 +225,16 @@ TEST_F(StartThread, TheStepsByThemselves) {
 
 class MessageThread : public StartThread {
   protected:
-    /// Runs the body until its uiPasses-th dispatch, which jumps out of the endless loop.
+    /// Runs the body until its uiPasses-th dispatch, which jumps out of the endless loop: the
+    /// bridge is built without tables for unwinding, so that no exception gets through it.
     void RunBody(uint32_t uiPasses) {
         s_uiLeft = uiPasses;
         stPlatform.fnDispatch = [] {
             if (--s_uiLeft == 0) {
-                longjmp(s_stOut, 1);
+                longjmp(s_stOut, 1);  // NOLINT(cert-err52-cpp)
             }
         };
-        if (setjmp(s_stOut) == 0) {
+        if (setjmp(s_stOut) == 0) {  // NOLINT(cert-err52-cpp)
             JNIWapMsgThread(nullptr);
             ADD_FAILURE() << "the thread body ended";
         }

@@ -30,7 +30,7 @@ class HostSpeed : public LanTest {
 
 TEST_F(HostSpeed, AddressGoesOutAsATextOfItsOwnLength) {
     EXPECT_EQ(Ask("02:00:00:00:00:01"), TextAnswerOf(kHostSpeedText));
-    ExpectAsked("app_m", 249, kGetSpeed, std::string("02:00:00:00:00:01", 18), 128);
+    ExpectAsked("app_m", 249, kGetSpeed, std::string("02:00:00:00:00:01\0", 18), 128);
     EXPECT_EQ(Ask(std::string(1000, 'm')), TextAnswerOf(kHostSpeedText));
     ExpectAsked("app_m", 249, kGetSpeed, std::string(1000, 'm') + '\0', 128);
     EXPECT_TRUE(stPlatform.astFaults.empty());
@@ -141,7 +141,7 @@ TEST_F(GatewayName, WorkerTellsAFailureAndClearsItsBuffer) {
 
 TEST_F(GatewayName, IsSetAsATextOfItsOwnLength) {
     EXPECT_EQ(Set("The house"), NumberAnswerOf(0));
-    ExpectAsked("osgi_proxy", 0, kSetGatewayName, std::string("The house", 10), 4);
+    ExpectAsked("osgi_proxy", 0, kSetGatewayName, std::string("The house\0", 10), 4);
     EXPECT_TRUE(stPlatform.astFaults.empty());
     EXPECT_EQ(Traces(), (Calls{std::string(kPrefix) +
                                "LanNetworkNameConfigServiceJNI_setGatewayName called \r\n"}));
