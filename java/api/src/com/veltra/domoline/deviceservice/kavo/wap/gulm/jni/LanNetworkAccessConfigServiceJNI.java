@@ -26,7 +26,9 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * method to method; longer ones are refused without asking anybody.
  */
 public class LanNetworkAccessConfigServiceJNI {
-    static { NativeLibrary.load(); }
+    static {
+        NativeLibrary.load();
+    }
 
     /** Creates a client of the service. It holds no state; one can serve all threads. */
     public LanNetworkAccessConfigServiceJNI() {}

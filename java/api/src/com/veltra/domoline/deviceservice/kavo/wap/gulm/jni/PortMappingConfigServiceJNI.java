@@ -11,8 +11,7 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * <p>A WAN connection is named by its WAN index, four numbers in one: the type in bits 31 to 28 (1
  * an IP connection, 2 a PPP connection), the WAN device in bits 27 to 20, the connection device in
  * bits 19 to 12, and the connection in bits 11 to 0. So {@code 0x10101001} is the IP connection
- * 1.1.1.
- * Not every WAN connection may have port mappings; the gateway knows which.
+ * 1.1.1. Not every WAN connection may have port mappings; the gateway knows which.
  *
  * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
  * by any number of threads. Each asks processes of the gateway one after the other and waits for
@@ -45,12 +44,8 @@ public class PortMappingConfigServiceJNI {
      *     (nobody is asked then), when the WAN connection is unknown or may not have port mappings,
      *     or when a process doesn't answer or fails otherwise
      */
-    public native int addPortMapping(
-            int iWanIndex,
-            int iExternalPort,
-            int iInternalPort,
-            String sProtocol,
-            String sInternalClient);
+    public native int addPortMapping(int iWanIndex, int iExternalPort, int iInternalPort,
+            String sProtocol, String sInternalClient);
 
     /**
      * Deletes a port mapping. Asks {@code gulm} for the WAN connection and then {@code osgi_proxy}
