@@ -38,7 +38,7 @@ class ListMappingTest : public PortMappingTest {
   protected:
     /// The text that a worker gave, which is released; empty for none.
     static std::string Taken(char *pcText) {
-        const std::string sText = pcText == nullptr ? "" : pcText;
+        std::string sText = pcText == nullptr ? "" : pcText;
         VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
         return sText;
     }
@@ -266,20 +266,23 @@ TEST_F(ListMappingTest, ConnectionThatIsNotKnown) {
     EXPECT_TRUE(HasRecorded(kRefused, {8, 0, 0, 0}));
 }
 
+/// What is shown of two rows of one connection that hold nothing but a byte: every text runs to the
+/// end of its field.
+std::string ListOfTwoFilledRows(char cByte, const std::string &sNumber) {
+    const std::string sText(16, cByte);
+    const std::string sRow =
+        "{ \"PortMappingIndex\": " + sNumber +
+        ", \"PortMappingEnabled\": \"FALSE\", \"ExternalPort\": " + sNumber +
+        ", \"InternalPort\": " + sNumber + ", \"PortMappingProtocol\": \"" + sText +
+        "\", \"InternalClient\": \"" + sText + "\" }";
+    return JsonList(JsonGroup("wan", sRow + ", " + sRow));
+}
+
 TEST_F(ListMappingTest, TableOfOnesOrOfText) {
-    // Two rows of one connection whose every text runs to the end of its field.
+    constexpr size_t kTwoRows = 832;
     AnswerWan({.sName = "wan"});
-    for (const char cByte : {'\xFF', 'x'}) {
-        const std::string sText(16, cByte);
-        const std::string sNumber = cByte == 'x' ? "2021161080" : "-1";
-        const std::string sRow =
-            "{ \"PortMappingIndex\": " + sNumber +
-            ", \"PortMappingEnabled\": \"FALSE\", \"ExternalPort\": " + sNumber +
-            ", \"InternalPort\": " + sNumber + ", \"PortMappingProtocol\": \"" + sText +
-            "\", \"InternalClient\": \"" + sText + "\" }";
-        EXPECT_EQ(ListOf(std::string(2 * 416, cByte)),
-                  JsonList(JsonGroup("wan", sRow + ", " + sRow)));
-    }
+    EXPECT_EQ(ListOf(std::string(kTwoRows, '\xFF')), ListOfTwoFilledRows('\xFF', "-1"));
+    EXPECT_EQ(ListOf(std::string(kTwoRows, 'x')), ListOfTwoFilledRows('x', "2021161080"));
 }
 
 TEST_F(ListMappingTest, DescriptorCutShortOrNonsense) {
