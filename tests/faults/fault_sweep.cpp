@@ -107,18 +107,18 @@ std::set<std::string> WithSomeLeftOut(const std::string &sHead,
                                       size_t uiMissing) {
     std::set<std::string> asTexts;
     for (uint32_t uiLeft = 0; uiLeft < 1u << asItems.size(); ++uiLeft) {
-        std::string sText;
+        std::string sText = sHead;
         size_t uiOut = 0;
         for (size_t i = 0; i < asItems.size(); ++i) {
             if ((uiLeft >> i & 1u) != 0) {
                 ++uiOut;
             } else {
-                sText += sText.empty() ? "" : sSeparator;
+                sText += sText.size() == sHead.size() ? "" : sSeparator;
                 sText += asItems[i];
             }
         }
         if (uiOut <= uiMissing) {
-            asTexts.insert(sHead + sText + sTail);
+            asTexts.insert(std::move(sText += sTail));
         }
     }
     return asTexts;

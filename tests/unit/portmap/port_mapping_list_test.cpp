@@ -270,11 +270,10 @@ TEST_F(ListMappingTest, ConnectionThatIsNotKnown) {
 /// end of its field.
 std::string ListOfTwoFilledRows(char cByte, const std::string &sNumber) {
     const std::string sText(16, cByte);
-    const std::string sRow =
-        "{ \"PortMappingIndex\": " + sNumber +
-        ", \"PortMappingEnabled\": \"FALSE\", \"ExternalPort\": " + sNumber +
-        ", \"InternalPort\": " + sNumber + ", \"PortMappingProtocol\": \"" + sText +
-        "\", \"InternalClient\": \"" + sText + "\" }";
+    const std::string sRow = "{ \"PortMappingIndex\": " + sNumber +
+                             ", \"PortMappingEnabled\": \"FALSE\", \"ExternalPort\": " + sNumber +
+                             ", \"InternalPort\": " + sNumber + ", \"PortMappingProtocol\": \"" +
+                             sText + "\", \"InternalClient\": \"" + sText + "\" }";
     return JsonList(JsonGroup("wan", sRow + ", " + sRow));
 }
 
