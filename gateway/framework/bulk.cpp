@@ -1,6 +1,8 @@
 #include "framework/bulk.h"
 
-#include <string>
+#include <string.h>
+
+#include <utility>
 
 #include "framework/error.h"
 
@@ -9,6 +11,12 @@ namespace wap::gateway {
 namespace {
 
 constexpr size_t kPlainMax = 2048;
+
+/// Frees a block when it goes.
+struct BlockRelease {
+    uint32_t uiDataID;
+    ~BlockRelease() { (void)VT_VDATA_FreeShm(uiDataID); }
+};
 
 }  // namespace
 
@@ -39,6 +47,37 @@ VDataDesc PublishBlock(std::string_view pcBytes) {
 
 VDataDesc PublishText(std::string_view pcText) {
     return PublishBlock(std::string(pcText) + '\0');
+}
+
+std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {
+    const BlockRelease stRelease = {stDesc.uiDataID};
+    const bool bPlain = stDesc.uiOriginalLen <= kPlainMax;
+    // What does not shrink is never sent compressed.
+    if (stDesc.uiOriginalLen == 0 || stDesc.uiOriginalLen > uiMax || stDesc.uiCompressedLen == 0 ||
+        (bPlain ? stDesc.uiCompressedLen != stDesc.uiOriginalLen
+                : stDesc.uiCompressedLen >= stDesc.uiOriginalLen)) {
+        throw GatewayError("a bulk block of " + std::to_string(stDesc.uiOriginalLen) +
+                           " bytes stored as " + std::to_string(stDesc.uiCompressedLen) +
+                           " can't be a text");
+    }
+    // As long as the text, because decompressing may read that far.
+    std::string acStored(stDesc.uiOriginalLen, '\0');
+    if (VT_VDATA_ReadData(stDesc.uiDataID, stDesc.uiCompressedLen, acStored.data()) != 0) {
+        throw GatewayError("cannot read a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
+                           " bytes");
+    }
+    std::string acText;
+    if (bPlain) {
+        acText = std::move(acStored);
+    } else {
+        acText.resize(stDesc.uiOriginalLen);
+        if (VT_OS_Decompress(acStored.data(), acText.data(), stDesc.uiOriginalLen) != 0) {
+            throw GatewayError("a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
+                               " bytes is damaged");
+        }
+    }
+    acText.resize(strnlen(acText.data(), acText.size()));
+    return acText;
 }
 
 }  // namespace wap::gateway

@@ -1,7 +1,10 @@
-// Answers that are too long for a reply.
+// Answers that are too long for a reply, sent and received.
 #ifndef WAP_GATEWAY_FRAMEWORK_BULK_H
 #define WAP_GATEWAY_FRAMEWORK_BULK_H
 
+#include <stdint.h>
+
+#include <string>
 #include <string_view>
 
 #include "vt_ssp_basic.h"
@@ -15,6 +18,12 @@ VDataDesc PublishBlock(std::string_view pcBytes);
 
 /// A text with its zero, as readers of texts expect it.
 VDataDesc PublishText(std::string_view pcText);
+
+/// Takes the text out of a block that somebody published, up to its zero, and frees the block. What
+/// the descriptor and the block say is not trusted.
+/// @param uiMax how many bytes, with the zero, the text may have
+/// Throws GatewayError when the lengths are impossible, and when the block can't be read.
+std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax);
 
 }  // namespace wap::gateway
 

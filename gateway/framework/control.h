@@ -15,6 +15,9 @@
 // The last three are for lists of objects: "id" is the text of the member "key".
 //
 // A request that can't be done is answered with {"error": text for the user}.
+//
+// A reply that is too long for a message is a text in a bulk block instead, whose descriptor is
+// sent: {"block":{"id","original","stored"}}. Whoever asked reads the reply there and frees it.
 #ifndef WAP_GATEWAY_FRAMEWORK_CONTROL_H
 #define WAP_GATEWAY_FRAMEWORK_CONTROL_H
 
@@ -31,6 +34,9 @@ inline constexpr uint32_t kControlClear = 0x7F000006;
 inline constexpr uint32_t kControlAdd = 0x7F000007;
 inline constexpr uint32_t kControlRemove = 0x7F000008;
 inline constexpr uint32_t kControlChange = 0x7F000009;
+
+/// The longest reply, in bytes with the zero behind its text.
+inline constexpr uint32_t kControlReplyMax = 16u << 20;
 
 /// Tells whether an RPC id is one of gatewayctl's.
 constexpr bool IsControl(uint32_t uiRpcId) {

@@ -3,6 +3,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "framework/bulk.h"
 #include "framework/control.h"
 #include "framework/error.h"
 #include "framework/home.h"
@@ -34,11 +35,30 @@ std::string Reason(uint32_t uiStatus, const std::string &acProcess) {
                    " and start it again";
         case VT_HOST_ERR_BROKEN:
             return acProcess + " ended before it answered";
+        case VT_HOST_ERR_TOO_LONG:
+            return acProcess +
+                   " could not be asked: the request or the answer is longer than the " +
+                   std::to_string(VT_HOST_MAX_PAYLOAD) + " bytes of a message";
         default:
             char acCode[16];
             snprintf(acCode, sizeof(acCode), "0x%08X", uiStatus);
             return acProcess + " could not be asked: the message service answers " + acCode;
     }
+}
+
+uint32_t Word(json_object *pstObject, const char *pcKey) {
+    const std::optional<int64_t> iNumber = GetNumber(pstObject, pcKey);
+    if (!iNumber || *iNumber < 1 || *iNumber > UINT32_MAX) {
+        throw GatewayError("the number \"" + std::string(pcKey) + "\" is missing or impossible");
+    }
+    return static_cast<uint32_t>(*iNumber);
+}
+
+/// The text of the answer that a descriptor stands for.
+std::string FetchAnswer(json_object *pstBlock) {
+    const VDataDesc stDesc = {Word(pstBlock, "id"), Word(pstBlock, "original"),
+                              Word(pstBlock, "stored")};
+    return FetchText(stDesc, kControlReplyMax);
 }
 
 }  // namespace
@@ -64,9 +84,17 @@ JsonValue AskControl(const char *pcProcess, uint32_t uiRpcId, json_object *pstRe
     if (uiStatus != 0) {
         throw GatewayError(Reason(uiStatus, pcProcess));
     }
-    JsonValue stReply =
-        ParseJson(std::string_view(acReply.data(), strnlen(acReply.data(), acReply.size())),
-                  "the answer of " + std::string(pcProcess));
+    const std::string acWhat = "the answer of " + std::string(pcProcess);
+    JsonValue stReply = ParseJson(
+        std::string_view(acReply.data(), strnlen(acReply.data(), acReply.size())), acWhat);
+    if (json_object *pstBlock = FindMember(stReply.get(), "block")) {
+        try {
+            acReply = FetchAnswer(pstBlock);
+        } catch (const GatewayError &stError) {
+            throw GatewayError(acWhat + " is lost: " + stError.what());
+        }
+        stReply = ParseJson(acReply, acWhat);
+    }
     if (const auto acError = GetText(stReply.get(), "error")) {
         throw GatewayError(*acError);
     }

@@ -8,6 +8,7 @@
 #include <random>
 #include <span>
 
+#include "framework/bulk.h"
 #include "framework/control.h"
 #include "framework/error.h"
 #include "framework/home_lists.h"
@@ -43,6 +44,27 @@ void Check(uint32_t uiStatus, const std::string &acWhat) {
         snprintf(acCode, sizeof(acCode), "0x%08X", uiStatus);
         throw GatewayError("cannot " + acWhat + ": the message service answers " + acCode);
     }
+}
+
+JsonValue ErrorReply(const std::string &acText) {
+    JsonValue stReply = MakeObject();
+    PutText(stReply.get(), "error", acText);
+    return stReply;
+}
+
+/// What is sent in place of a reply that is too long: where it is.
+JsonValue BlockReply(const std::string &acReply) {
+    if (acReply.size() >= kControlReplyMax) {
+        throw GatewayError("the answer is too long: " + std::to_string(acReply.size()) + " bytes");
+    }
+    const VDataDesc stDesc = PublishText(acReply);
+    JsonValue stBlock = MakeObject();
+    PutNumber(stBlock.get(), "id", stDesc.uiDataID);
+    PutNumber(stBlock.get(), "original", stDesc.uiOriginalLen);
+    PutNumber(stBlock.get(), "stored", stDesc.uiCompressedLen);
+    JsonValue stReply = MakeObject();
+    PutMember(stReply.get(), "block", std::move(stBlock));
+    return stReply;
 }
 
 }  // namespace
@@ -127,20 +149,22 @@ uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
 }
 
 uint32_t Process::ServeControl(const VtHostCall &stCall, uint32_t &uiReplyLength) {
-    JsonValue stReply;
+    std::string acReply;
     try {
         const JsonValue stRequest = ParseJson(
             {static_cast<const char *>(stCall.pvReq), stCall.uiReqLen}, "the control request");
-        stReply = AnswerControl(stCall.uiRpcId, stRequest.get());
+        const JsonValue stReply = AnswerControl(stCall.uiRpcId, stRequest.get());
+        if (!stReply) {
+            return VT_HOST_ERR_UNKNOWN_RPC;
+        }
+        acReply = PrintJson(stReply.get(), false);
+        if (acReply.size() >= stCall.uiRspCap) {  // a zero must fit behind it
+            acReply = PrintJson(BlockReply(acReply).get(), false);
+        }
     } catch (const GatewayError &stError) {
-        stReply = MakeObject();
-        PutText(stReply.get(), "error", stError.what());
+        acReply = PrintJson(ErrorReply(stError.what()).get(), false);
     }
-    if (!stReply) {
-        return VT_HOST_ERR_UNKNOWN_RPC;
-    }
-    const std::string acReply = PrintJson(stReply.get(), false);
-    if (acReply.size() >= stCall.uiRspCap) {  // a zero must fit behind it
+    if (acReply.size() >= stCall.uiRspCap) {
         return VT_HOST_ERR_TOO_LONG;
     }
     memcpy(stCall.pvRsp, acReply.c_str(), acReply.size() + 1);
