@@ -75,13 +75,6 @@ JsonValue AskValue(const ProcessInfo &stOwner, const std::string &acPath) {
     return Ask(stOwner.pcName, kControlGet, stRequest.get());
 }
 
-/// Ends processes, and takes the gateway for down when none is left.
-ProcessNames End(const Options &stOptions, int iSignal) {
-    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    return EndProcesses(stDir, Chosen(stOptions), iSignal,
-                        std::chrono::seconds(stOptions.uiTimeoutS));
-}
-
 }  // namespace
 
 int Start(const Options &stOptions) {
@@ -95,8 +88,8 @@ int Start(const Options &stOptions) {
 
 int Stop(const Options &stOptions) {
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    const ProcessNames astEnded = End(stOptions, SIGTERM);
-    TidyWhenDown(stDir);
+    const ProcessNames astEnded =
+        StopProcesses(stDir, Chosen(stOptions), std::chrono::seconds(stOptions.uiTimeoutS));
     if (astEnded.empty()) {
         printf("Nothing was running\n");
     } else {
@@ -106,7 +99,9 @@ int Stop(const Options &stOptions) {
 }
 
 int Kill(const Options &stOptions) {
-    if (End(stOptions, SIGKILL).empty()) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    if (EndProcesses(stDir, Chosen(stOptions), SIGKILL, std::chrono::seconds(stOptions.uiTimeoutS))
+            .empty()) {
         fprintf(stderr, "gatewayctl: %s is not running\n", stOptions.astProcesses[0].c_str());
         return 1;
     }

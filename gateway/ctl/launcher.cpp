@@ -324,6 +324,44 @@ void AwaitStart(const RuntimeDir &stDir, Child &stChild, Clock::time_point stEnd
                        "; its log " + acLog + (acSaid.empty() ? " is empty" : " says:\n" + acSaid));
 }
 
+/// When no process runs: forgets the gateway's start and removes what its processes left behind.
+/// The caller holds the gateway's lock, so that no process is started meanwhile.
+void TidyWhenDown(const RuntimeDir &stDir) {
+    if (Running(stDir).empty()) {
+        // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
+        ForgetGatewayStart(stDir);
+        (void)VT_HOST_RemoveStaleBlocks();
+        RemoveDeadSockets(stDir);
+    }
+}
+
+/// Ends processes as EndProcesses does; the caller holds the gateway's lock.
+ProcessNames EndLocked(const RuntimeDir &stDir, const ProcessNames &astProcesses, int iSignal,
+                       std::chrono::seconds stTimeout) {
+    ProcessNames astSignalled;
+    for (const ProcessInfo *pstInfo : astProcesses) {
+        const pid_t iPid = RunningProcess(stDir, pstInfo->pcName);
+        if (iPid <= 0) {
+            continue;
+        }
+        if (kill(iPid, iSignal) == 0) {
+            astSignalled.push_back(pstInfo);
+        } else if (errno != ESRCH) {
+            throw GatewayError("cannot end " + std::string(pstInfo->pcName) + " (process " +
+                               std::to_string(iPid) + "): " + ErrnoText(errno));
+        }
+    }
+    const auto stEnd = Clock::now() + stTimeout;
+    for (const ProcessInfo *pstInfo : astSignalled) {
+        if (!WaitUntil(stEnd, [&] { return RunningProcess(stDir, pstInfo->pcName) == 0; })) {
+            throw GatewayError(std::string(pstInfo->pcName) +
+                               " has not ended yet; gatewayctl kill " + pstInfo->pcName +
+                               " ends it the hard way");
+        }
+    }
+    return astSignalled;
+}
+
 }  // namespace
 
 FileDescriptor LockGateway(const RuntimeDir &stDir) {
@@ -394,43 +432,24 @@ void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
     stSignals.HoldForGood();
 }
 
-void TidyWhenDown(const RuntimeDir &stDir) {
-    if (Running(stDir).empty()) {
-        // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
-        ForgetGatewayStart(stDir);
-        (void)VT_HOST_RemoveStaleBlocks();
-        RemoveDeadSockets(stDir);
-    }
-}
-
 ProcessNames EndProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses, int iSignal,
                           std::chrono::seconds stTimeout) {
     if (access(stDir.Path().c_str(), F_OK) != 0) {
         return {};
     }
     const FileDescriptor stLock = LockGateway(stDir);
-    ProcessNames astSignalled;
-    for (const ProcessInfo *pstInfo : astProcesses) {
-        const pid_t iPid = RunningProcess(stDir, pstInfo->pcName);
-        if (iPid <= 0) {
-            continue;
-        }
-        if (kill(iPid, iSignal) == 0) {
-            astSignalled.push_back(pstInfo);
-        } else if (errno != ESRCH) {
-            throw GatewayError("cannot end " + std::string(pstInfo->pcName) + " (process " +
-                               std::to_string(iPid) + "): " + ErrnoText(errno));
-        }
+    return EndLocked(stDir, astProcesses, iSignal, stTimeout);
+}
+
+ProcessNames StopProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses,
+                           std::chrono::seconds stTimeout) {
+    if (access(stDir.Path().c_str(), F_OK) != 0) {
+        return {};
     }
-    const auto stEnd = Clock::now() + stTimeout;
-    for (const ProcessInfo *pstInfo : astSignalled) {
-        if (!WaitUntil(stEnd, [&] { return RunningProcess(stDir, pstInfo->pcName) == 0; })) {
-            throw GatewayError(std::string(pstInfo->pcName) +
-                               " has not ended yet; gatewayctl kill " + pstInfo->pcName +
-                               " ends it the hard way");
-        }
-    }
-    return astSignalled;
+    const FileDescriptor stLock = LockGateway(stDir);
+    ProcessNames astEnded = EndLocked(stDir, astProcesses, SIGTERM, stTimeout);
+    TidyWhenDown(stDir);
+    return astEnded;
 }
 
 ProcessNames WaitForAnswers(const ProcessNames &astProcesses, std::chrono::seconds stTimeout) {

@@ -38,13 +38,16 @@ ProcessNames Running(const RuntimeDir &stDir);
 void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
                     const ProcessNames &astProcesses, bool bFresh, std::chrono::seconds stTimeout);
 
-/// When no process runs: forgets the gateway's start and removes what its processes left behind.
-void TidyWhenDown(const RuntimeDir &stDir);
-
 /// Sends a signal to those processes that run and waits until they have ended.
 /// Returns those that did run. Throws GatewayError when one has not ended in time.
 ProcessNames EndProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses, int iSignal,
                           std::chrono::seconds stTimeout);
+
+/// Ends processes with SIGTERM, as EndProcesses does, and takes the gateway for down when none is
+/// left: forgets its start and removes what its processes left behind, before another gatewayctl
+/// can start any.
+ProcessNames StopProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses,
+                           std::chrono::seconds stTimeout);
 
 /// Waits until all of them answer; returns those that don't.
 ProcessNames WaitForAnswers(const ProcessNames &astProcesses, std::chrono::seconds stTimeout);

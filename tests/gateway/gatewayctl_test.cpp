@@ -1,6 +1,7 @@
 // gatewayctl: its verbs, what they say, and their exit codes.
 #include <fcntl.h>
 #include <signal.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 #include <thread>
 
 #include "gateway_fixture.h"
+#include "vt_ssp_basic.h"
 
 namespace wap::test {
 
@@ -201,6 +203,48 @@ TEST_F(RunningGatewayTest, StopRemovesTheSocketsOfDeadProcesses) {
     close(iLock);
     CtlOk({"stop"});
     EXPECT_NE(access((m_acDir + "/program.sock").c_str(), F_OK), 0) << "it has ended";
+}
+
+TEST_F(RunningGatewayTest, NothingStartsBeforeStopHasTidied) {
+    // Enough blocks that removing them takes a while.
+    std::vector<std::string> astBlocks;
+    for (int iBlock = 0; iBlock < 5000; ++iBlock) {
+        VDataDesc stDesc = {};
+        ASSERT_EQ(VT_VDATA_CreShm(1, &stDesc), 0u);
+        char acName[24];
+        snprintf(acName, sizeof(acName), "/vdata/%08x", stDesc.uiDataID);
+        astBlocks.push_back(m_acDir + acName);
+        ASSERT_EQ(access(astBlocks.back().c_str(), F_OK), 0);
+    }
+    const pid_t iStop = Launch(CtlWords({"stop"}));
+    ASSERT_GT(iStop, 0);
+    // Whoever gets the lock, as a start would, finds the gateway up or all of it tidied.
+    const int iLock = open((m_acDir + "/gatewayctl.lock").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(iLock, 0);
+    bool bUp = true;
+    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (bUp && std::chrono::steady_clock::now() < stEnd) {
+        struct flock stLock = {};
+        stLock.l_type = F_WRLCK;
+        stLock.l_whence = SEEK_SET;
+        ASSERT_EQ(fcntl(iLock, F_SETLKW, &stLock), 0);
+        bUp = access((m_acDir + "/osgi_proxy.sock").c_str(), F_OK) == 0 ||
+              access((m_acDir + "/cwmp.sock").c_str(), F_OK) == 0;
+        if (!bUp) {
+            EXPECT_NE(access((m_acDir + "/gateway.start").c_str(), F_OK), 0);
+            EXPECT_EQ(
+                std::count_if(astBlocks.begin(), astBlocks.end(),
+                              [](const auto &acPath) { return access(acPath.c_str(), F_OK) == 0; }),
+                0);
+        }
+        stLock.l_type = F_UNLCK;
+        ASSERT_EQ(fcntl(iLock, F_SETLK, &stLock), 0);
+        // Locks are not handed out in turn.
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    close(iLock);
+    EXPECT_FALSE(bUp);
+    EXPECT_EQ(Await(iStop), 0) << ReadFile("test.err");
 }
 
 TEST_F(GatewayTest, StrangersAreNeverKilled) {
