@@ -157,8 +157,11 @@ std::string ReportWithout(uint32_t uiHosts, uint32_t uiMissing) {
     for (uint32_t i = 1; i <= uiHosts; ++i) {
         if (i != uiMissing) {
             const std::string sNumber = std::to_string(i);
-            sText += std::string(sText.empty() ? "" : ",") + " { \"UpSpeed\": " + sNumber +
-                     ", \"DownSpeed\": " + sNumber + " }";
+            sText += sText.empty() ? " { \"UpSpeed\": " : ", { \"UpSpeed\": ";
+            sText += sNumber;
+            sText += ", \"DownSpeed\": ";
+            sText += sNumber;
+            sText += " }";
         }
     }
     return "{ \"Result\": 0, \"List\": [" + sText + " ] }";

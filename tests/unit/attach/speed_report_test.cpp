@@ -101,10 +101,10 @@ TEST_F(SpeedReportTest, TheBlockHasAShareForEachHostAndOneMore) {
     stHome.astRecords = {{5, kMacA}, {6, kMacB}, {7, kMacC}};
     stWorld.stAllocs.ClearRecords();
     (void)Report(nullptr, 0);
-    EXPECT_EQ(Blocks(), (std::vector<size_t>{3 * 64, 512}));
+    EXPECT_EQ(Blocks(), (std::vector<size_t>{192, 512}));
     stWorld.stAllocs.ClearRecords();
     (void)Report({kMacA});
-    EXPECT_EQ(Blocks(), (std::vector<size_t>{3 * 64, 64, 256}));
+    EXPECT_EQ(Blocks(), (std::vector<size_t>{192, 64, 256}));
     stHome.astRecords.clear();
     stWorld.stAllocs.ClearRecords();
     (void)Report(nullptr, 0);
