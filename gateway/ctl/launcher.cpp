@@ -30,6 +30,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr auto kPollInterval = std::chrono::milliseconds(10);
 constexpr uint32_t kProbeTimeoutMs = 1000;
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 /// A process being started.
 struct Child {
@@ -43,7 +44,7 @@ class HeldSignals {
   public:
     HeldSignals() {
         sigemptyset(&m_stHeld);
-        for (const int iSignal : {SIGHUP, SIGINT, SIGTERM}) {
+        for (const int iSignal : kEndingSignals) {
             struct sigaction stAction = {};
             // An ignored one would become pending as well while it is held.
             if (sigaction(iSignal, nullptr, &stAction) == 0 && stAction.sa_handler != SIG_IGN) {
@@ -66,7 +67,7 @@ class HeldSignals {
         sigset_t stPending;
         sigemptyset(&stPending);
         sigpending(&stPending);
-        for (const int iSignal : {SIGHUP, SIGINT, SIGTERM}) {
+        for (const int iSignal : kEndingSignals) {
             if (sigismember(&m_stHeld, iSignal) == 1 && sigismember(&stPending, iSignal) == 1) {
                 throw GatewayError("ended by signal " + std::to_string(iSignal));
             }

@@ -33,8 +33,8 @@ ProcessNames Running(const RuntimeDir &stDir);
 /// first clears away what a crashed gateway left behind and takes over the shipped home.
 /// @param bFresh starts over with the shipped home; nothing may run then
 /// Throws GatewayError when one does not come up, with the end of its log. Those that it started
-/// are ended then, and also before SIGHUP, SIGINT or SIGTERM ends the program; after a start that
-/// succeeded these signals stay blocked.
+/// are ended then, and also before SIGHUP, SIGINT, SIGQUIT or SIGTERM ends the program; after a
+/// start that succeeded these signals stay blocked.
 void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
                     const ProcessNames &astProcesses, bool bFresh, std::chrono::seconds stTimeout);
 

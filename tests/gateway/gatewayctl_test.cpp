@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -28,7 +29,7 @@ size_t CountLines(const std::string &acText) {
     return static_cast<size_t>(std::count(acText.begin(), acText.end(), '\n'));
 }
 
-constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGTERM};
+constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 /// Signals that end gatewayctl do so in the programs that are launched, too, when the tests
 /// themselves were started without them, as background jobs are.
@@ -36,6 +37,11 @@ void TakeSignals() {
     for (const int iSignal : kEndingSignals) {
         signal(iSignal, SIG_DFL);
     }
+    // One of them would leave a core file in the folder where the tests run.
+    struct rlimit stNone = {};
+    ASSERT_EQ(getrlimit(RLIMIT_CORE, &stNone), 0);
+    stNone.rlim_cur = 0;
+    ASSERT_EQ(setrlimit(RLIMIT_CORE, &stNone), 0);
 }
 
 }  // namespace
