@@ -1,7 +1,8 @@
 // gatewayctl and answers that no message has room for.
 #include <stdio.h>
 #include <string.h>
-#include <unistd.h>
+
+#include <mutex>
 
 #include "gateway_fixture.h"
 #include "vt_ssp_host.h"
@@ -39,12 +40,24 @@ size_t CountOf(const std::string &acText, const std::string &acPart) {
 }
 
 /// What a process that can't be trusted answers.
-struct OddAnswer {
-    std::string acText;
+class OddAnswer {
+  public:
+    void Set(const std::string &acText) {
+        const std::scoped_lock stLock(m_stMutex);
+        m_acText = acText;
+    }
+    std::string Get() {
+        const std::scoped_lock stLock(m_stMutex);
+        return m_acText;
+    }
+
+  private:
+    std::mutex m_stMutex;
+    std::string m_acText;
 };
 
 uint32_t GiveOddAnswer(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {
-    const std::string &acText = static_cast<OddAnswer *>(pvContext)->acText;
+    const std::string acText = static_cast<OddAnswer *>(pvContext)->Get();
     if (pstCall->uiRpcId != kControlGet) {
         return VT_HOST_ERR_UNKNOWN_RPC;
     }
@@ -158,7 +171,7 @@ TEST_F(GatewayTest, AnswerInABlockIsNotTrusted) {
     for (const auto &stCase : astCases) {
         SCOPED_TRACE(std::to_string(stCase.uiOriginal) + " " + std::to_string(stCase.uiStored));
         const uint32_t uiId = BlockOf(stCase.acBytes);
-        stAnswer.acText = BlockAnswer(uiId, stCase.uiOriginal, stCase.uiStored);
+        stAnswer.Set(BlockAnswer(uiId, stCase.uiOriginal, stCase.uiStored));
         const Outcome stGet = Ctl({"get", "hosts"});
         EXPECT_EQ(stGet.iExit, stCase.acOut.empty() ? 1 : 0);
         EXPECT_EQ(stGet.acOut, stCase.acOut);
@@ -168,13 +181,13 @@ TEST_F(GatewayTest, AnswerInABlockIsNotTrusted) {
     }
     for (const char *pcNoBlock :
          {"{\"block\":{}}", "{\"block\":7}", "{\"block\":{\"id\":\"1\"}}"}) {
-        stAnswer.acText = pcNoBlock;
+        stAnswer.Set(pcNoBlock);
         const Outcome stGet = Ctl({"get", "hosts"});
         EXPECT_EQ(stGet.iExit, 1);
         EXPECT_NE(stGet.acErr.find("the answer of app_m is lost"), std::string::npos)
             << stGet.acErr;
     }
-    stAnswer.acText.clear();
+    stAnswer.Set("");
     const Outcome stTooLong = Ctl({"get", "hosts"});
     EXPECT_EQ(stTooLong.iExit, 1);
     EXPECT_NE(stTooLong.acErr.find("longer than the 131072 bytes of a message"), std::string::npos)
