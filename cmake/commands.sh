@@ -60,10 +60,12 @@ install_packages() {
     fi
 }
 
-# build_preset PRESET configures and builds build/PRESET, one builder at a time. Progress on a
-# terminal; elsewhere only the log of a failure, as a log of hundreds of steps helps nobody.
+# build_preset PRESET [TARGET...] configures and builds build/PRESET, or some targets of it, one
+# builder at a time. Progress on a terminal; elsewhere only the log of a failure, as a log of hundreds
+# of steps helps nobody.
 build_preset() {
     local pcPreset=$1 pcLog iStatus=0
+    shift
     mkdir -p build/log
     pcLog=build/log/$pcPreset.log
     (
@@ -73,11 +75,11 @@ build_preset() {
             exit 1
         fi
         if [ -t 2 ]; then
-            ninja -C "build/$pcPreset" 8>&-
+            ninja -C "build/$pcPreset" "$@" 8>&-
             exit
         fi
         echo "Building build/$pcPreset"
-        if ! ninja -C "build/$pcPreset" >>"$pcLog" 2>&1 8>&-; then
+        if ! ninja -C "build/$pcPreset" "$@" >>"$pcLog" 2>&1 8>&-; then
             grep -A 40 -m 3 '^FAILED' "$pcLog" || tail -n 60 "$pcLog"
             exit 1
         fi
