@@ -20,6 +20,12 @@ class FileDescriptor {
     int Get() const { return m_iFd; }
     /// Closes now; false when the file system reports a failed write only at this point.
     bool Close();
+    /// Gives the descriptor away: it stays open.
+    int Release() {
+        const int iFd = m_iFd;
+        m_iFd = -1;
+        return iFd;
+    }
 
   private:
     int m_iFd;

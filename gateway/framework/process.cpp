@@ -71,7 +71,7 @@ JsonValue BlockReply(const std::string &acReply) {
 
 Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable stTable)
     : m_stInfo(stInfo),
-      m_stLock(LockProcess(stDir, stInfo.pcName)),
+      m_iLock(LockProcess(stDir, stInfo.pcName).Release()),
       m_stHome(stDir, stInfo),
       m_stTable(std::move(stTable)),
       m_stContext{m_stHome, GatewayStart(stDir)},

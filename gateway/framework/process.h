@@ -37,7 +37,9 @@ class Process {
     void EndDelays();
 
     const ProcessInfo &m_stInfo;
-    FileDescriptor m_stLock;
+    /// Never closed: whoever waits for the lock waits for the end of the process, which is not yet
+    /// here when this object goes.
+    const int m_iLock;
     Home m_stHome;
     RpcTable m_stTable;
     FaultTable m_stFaults;
