@@ -7,7 +7,6 @@
 #include <fstream>
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "faults/fault_sweep.h"
@@ -18,12 +17,6 @@
 namespace wap::test {
 
 namespace {
-
-std::string TextOf(const Answer &stAnswer) {
-    std::ostringstream stOut;
-    stOut << stAnswer;
-    return stOut.str();
-}
 
 /// All answers that an entry may give: the good one, the failing ones, and for texts none at all.
 std::set<std::string> AnswersOf(const Entry &stEntry) {

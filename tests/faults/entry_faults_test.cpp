@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "faults/fault_sweep.h"
@@ -14,12 +13,6 @@
 namespace wap::test {
 
 namespace {
-
-std::string TextOf(const Answer &stAnswer) {
-    std::ostringstream stOut;
-    stOut << stAnswer;
-    return stOut.str();
-}
 
 bool IsStart(const Entry &stEntry) {
     return stEntry.sMethod == "startThread";

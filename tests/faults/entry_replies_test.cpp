@@ -10,6 +10,7 @@
 
 #include "faults/fault_sweep.h"
 #include "support/entries.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
 
@@ -56,12 +57,9 @@ std::string FieldText(const std::string &sRecord, size_t uiAt, size_t uiWidth) {
     return sRecord.substr(uiAt, uiWidth).c_str();
 }
 
-int32_t Word(const std::string &sRecord, size_t uiAt) {
-    uint32_t uiWord = 0;
-    for (size_t i = 0; i < 4; ++i) {
-        uiWord |= static_cast<uint32_t>(static_cast<uint8_t>(sRecord[uiAt + i])) << (8 * i);
-    }
-    return static_cast<int32_t>(uiWord);
+/// As Java sees a number.
+int32_t IntAt(const std::string &sRecord, size_t uiAt) {
+    return static_cast<int32_t>(WordAt(sRecord, uiAt));
 }
 
 /// As Java sees these bytes.
@@ -76,8 +74,8 @@ Answer InfoAnswer(const Entry &stEntry, const std::string &sRecord) {
     const std::string sText =
         "{\"Result\":0 , \"Vendor\":" + Text(75, 65) + ", \"ProductCLass\":" + Text(10, 65) +
         ", \"HardwareVer\":" + Text(140, 65) + ", \"FirmwareVer\":" + Text(205, 65) +
-        ", \"FlashSize\":" + std::to_string(Word(sRecord, 4)) +
-        ", \"RamSize\":" + std::to_string(Word(sRecord, 0)) +
+        ", \"FlashSize\":" + std::to_string(IntAt(sRecord, 4)) +
+        ", \"RamSize\":" + std::to_string(IntAt(sRecord, 0)) +
         ", \"MainChipClass\":" + Text(270, 66) + ", \"NFC\":" + Text(8, 2) + "}";
     return sText.size() < 512 ? JavaAnswer(sText) : stEntry.stFailure;
 }
@@ -89,7 +87,7 @@ Answer AnswerTo(const Entry &stEntry, std::string sReply) {
         return InfoAnswer(stEntry, sReply);
     }
     if (stEntry.sMethod == "getDeviceUpTime") {
-        return NumberAnswerOf(Word(sReply, 0));
+        return NumberAnswerOf(IntAt(sReply, 0));
     }
     const TextField &stField = TextFields().at(stEntry.sMethod);
     const std::string sText = FieldText(sReply, stField.uiAt, stField.uiWidth);

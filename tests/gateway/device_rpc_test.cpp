@@ -11,19 +11,10 @@ namespace wap::test {
 
 namespace {
 
-/// The number in a reply of one word.
-uint32_t Word(const RpcReply &stAnswer) {
-    uint32_t uiWord = 0;
-    for (size_t uiAt = 4; uiAt-- > 0;) {
-        uiWord = uiWord << 8 | static_cast<unsigned char>(stAnswer.acBytes[uiAt]);
-    }
-    return uiWord;
-}
-
 uint32_t UpTime() {
     const RpcReply stAnswer = Query("osgi_proxy", 0x47209036, 4);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
-    return Word(stAnswer);
+    return WordAt(stAnswer.acBytes, 0);
 }
 
 }  // namespace

@@ -38,12 +38,6 @@ std::vector<std::string> Emulated(const std::string &acProgram) {
 
 }  // namespace
 
-std::string Field(std::string_view pcText, size_t uiSize) {
-    std::string acField(pcText);
-    acField.resize(uiSize, '\0');
-    return acField;
-}
-
 RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,
               size_t uiCapacity, uint32_t uiTimeoutMs) {
     RpcMsgHead stHead = {};

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "support/wire_bytes.h"
+
 namespace wap::test {
 
 /// How a program ended and what it printed.
@@ -30,9 +32,6 @@ inline constexpr const char *kProcessNames[] = {"gulm", "app_m", "osgi_proxy", "
 
 /// The bytes that the reply buffer holds before a call, to see what a reply did not touch.
 inline constexpr char kUntouched = '\x5A';
-
-/// A text field of a record: the text and zeros up to its size.
-std::string Field(std::string_view pcText, size_t uiSize);
 
 /// Sends an RPC.
 RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,

@@ -8,25 +8,9 @@ namespace {
 
 constexpr uint32_t kRefused = 0xF7300001;
 
-std::string Word(uint32_t uiValue) {
-    std::string acWord;
-    for (uint32_t uiShift = 0; uiShift < 32; uiShift += 8) {
-        acWord += static_cast<char>(uiValue >> uiShift & 0xFF);
-    }
-    return acWord;
-}
-
 /// Words of zero, as the unused end of a list has them.
 std::string ZeroWords(size_t uiCount) {
     return std::string(uiCount * sizeof(uint32_t), '\0');
-}
-
-uint32_t WordAt(const std::string &acBytes, size_t uiAt) {
-    uint32_t uiWord = 0;
-    for (size_t uiByte = 4; uiByte-- > 0;) {
-        uiWord = uiWord << 8 | static_cast<unsigned char>(acBytes[uiAt + uiByte]);
-    }
-    return uiWord;
 }
 
 /// The reply's text, which must end in it.
@@ -52,15 +36,6 @@ std::string BlockOf(const RpcReply &stReply) {
     std::string acPlain(uiOriginal, '\0');
     EXPECT_EQ(VT_OS_Decompress(acStored.data(), acPlain.data(), uiOriginal), 0u);
     return acPlain;
-}
-
-size_t CountOf(const std::string &acText, const std::string &acPart) {
-    size_t uiCount = 0;
-    for (size_t uiAt = acText.find(acPart); uiAt != std::string::npos;
-         uiAt = acText.find(acPart, uiAt + 1)) {
-        ++uiCount;
-    }
-    return uiCount;
 }
 
 class LanGatewayTest : public GatewayTest {

@@ -30,15 +30,6 @@ std::string ForEachHost(const char *pcFormat) {
     return acText;
 }
 
-size_t CountOf(const std::string &acText, const std::string &acPart) {
-    size_t uiCount = 0;
-    for (size_t uiAt = acText.find(acPart); uiAt != std::string::npos;
-         uiAt = acText.find(acPart, uiAt + acPart.size())) {
-        ++uiCount;
-    }
-    return uiCount;
-}
-
 /// What a process that can't be trusted answers.
 class OddAnswer {
   public:

@@ -195,12 +195,4 @@ std::string FileText(const std::string &strPath) {
     return stText.str();
 }
 
-std::string Word(uint32_t uiValue) {
-    std::string strWord;
-    for (int i = 0; i < 4; i++) {
-        strWord += static_cast<char>(uiValue >> (8 * i));
-    }
-    return strWord;
-}
-
 }  // namespace wap::test

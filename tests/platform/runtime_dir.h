@@ -8,6 +8,7 @@
 #include <chrono>
 #include <string>
 
+#include "support/wire_bytes.h"
 #include "vt_ssp_host.h"
 
 namespace wap::test {
@@ -100,9 +101,6 @@ std::string RawRequest(const std::string &strMagic, uint32_t uiKind, uint32_t ui
 
 /** The whole file; empty when there is none. */
 std::string FileText(const std::string &strPath);
-
-/** The four bytes of a little-endian word. */
-std::string Word(uint32_t uiValue);
 
 }  // namespace wap::test
 #endif

@@ -5,6 +5,7 @@
 #include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceSecretInfoQueryServiceJNI.h>
 
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 
 #include "support/entry_calls.h"
@@ -16,6 +17,12 @@ std::ostream &operator<<(std::ostream &stOut, const Answer &stAnswer) {
         return stOut << *stAnswer.iNumber;
     }
     return stAnswer.sText ? stOut << '"' << *stAnswer.sText << '"' : stOut << "null";
+}
+
+std::string TextOf(const Answer &stAnswer) {
+    std::ostringstream stOut;
+    stOut << stAnswer;
+    return stOut.str();
 }
 
 Answer TextAnswerOf(std::string sText) {

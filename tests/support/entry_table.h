@@ -20,6 +20,8 @@ struct Answer {
     bool operator==(const Answer &) const = default;
 };
 std::ostream &operator<<(std::ostream &stOut, const Answer &stAnswer);
+/// The answer as that prints it.
+std::string TextOf(const Answer &stAnswer);
 
 Answer TextAnswerOf(std::string sText);
 Answer NumberAnswerOf(int32_t iNumber);

@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "access/jni_attach_control.h"
@@ -55,9 +54,7 @@ Subject SubjectOf(const std::string &sMethod, const std::vector<Record> &astReco
         pstState->stAnswer = AttachEntry(sMethod).fnCall(stEnv);
     };
     stSubject.fnOutcome = [=](FakeJni &) {
-        std::ostringstream stOut;
-        stOut << pstState->stAnswer;
-        return stOut.str() + StateOf(pstState->stHome);
+        return TextOf(pstState->stAnswer) + StateOf(pstState->stHome);
     };
     return stSubject;
 }

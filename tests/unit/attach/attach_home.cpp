@@ -11,14 +11,6 @@ constexpr uint32_t kLanIndexId = 0x47309024;
 constexpr uint32_t kLanEntryId = 0x40007000;
 constexpr uint32_t kWlanIndexId = 0x47309027;
 
-uint32_t WordAt(const std::string &sBytes, size_t uiAt) {
-    uint32_t uiWord = 0;
-    for (size_t i = 0; i < 4; ++i) {
-        uiWord |= static_cast<uint32_t>(static_cast<uint8_t>(sBytes.at(uiAt + i))) << (8 * i);
-    }
-    return uiWord;
-}
-
 /// A record that starts at an offset of a request.
 Record RecordAt(const std::string &sBytes, size_t uiAt, uint32_t uiInst) {
     Record stRecord;

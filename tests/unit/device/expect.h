@@ -9,23 +9,9 @@
 #include <vector>
 
 #include "support/scripted_platform.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
-
-/// The bytes of a number as they travel: the least significant first.
-inline std::string Word(uint32_t uiValue) {
-    std::string sBytes;
-    for (uint32_t uiShift = 0; uiShift < 32; uiShift += 8) {
-        sBytes += static_cast<char>(uiValue >> uiShift);
-    }
-    return sBytes;
-}
-
-/// A text in a field of uiSize bytes, filled up with zeros.
-inline std::string Field(std::string sText, size_t uiSize) {
-    sText.resize(uiSize, '\0');
-    return sText;
-}
 
 /// The 84 bytes before every request.
 inline std::string MessageHead(const std::string &sSndApp, uint32_t uiDstMid,
@@ -36,11 +22,7 @@ inline std::string MessageHead(const std::string &sSndApp, uint32_t uiDstMid,
 
 /// The sender module id in the header of a recorded call.
 inline uint32_t SenderOf(const RpcRecord &stRpc) {
-    uint32_t uiSender = 0;
-    for (size_t i = 0; i < 4; ++i) {
-        uiSender |= static_cast<uint32_t>(static_cast<uint8_t>(stRpc.sHead.at(72 + i))) << (8 * i);
-    }
-    return uiSender;
+    return WordAt(stRpc.sHead, 72);
 }
 
 /// The codes in the fault log, in order.

@@ -1,7 +1,6 @@
 // Every LAN entry with each of its operations failing in turn.
 #include <memory>
 #include <set>
-#include <sstream>
 
 #include "faults/fault_sweep.h"
 #include "unit/lan/lan_test.h"
@@ -10,12 +9,6 @@ namespace wap::test {
 namespace {
 
 using Texts = std::set<std::string>;
-
-std::string TextOf(const Answer &stAnswer) {
-    std::ostringstream stOut;
-    stOut << stAnswer;
-    return stOut.str();
-}
 
 const std::string kNull = TextOf(NullAnswer());
 const std::string kFaultText = TextOf(TextAnswerOf(kFault));

@@ -23,14 +23,6 @@ const std::map<uint32_t, Form> kForms = {
     {0x47209095, {"osgi_proxy", 0, 4}},
 };
 
-uint32_t WordAt(const std::string &sBytes, size_t uiAt) {
-    uint32_t uiValue = 0;
-    for (size_t i = 0; i < 4 && uiAt + i < sBytes.size(); ++i) {
-        uiValue |= static_cast<uint32_t>(static_cast<uint8_t>(sBytes[uiAt + i])) << (8 * i);
-    }
-    return uiValue;
-}
-
 std::string TextAt(const std::string &sBytes, size_t uiAt) {
     return uiAt < sBytes.size() ? std::string(sBytes.c_str() + uiAt) : std::string();
 }
