@@ -27,17 +27,9 @@ constexpr uint32_t kRecordSize = sizeof(AttachControl);
 /// Bytes of the report for each host, and for what is around them.
 constexpr uint32_t kReportShare = 128;
 
-/// Records a code, if it is one, and passes it on.
-uint32_t Told(SourceSpot stSpot, uint32_t uiResult, uint32_t uiArg1 = 0, uint32_t uiArg2 = 0) {
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, uiArg1, uiArg2);
-    }
-    return uiResult;
-}
-
-/// The same for the workers of Java methods, which know one code only.
+/// Records a failure of a worker of Java methods, which know one code only.
 uint32_t ToldJava(SourceSpot stSpot, uint32_t uiResult) {
-    return Told(stSpot, uiResult) == 0 ? 0 : kErrFailed;
+    return Recorded(stSpot, uiResult) == 0 ? 0 : kErrFailed;
 }
 
 /// The MAC filter as far as it decides who may use the internet.
@@ -47,7 +39,7 @@ class FilterSettings {
         char *pcText = nullptr;
         const uint32_t uiResult = VT_API_getMacFltList(&pcText, &m_uiMode);
         m_stText.Adopt(pcText);
-        return Told(WAP_SPOT, uiResult);
+        return Recorded(WAP_SPOT, uiResult);
     }
     uint32_t InternetRightOf(const char *pcMac) const {
         if (!m_stText) {
@@ -105,7 +97,7 @@ uint32_t SendAdd(SourceSpot stSpot, const AttachControl &stRecord, uint8_t ucMas
     stRequest.stRecord = stRecord;
     stRequest.ucMask = ucMask;
     AttachInst stReply = {};
-    return Told(stSpot, Ask(kAddRecord, stRequest, stReply));
+    return Recorded(stSpot, Ask(kAddRecord, stRequest, stReply));
 }
 
 uint32_t SendSet(SourceSpot stSpot, const AttachControl &stRecord, uint8_t ucMask) {
@@ -114,7 +106,7 @@ uint32_t SendSet(SourceSpot stSpot, const AttachControl &stRecord, uint8_t ucMas
     stRequest.stRecord = stRecord;
     stRequest.ucMask = ucMask;
     AttachInst stReply = {};
-    return Told(stSpot, Ask(kSetRecord, stRequest, stReply), stRecord.uiInstId);
+    return Recorded(stSpot, Ask(kSetRecord, stRequest, stReply), stRecord.uiInstId);
 }
 
 /// Gives hosts a storage right, one after the other, and remembers those that it changed.
@@ -156,7 +148,7 @@ class StorageChange {
             return;
         }
         RecordList stList;
-        if (Told(WAP_SPOT, stList.Read(), m_uiChanged) != 0) {
+        if (Recorded(WAP_SPOT, stList.Read(), m_uiChanged) != 0) {
             return;
         }
         StorageChange stOpposite(m_stFilter, m_uiRight == 0 ? 1 : 0);
@@ -167,7 +159,7 @@ class StorageChange {
                                                  ? stList.FindInst(stChanged.uiInstId)
                                                  : stList.Find(stChanged.pcMac);
             const uint32_t uiResult = stOpposite.Apply(stChanged.pcMac, pstRecord);
-            (void)Told(WAP_SPOT, uiResult, i, m_uiChanged);
+            (void)Recorded(WAP_SPOT, uiResult, i, m_uiChanged);
         }
     }
 
@@ -200,32 +192,32 @@ uint32_t ChangeRights(SourceSpot stSpot, uint32_t uiRight, Walk fnWalk) {
             stChange.Undo();
         }
     }
-    return Told(stSpot, uiResult, uiRight);
+    return Recorded(stSpot, uiResult, uiRight);
 }
 
 }  // namespace
 
 uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCount) {
     if (ppstList == nullptr || puiCount == nullptr) {
-        return Told(WAP_SPOT, kErrNullArgument);
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     AttachInstList stIndex = {};
     uint32_t uiResult = Ask(kListRecords, AttachInst{}, stIndex);
     if (uiResult != 0) {
-        return Told(WAP_SPOT, uiResult);
+        return Recorded(WAP_SPOT, uiResult);
     }
     const uint32_t uiCount =
         stIndex.uiCount < kAttachControlsMax ? stIndex.uiCount : kAttachControlsMax;
     PlatformBlock stList;
     if (uiCount != 0 && !stList.Make(uiCount * kRecordSize, WAP_SPOT)) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     auto *pstList = static_cast<AttachControl *>(stList.Lend());
     for (uint32_t i = 0; i < uiCount; ++i) {
         const uint32_t uiInstId = stIndex.auiInstIds[i];
         uiResult = Ask(kGetRecord, AttachInst{uiInstId}, pstList[i]);
         if (uiResult != 0) {
-            return Told(WAP_SPOT, uiResult, i, uiInstId);
+            return Recorded(WAP_SPOT, uiResult, i, uiInstId);
         }
         pstList[i].acMac[sizeof(pstList[i].acMac) - 1] = '\0';
         pstList[i].uiInstId = uiInstId;
@@ -258,7 +250,7 @@ uint32_t VT_API_addStorageRight(const char *pcMac, uint32_t uiInternetRight,
 uint32_t VT_API_setStorageRight(const AttachControl *pstRecord, uint32_t uiInternetRight,
                                 uint32_t uiStorageRight) {
     if (pstRecord == nullptr) {
-        return Told(WAP_SPOT, kErrNullArgument);
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     AttachControl stRecord = *pstRecord;
     stRecord.uiInternetRight = uiInternetRight;
@@ -269,7 +261,7 @@ uint32_t VT_API_setStorageRight(const AttachControl *pstRecord, uint32_t uiInter
 uint32_t VT_API_setStorageRightList(const char *const *ppcMacs, uint32_t uiCount,
                                     uint32_t uiRight) {
     if (ppcMacs == nullptr || uiCount > kHostsMax) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     return ChangeRights(
         WAP_SPOT, uiRight, [=](const RecordList &stList, StorageChange &stChange) -> uint32_t {
@@ -331,7 +323,7 @@ uint32_t VT_API_addSpeedLimit(const char *pcMac, uint32_t uiInternetRight, uint3
 uint32_t VT_API_setSpeedLimit(const AttachControl *pstRecord, uint32_t uiInternetRight,
                               uint32_t uiUp, uint32_t uiDown) {
     if (pstRecord == nullptr) {
-        return Told(WAP_SPOT, kErrNullArgument);
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     AttachControl stRecord = *pstRecord;
     stRecord.uiInternetRight = uiInternetRight;
@@ -342,7 +334,7 @@ uint32_t VT_API_setSpeedLimit(const AttachControl *pstRecord, uint32_t uiInterne
 
 uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiDown) {
     if (pcMac == nullptr) {
-        return Told(WAP_SPOT, kErrNullArgument);
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     FilterSettings stFilter;
     uint32_t uiResult = stFilter.Read();
@@ -351,7 +343,7 @@ uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiD
         uiResult = stList.Read();
     }
     if (uiResult != 0) {
-        return Told(WAP_SPOT, uiResult);
+        return Recorded(WAP_SPOT, uiResult);
     }
     const AttachControl *pstRecord = stList.Find(pcMac);
     const uint32_t uiUpNow = pstRecord == nullptr ? 0 : pstRecord->uiUsBandwidth;
@@ -362,7 +354,7 @@ uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiD
     const uint32_t uiInternet = stFilter.InternetRightOf(pcMac);
     uiResult = pstRecord == nullptr ? VT_API_addSpeedLimit(pcMac, uiInternet, uiUp, uiDown)
                                     : VT_API_setSpeedLimit(pstRecord, uiInternet, uiUp, uiDown);
-    return Told(WAP_SPOT, uiResult, uiUp, uiDown);
+    return Recorded(WAP_SPOT, uiResult, uiUp, uiDown);
 }
 
 uint32_t VT_JNI_setLANHostSpeedLimit(const char *pcMac, uint32_t uiUp, uint32_t uiDown) {
@@ -372,16 +364,16 @@ uint32_t VT_JNI_setLANHostSpeedLimit(const char *pcMac, uint32_t uiUp, uint32_t 
 uint32_t VT_API_getAttachControlListByMac(const char *const *ppcMacs, uint32_t uiCount,
                                           AttachControl **ppstHosts) {
     if (ppcMacs == nullptr || ppstHosts == nullptr || uiCount == 0 || uiCount > kHostsMax) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     RecordList stList;
     const uint32_t uiResult = stList.Read();
     if (uiResult != 0) {
-        return Told(WAP_SPOT, uiResult);
+        return Recorded(WAP_SPOT, uiResult);
     }
     PlatformBlock stHosts;
     if (!stHosts.Make(uiCount * kRecordSize, WAP_SPOT)) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     auto *pstHosts = static_cast<AttachControl *>(stHosts.Lend());
     for (uint32_t i = 0; i < uiCount; ++i) {
@@ -399,17 +391,17 @@ uint32_t VT_API_getAttachControlListByMac(const char *const *ppcMacs, uint32_t u
 
 uint32_t VT_API_getALLAttachControlList(AttachControl **ppstHosts, uint32_t *puiCount) {
     // A list as read never holds more than a report does.
-    return Told(WAP_SPOT, VT_API_getAttachControlList(ppstHosts, puiCount));
+    return Recorded(WAP_SPOT, VT_API_getAttachControlList(ppstHosts, puiCount));
 }
 
 uint32_t VT_JNI_getSpeedLimitJsonStr(const AttachControl *pstHosts, uint32_t uiCount,
                                      char **ppcText) {
     if ((pstHosts == nullptr && uiCount != 0) || uiCount > kHostsMax || ppcText == nullptr) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     JsonValue stList(JNI_JSON_ObjNewArray());
     if (!stList) {
-        return Told(WAP_SPOT, 1, uiCount);
+        return Recorded(WAP_SPOT, 1, uiCount);
     }
     // No MACs in the rows, deliberately: Java knows the hosts by their order.
     for (uint32_t i = 0; i < uiCount; ++i) {
@@ -418,7 +410,7 @@ uint32_t VT_JNI_getSpeedLimitJsonStr(const AttachControl *pstHosts, uint32_t uiC
             {"DownSpeed", pstHosts[i].uiDsBandwidth, kItemInt, kEmptyAsText},
         };
         if (!AppendObject(WAP_SPOT, stList, astRow, 2)) {
-            return Told(WAP_SPOT, 1, i, uiCount);
+            return Recorded(WAP_SPOT, 1, i, uiCount);
         }
     }
     return ComposeList(WAP_SPOT, __func__, stList, kReportShare * (uiCount + 1), ppcText);

@@ -12,11 +12,7 @@ constexpr GeneralRoute kSetMode = {"osgi_proxy", 0, kRpcSetMacFltMode};
 
 /// Makes any failure the one that Java's side knows.
 uint32_t AnswerResult(SourceSpot stSpot, uint32_t uiResult) {
-    if (uiResult == 0) {
-        return 0;
-    }
-    RecordFault(stSpot, uiResult);
-    return kErrFailed;
+    return Recorded(stSpot, uiResult) == 0 ? 0 : kErrFailed;
 }
 
 /// Reads the mode alone. The lists may be changed while the filter is off.
@@ -33,8 +29,7 @@ uint32_t AddToList(SourceSpot stSpot, uint32_t uiListsMode, bool bNeedsText,
         return kErrFailed;
     }
     if (uiMode != uiListsMode) {
-        RecordFault(stSpot, kErrFailed, uiMode, uiListsMode);
-        return kErrFailed;
+        return Recorded(stSpot, kErrFailed, uiMode, uiListsMode);
     }
     if (bNeedsText && VT_JNI_MacfltNullCheck(ppcMacs, uiCount) == 1) {
         return 0;
@@ -80,8 +75,7 @@ uint32_t ChangeBoth(SourceSpot stSpot, const Change &stChange, const char *const
                     uint32_t uiCount) {
     MacFltRecord stRecord = {};
     uint32_t uiResult = stChange.pfnLan(ppcMacs, uiCount, &stRecord, kMacFltDo);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, uiCount);
+    if (Recorded(stSpot, uiResult, uiCount) != 0) {
         return uiResult;
     }
     uiResult = stChange.pfnWlan(ppcMacs, uiCount, 1, kMacFltDo);
@@ -184,19 +178,16 @@ uint32_t VT_JNI_delLANHostFromTrustList(const char *const *ppcMacs, uint32_t uiC
 
 uint32_t VT_API_getMacFltMode(uint32_t *puiMode, uint32_t *puiStatus) {
     if (puiMode == nullptr || puiStatus == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     MacFltModeReply stReply = {};
     const uint32_t uiResult = Ask(kGetMode, kNoArgument, stReply);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     if (stReply.uiMode != stReply.uiModeAgain || stReply.uiStatus != stReply.uiStatusAgain) {
-        RecordFault(WAP_SPOT, kErrMacFlt, stReply.uiMode, stReply.uiModeAgain, stReply.uiStatus,
-                    stReply.uiStatusAgain);
-        return kErrMacFlt;
+        return Recorded(WAP_SPOT, kErrMacFlt, stReply.uiMode, stReply.uiModeAgain, stReply.uiStatus,
+                        stReply.uiStatusAgain);
     }
     *puiMode = stReply.uiMode;
     *puiStatus = stReply.uiStatus;
@@ -257,14 +248,12 @@ uint32_t VT_API_clearMacFltList(void) {
 
 uint32_t VT_API_getMacFltList(char **ppcText, uint32_t *puiMode) {
     if (ppcText == nullptr || puiMode == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     uint32_t uiMode = 0;
     uint32_t uiStatus = 0;
     uint32_t uiResult = VT_API_getMacFltMode(&uiMode, &uiStatus);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     TableCopy<LanMacFltEntry> stLan;
@@ -286,13 +275,11 @@ uint32_t VT_API_getMacFltList(char **ppcText, uint32_t *puiMode) {
     }
     PlatformBlock stText;
     if (!stText.Make(uiSize, WAP_SPOT)) {
-        RecordFault(WAP_SPOT, kErrMacFlt, uiSize);
-        return kErrMacFlt;
+        return Recorded(WAP_SPOT, kErrMacFlt, uiSize);
     }
     auto *pcText = static_cast<char *>(stText.Lend());
     uiResult = WriteList(pcText, uiSize, stLan, stWlan);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiSize);
+    if (Recorded(WAP_SPOT, uiResult, uiSize) != 0) {
         return uiResult;
     }
     *ppcText = static_cast<char *>(stText.Release());
@@ -304,15 +291,11 @@ uint32_t VT_API_getMacFltList(char **ppcText, uint32_t *puiMode) {
 
 uint32_t VT_API_appendMacFltStr(char *pcText, uint32_t uiSize, const char *pcMac) {
     if (pcText == nullptr || pcMac == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     uint32_t uiResult = pcText[0] == '\0' ? 0 : VT_OS_StrNCat_S(pcText, uiSize, ",", 1);
     if (uiResult == 0) {
         uiResult = VT_OS_StrNCat_S(pcText, uiSize, pcMac, VT_OS_StrLen(pcMac));
     }
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiSize);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, uiResult, uiSize);
 }

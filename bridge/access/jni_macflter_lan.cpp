@@ -14,8 +14,7 @@ constexpr GeneralRoute kDelEntry = {"osgi_proxy", 0, kRpcDelLanMacFlt};
 uint32_t CheckArguments(SourceSpot stSpot, const char *const *ppcMacs, uint32_t uiCount,
                         const MacFltRecord *pstRecord) {
     if (pstRecord == nullptr) {
-        RecordFault(stSpot, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(stSpot, kErrNullArgument);
     }
     return CheckList(stSpot, ppcMacs, uiCount, kMacFltListMax);
 }
@@ -32,16 +31,12 @@ uint32_t wap::ReadTable(SourceSpot stSpot, TableCopy<LanMacFltEntry> &stTable) {
     MacFltInstBlock stIndex = {};
     const uint32_t uiResult = VT_API_getLanMacFltList(&pstList, &stIndex);
     stTable.Adopt(pstList, stIndex.uiCount);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
-    }
-    return uiResult;
+    return Recorded(stSpot, uiResult);
 }
 
 uint32_t VT_API_getLanMacFltList(LanMacFltEntry **ppstList, MacFltInstBlock *pstIndex) {
     if (ppstList == nullptr || pstIndex == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     MacFltInstBlock stIndex = {};
     PlatformBlock stList;
@@ -56,8 +51,7 @@ uint32_t VT_API_getLanMacFltList(LanMacFltEntry **ppstList, MacFltInstBlock *pst
 
 uint32_t VT_API_addLanMacFlt(const char *pcMac, uint32_t *puiInstId) {
     if (pcMac == nullptr || puiInstId == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     LanMacFltEntry stEntry = {};
     stEntry.stBody.uiEnable = 1;
@@ -70,8 +64,7 @@ uint32_t VT_API_addLanMacFlt(const char *pcMac, uint32_t *puiInstId) {
     // "Success" also when it failed: deliberate, whoever reads traces expects the line like this.
     WAP_TRACE(kTraceEntries, "VT_API_addLanMacFlt Success uiInstId:%d\r\n",
               static_cast<int32_t>(uiInstId));
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     *puiInstId = uiInstId;
@@ -80,11 +73,7 @@ uint32_t VT_API_addLanMacFlt(const char *pcMac, uint32_t *puiInstId) {
 
 uint32_t VT_API_delLanMacFlt(uint32_t uiInstId) {
     uint32_t uiReply = 0;
-    const uint32_t uiResult = Ask(kDelEntry, uiInstId, uiReply);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiInstId);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, Ask(kDelEntry, uiInstId, uiReply), uiInstId);
 }
 
 uint32_t VT_API_addLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,

@@ -62,12 +62,10 @@ struct Removed {
 /// Refuses a null list and one that is too long. 0, or the code, recorded.
 inline uint32_t CheckList(SourceSpot stSpot, const void *pvList, uint32_t uiCount, uint32_t uiMax) {
     if (pvList == nullptr && uiCount != 0) {
-        RecordFault(stSpot, kErrNullArgument, uiCount);
-        return kErrNullArgument;
+        return Recorded(stSpot, kErrNullArgument, uiCount);
     }
     if (uiCount > uiMax) {
-        RecordFault(stSpot, kErrMacFlt, uiCount, uiMax);
-        return kErrMacFlt;
+        return Recorded(stSpot, kErrMacFlt, uiCount, uiMax);
     }
     return 0;
 }
@@ -95,8 +93,7 @@ template <class Entry, class Index>
 uint32_t FetchTable(SourceSpot stSpot, const GeneralRoute &stListRoute,
                     const GeneralRoute &stEntryRoute, Index &stIndex, PlatformBlock &stList) {
     const uint32_t uiResult = Ask(stListRoute, kNoArgument, stIndex);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
+    if (Recorded(stSpot, uiResult) != 0) {
         return uiResult;
     }
     // The number is the process's word; the ids end with the block.
@@ -107,8 +104,7 @@ uint32_t FetchTable(SourceSpot stSpot, const GeneralRoute &stListRoute,
         return 0;
     }
     if (!stList.Make(uiCount * static_cast<uint32_t>(sizeof(Entry)), stSpot)) {
-        RecordFault(stSpot, kErrMacFlt, uiCount);
-        return kErrMacFlt;
+        return Recorded(stSpot, kErrMacFlt, uiCount);
     }
     auto *pstEntries = static_cast<Entry *>(stList.Lend());
     for (uint32_t i = 0; i < uiCount; ++i) {

@@ -134,21 +134,16 @@ uint32_t wap::ReadTable(SourceSpot stSpot, TableCopy<WlanMacFltEntry> &stTable) 
     uint32_t uiCount = 0;
     const uint32_t uiResult = VT_API_getWLanMacFltList(&pstList, &uiCount);
     stTable.Adopt(pstList, uiCount);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
-    }
-    return uiResult;
+    return Recorded(stSpot, uiResult);
 }
 
 uint32_t VT_API_getWLanMacFltList(WlanMacFltEntry **ppstList, uint32_t *puiCount) {
     if (ppstList == nullptr || puiCount == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     PlatformBlock stIndex;
     if (!stIndex.Make(sizeof(WlanMacFltInstBlock), WAP_SPOT)) {
-        RecordFault(WAP_SPOT, kErrMacFlt);
-        return kErrMacFlt;
+        return Recorded(WAP_SPOT, kErrMacFlt);
     }
     auto &stIds = *static_cast<WlanMacFltInstBlock *>(stIndex.Lend());
     PlatformBlock stList;
@@ -163,14 +158,12 @@ uint32_t VT_API_getWLanMacFltList(WlanMacFltEntry **ppstList, uint32_t *puiCount
 
 uint32_t VT_API_getWlanInst(WlanInstBlock *pstBlock) {
     if (pstBlock == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     if (VT_Feature_IsSupport(kFeatureWlanMacFlt) == 1) {
         WlanInstBlock stReply = {};
         const uint32_t uiResult = Ask(kGetSsids, kNoArgument, stReply);
-        if (uiResult != 0) {
-            RecordFault(WAP_SPOT, uiResult);
+        if (Recorded(WAP_SPOT, uiResult) != 0) {
             return uiResult;
         }
         *pstBlock = stReply;
@@ -182,11 +175,7 @@ uint32_t VT_API_getWlanInst(WlanInstBlock *pstBlock) {
 
 uint32_t VT_API_delWLanMacFlt(uint32_t uiInstId) {
     uint32_t uiReply = 0;
-    const uint32_t uiResult = Ask(kDelEntry, uiInstId, uiReply);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiInstId);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, Ask(kDelEntry, uiInstId, uiReply), uiInstId);
 }
 
 uint32_t VT_API_addWLanMacFltList(const void *pvArray, uint32_t uiCount, uint32_t uiByMac,
@@ -215,8 +204,7 @@ uint32_t VT_API_addWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCo
     }
     WlanInstBlock stSsids = {};
     uiResult = VT_API_getWlanInst(&stSsids);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     const uint32_t uiMaxIfNum = stSsids.uiCount < kSsidMax ? stSsids.uiCount : kSsidMax;
@@ -224,8 +212,7 @@ uint32_t VT_API_addWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCo
     MarkExcluded(stSsids, uiMaxIfNum);
     Adder stAdder(uiRollback);
     if (!stAdder.Make(uiCount * uiMaxIfNum, WAP_SPOT)) {
-        RecordFault(WAP_SPOT, kErrMacFlt, uiCount, uiMaxIfNum);
-        return kErrMacFlt;
+        return Recorded(WAP_SPOT, kErrMacFlt, uiCount, uiMaxIfNum);
     }
     for (uint32_t i = 0; i < uiCount; ++i) {
         if (ppcMacs[i] == nullptr) {
@@ -234,8 +221,7 @@ uint32_t VT_API_addWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCo
             continue;
         }
         uiResult = AddForSsids(stAdder, ppcMacs[i], stSsids, uiMaxIfNum);
-        if (uiResult != 0) {
-            RecordFault(WAP_SPOT, uiResult, i);
+        if (Recorded(WAP_SPOT, uiResult, i) != 0) {
             return uiResult;
         }
     }
@@ -250,8 +236,7 @@ uint32_t VT_API_addWLanMacFltListByStructInfo(const WlanMacFltEntry *const *ppst
     }
     Adder stAdder(uiRollback);
     if (!stAdder.Make(uiCount, WAP_SPOT)) {
-        RecordFault(WAP_SPOT, kErrMacFlt, uiCount);
-        return kErrMacFlt;
+        return Recorded(WAP_SPOT, kErrMacFlt, uiCount);
     }
     for (uint32_t i = 0; i < uiCount; ++i) {
         if (ppstEntries[i] == nullptr) {

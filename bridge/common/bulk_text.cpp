@@ -24,8 +24,7 @@ uint32_t FetchBulkText(SourceSpot stSpot, const GeneralRoute &stRoute, const voi
     *ppcText = nullptr;
     VDataDesc stDesc = {};
     uint32_t uiResult = AskBytes(stRoute, pvReq, uiReqLen, stDesc);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
+    if (Recorded(stSpot, uiResult) != 0) {
         return uiResult;
     }
     TraceDesc(stSpot, stDesc, eTrace);
@@ -34,8 +33,7 @@ uint32_t FetchBulkText(SourceSpot stSpot, const GeneralRoute &stRoute, const voi
     if (uiResult == 0 && stBlock.LendText() == nullptr) {
         uiResult = kErrFailed;
     }
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, stDesc.uiDataID);
+    if (Recorded(stSpot, uiResult, stDesc.uiDataID) != 0) {
         return uiResult;
     }
     *ppcText = static_cast<char *>(stBlock.Release());

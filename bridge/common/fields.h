@@ -40,6 +40,7 @@ class FieldText {
     explicit FieldText(const char (&acField)[kSize]) {
         memcpy(m_acText, acField, FieldLength(acField));
     }
+    const char *Lend() const { return m_acText; }
     /// The text as the value word of a JSON item.
     uintptr_t Word() const { return reinterpret_cast<uintptr_t>(m_acText); }
 

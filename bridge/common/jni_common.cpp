@@ -25,16 +25,7 @@ bool AddResult(SourceSpot stSpot, json_object *pstObj, int32_t iResult) {
 /// Adds the text of a field that nobody promised to terminate.
 template <size_t kSize>
 bool AddField(json_object *pstObj, const char *pcKey, const char (&acField)[kSize]) {
-    char acText[kSize + 1] = {};
-    memcpy(acText, acField, FieldLength(acField));
-    return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, acText) == 0;
-}
-
-/// The pointer that an item carries in its value word.
-template <class Pointer>
-Pointer PointerIn(uintptr_t ulValue) {
-    // The word is part of the item's layout.
-    return reinterpret_cast<Pointer>(ulValue);  // NOLINT(performance-no-int-to-ptr)
+    return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, FieldText(acField).Lend()) == 0;
 }
 
 using ItemAdder = uint32_t (*)(json_object *pstObj, const char *pcKey, uintptr_t ulValue,
@@ -84,8 +75,7 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddStrAddRef(json_object *pstObj, const char *pc
                                              uintptr_t ulTextRef, uint32_t uiPolicy) {
     const char *const *ppcText = PointerIn<const char *const *>(ulTextRef);
     if (ppcText == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
     }
     if (*ppcText == nullptr) {
         return JNI_JSON_ObjAddKeyValueString(pstObj, pcKey, "");
@@ -98,8 +88,7 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pc
                                              uintptr_t ulIntRef, uint32_t uiPolicy) {
     const int32_t *piValue = PointerIn<const int32_t *>(ulIntRef);
     if (piValue == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pcKey));
     }
     char acDigits[32] = {};
     (void)VT_OS_Int32ToStr_S(*piValue, acDigits, sizeof(acDigits));
@@ -134,8 +123,7 @@ uint32_t wap::Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, u
                       int32_t iResult, Completeness eCompleteness) {
     JsonValue stRoot(JNI_JSON_ObjNewObj());
     if (!stRoot) {
-        RecordFault(WAP_SPOT, kErrFailed);
-        return kErrFailed;
+        return Recorded(WAP_SPOT, kErrFailed);
     }
     // An answer without its result would be no answer.
     if (!AddResult(WAP_SPOT, stRoot.Lend(), iResult)) {
@@ -143,18 +131,15 @@ uint32_t wap::Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, u
     }
     const uint32_t uiFailed = iResult == 0 ? AddItems(stRoot.Lend(), pstItems, uiCount) : 0;
     if (uiFailed != 0 && eCompleteness == Completeness::kWhole) {
-        RecordFault(WAP_SPOT, 1, uiFailed);
-        return 1;
+        return Recorded(WAP_SPOT, 1, uiFailed);
     }
     const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
     if (pcText == nullptr) {
-        RecordFault(WAP_SPOT, 1);
-        return 1;
+        return Recorded(WAP_SPOT, 1);
     }
     const size_t ulLength = strlen(pcText);
     if (pcOut == nullptr || ulLength >= uiOutCap) {
-        RecordFault(WAP_SPOT, 1, uiOutCap, static_cast<uint32_t>(ulLength));
-        return 1;
+        return Recorded(WAP_SPOT, 1, uiOutCap, static_cast<uint32_t>(ulLength));
     }
     memcpy(pcOut, pcText, ulLength + 1);
     return 0;
@@ -181,20 +166,17 @@ jstring OSGI_JNI_FaultStrBuild(JNIEnv *pstEnv, int32_t iResult) {
 uint32_t VT_OSGI_JNI_BuildJsonObj(const RuntimeNames *pstNames, json_object **ppstOut,
                                   int32_t iResult) {
     if (pstNames == nullptr || ppstOut == nullptr) {
-        RecordFault(WAP_SPOT, kErrFailed, AsNumber(pstNames), AsNumber(ppstOut));
-        return kErrFailed;
+        return Recorded(WAP_SPOT, kErrFailed, AsNumber(pstNames), AsNumber(ppstOut));
     }
     JsonValue stRoot(JNI_JSON_ObjNewObj());
     if (!stRoot) {
-        RecordFault(WAP_SPOT, kJsonErrObject);
-        return kJsonErrObject;
+        return Recorded(WAP_SPOT, kJsonErrObject);
     }
     json_object *pstRoot = stRoot.Lend();
     if (!AddResult(WAP_SPOT, pstRoot, iResult) || !AddField(pstRoot, "Name", pstNames->acName) ||
         !AddField(pstRoot, "Version", pstNames->acVersion) ||
         !AddField(pstRoot, "Vendor", pstNames->acVendor)) {
-        RecordFault(WAP_SPOT, kErrFailed);
-        return kErrFailed;
+        return Recorded(WAP_SPOT, kErrFailed);
     }
     *ppstOut = stRoot.Release();
     return 0;

@@ -69,6 +69,13 @@ static_assert(offsetof(JsonItem, ulValue) == sizeof(void *));
 static_assert(offsetof(JsonItem, uiType) == 2 * sizeof(void *));
 static_assert(offsetof(JsonItem, uiPolicy) == 2 * sizeof(void *) + 4);
 
+/// The pointer that an item carries in its value word.
+template <class Pointer>
+Pointer PointerIn(uintptr_t ulValue) {
+    // The word is part of the item's layout.
+    return reinterpret_cast<Pointer>(ulValue);  // NOLINT(performance-no-int-to-ptr)
+}
+
 /// Name, version and vendor of a runtime; texts need not be terminated.
 struct RuntimeNames {
     char acName[32];

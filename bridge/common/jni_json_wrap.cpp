@@ -14,8 +14,7 @@ namespace {
 /// What every typed getter checks: its pointers, then the value's type.
 uint32_t CheckValue(SourceSpot stSpot, json_object *pstValue, const void *pvOut, json_type eType) {
     if (pstValue == nullptr || pvOut == nullptr) {
-        RecordFault(stSpot, kJsonErrNull, AsNumber(pstValue), AsNumber(pvOut));
-        return kJsonErrNull;
+        return Recorded(stSpot, kJsonErrNull, AsNumber(pstValue), AsNumber(pvOut));
     }
     const json_type eFound = json_object_get_type(pstValue);
     if (eFound != eType) {
@@ -39,10 +38,7 @@ uint32_t GetTyped(SourceSpot stSpot, json_object *pstValue, json_type eType,
 
 /// Notes that an inner code is passed on; 0 is not noted.
 uint32_t PassOn(SourceSpot stSpot, uint32_t uiResult) {
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
-    }
-    return uiResult;
+    return Recorded(stSpot, uiResult);
 }
 
 /// Looks a key up and hands its value to a typed getter.
@@ -71,8 +67,7 @@ uint32_t Attach(SourceSpot stSpot, json_object *pstObj, const char *pcKey, json_
         return kJsonErrType;
     }
     if (json_object_object_add(pstObj, pcKey, pstValue) != 0) {
-        RecordFault(stSpot, kJsonErrObject, AsNumber(pstObj), AsNumber(pstValue));
-        return kJsonErrObject;
+        return Recorded(stSpot, kJsonErrObject, AsNumber(pstObj), AsNumber(pstValue));
     }
     return 0;
 }
@@ -90,8 +85,7 @@ bool CheckParent(SourceSpot stSpot, json_object *pstObj, const char *pcKey) {
 uint32_t AttachNew(SourceSpot stSpot, json_object *pstObj, const char *pcKey,
                    json_object *pstValue) {
     if (pstValue == nullptr) {
-        RecordFault(stSpot, kJsonErrValue, AsNumber(pstObj));
-        return kJsonErrValue;
+        return Recorded(stSpot, kJsonErrValue, AsNumber(pstObj));
     }
     const uint32_t uiResult = JNI_JSON_ObjAddKeyValue(pstObj, pcKey, pstValue);
     if (uiResult != 0) {
@@ -143,8 +137,7 @@ uint32_t JNI_JSON_ObjGetStringLen(json_object *pstValue, uint32_t *puiOut) {
 
 uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCap) {
     if (pstValue == nullptr || pcBuf == nullptr || uiCap == 0) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstValue), AsNumber(pcBuf), uiCap);
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pstValue), AsNumber(pcBuf), uiCap);
     }
     uint32_t uiLength = 0;
     const uint32_t uiResult = JNI_JSON_ObjGetStringLen(pstValue, &uiLength);
@@ -152,8 +145,7 @@ uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCa
         return PassOn(WAP_SPOT, uiResult);
     }
     if (uiCap <= uiLength) {
-        RecordFault(WAP_SPOT, kJsonErrTooLong, uiLength, uiCap);
-        return kJsonErrTooLong;
+        return Recorded(WAP_SPOT, kJsonErrTooLong, uiLength, uiCap);
     }
     if (const char *pcText = json_object_get_string(pstValue)) {
         (void)VT_OS_StrNCpy_S(pcBuf, uiCap, pcText, uiLength);
@@ -170,8 +162,7 @@ uint32_t JNI_JSON_ObjGetArrayLen(json_object *pstArray, uint32_t *puiOut) {
     }
     // Looked at last: whoever asks no array for its length is told that first.
     if (puiOut == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstArray));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pstArray));
     }
     *puiOut = uiLength;
     return 0;
@@ -179,8 +170,8 @@ uint32_t JNI_JSON_ObjGetArrayLen(json_object *pstArray, uint32_t *puiOut) {
 
 uint32_t JNI_JSON_ObjGetValueObj(json_object *pstObj, const char *pcKey, json_object **ppstOut) {
     if (pstObj == nullptr || pcKey == nullptr || ppstOut == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey), AsNumber(ppstOut));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey),
+                        AsNumber(ppstOut));
     }
     const uint32_t uiResult = CheckValue(WAP_SPOT, pstObj, ppstOut, json_type_object);
     if (uiResult != 0) {
@@ -188,8 +179,7 @@ uint32_t JNI_JSON_ObjGetValueObj(json_object *pstObj, const char *pcKey, json_ob
     }
     json_object *pstValue = nullptr;
     if (json_object_object_get_ex(pstObj, pcKey, &pstValue) == 0) {
-        RecordFault(WAP_SPOT, kJsonErrNoKey, AsNumber(pstObj), AsNumber(pcKey));
-        return kJsonErrNoKey;
+        return Recorded(WAP_SPOT, kJsonErrNoKey, AsNumber(pstObj), AsNumber(pcKey));
     }
     *ppstOut = pstValue;
     return 0;
@@ -214,8 +204,7 @@ uint32_t JNI_JSON_ObjGetValueStringLen(json_object *pstObj, const char *pcKey, u
 uint32_t JNI_JSON_ObjGetValueString(json_object *pstObj, const char *pcKey, char *pcBuf,
                                     uint32_t uiCap) {
     if (pcBuf == nullptr || uiCap == 0) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pcBuf), uiCap);
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pcBuf), uiCap);
     }
     json_object *pstValue = nullptr;
     uint32_t uiResult = JNI_JSON_ObjGetValueObj(pstObj, pcKey, &pstValue);
@@ -290,16 +279,16 @@ json_object *JNI_JSON_ObjNewString(const char *pcText) {
 
 uint32_t JNI_JSON_ObjAddKeyValue(json_object *pstObj, const char *pcKey, json_object *pstValue) {
     if (pstObj == nullptr || pcKey == nullptr || pstValue == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey), AsNumber(pstValue));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey),
+                        AsNumber(pstValue));
     }
     return Attach(WAP_SPOT, pstObj, pcKey, pstValue);
 }
 
 uint32_t JNI_JSON_ObjAddKeyValueString(json_object *pstObj, const char *pcKey, const char *pcText) {
     if (pstObj == nullptr || pcKey == nullptr || pcText == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey), AsNumber(pcText));
-        return kJsonErrNull;
+        return Recorded(WAP_SPOT, kJsonErrNull, AsNumber(pstObj), AsNumber(pcKey),
+                        AsNumber(pcText));
     }
     return AttachNew(WAP_SPOT, pstObj, pcKey, JNI_JSON_ObjNewString(pcText));
 }
@@ -348,8 +337,7 @@ uint32_t JNI_JSON_ObjArrayAdd(json_object *pstArray, json_object *pstElement) {
         return kJsonErrType;
     }
     if (json_object_array_add(pstArray, pstElement) != 0) {
-        RecordFault(WAP_SPOT, kJsonErrObject, AsNumber(pstArray), AsNumber(pstElement));
-        return kJsonErrObject;
+        return Recorded(WAP_SPOT, kJsonErrObject, AsNumber(pstArray), AsNumber(pstElement));
     }
     return 0;
 }

@@ -91,8 +91,7 @@ uint32_t wap::CallProcess(const DirectRoute &stRoute, uint32_t uiDstMid, const v
 uint32_t wap::AskText(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
                       uint32_t uiReqLen, char *pcBuf, uint32_t uiCap) {
     if (pvReq == nullptr || pcBuf == nullptr || uiCap == 0) {
-        RecordFault(stSpot, kErrNullArgument, uiCap);
-        return kErrNullArgument;
+        return Recorded(stSpot, kErrNullArgument, uiCap);
     }
     // Before the call for a short reply, after it for what a refusal has brought along.
     (void)VT_OS_MemSet_S(pcBuf, uiCap, 0, uiCap);
@@ -108,29 +107,20 @@ uint32_t wap::AskText(SourceSpot stSpot, const GeneralRoute &stRoute, const void
 uint32_t wap::AskChange(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
                         uint32_t uiReqLen) {
     uint32_t uiReply = 0;
-    const uint32_t uiResult = AskBytes(stRoute, pvReq, uiReqLen, uiReply);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
-        return kErrFailed;
-    }
-    return 0;
+    return Recorded(stSpot, AskBytes(stRoute, pvReq, uiReqLen, uiReply)) == 0 ? 0 : kErrFailed;
 }
 
 uint32_t JNI_MSG_RpcCall(const char *pcRcvApp, uint32_t uiSndMid, uint32_t uiRpcId,
                          const void *pvReq, uint32_t uiReqLen, void *pvRsp, uint32_t uiRspCap) {
     if (pcRcvApp == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument, uiRpcId);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument, uiRpcId);
     }
     const char *pcProcName = VT_MSG_GetCurProcName();
     WAP_TRACE(kTraceRpc, " === JNI_MSG_RpcCall !! ProcName:%s, RcvApp:%s, RpcId:0x%08x\r\n",
               pcProcName == nullptr ? "" : pcProcName, pcRcvApp, uiRpcId);
     const uint32_t uiResult = CallOrScratch({pcRcvApp, uiSndMid, uiRpcId, kGeneralTimeoutMs}, 0,
                                             pvReq, uiReqLen, pvRsp, uiRspCap);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, uiResult);
 }
 
 uint32_t OSGI_JNI_BundleMng_RpcCall(uint32_t uiDstMid, uint32_t uiRpcId, const void *pvReq,
@@ -146,8 +136,5 @@ uint32_t VT_KAVO_USB_JNI_RpcCall(uint32_t uiRpcId, const void *pvReq, uint32_t u
         uiResult = CallOrScratch({"usb_mngt", 0, uiRpcId, kProxyTimeoutMs}, 0, pvReq, uiReqLen,
                                  pvRsp, uiRspCap);
     }
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, uiResult);
 }

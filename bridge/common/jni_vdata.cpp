@@ -44,8 +44,7 @@ uint32_t VT_JNI_COMMON_ReadVData(const VDataDesc *pstDesc, void **ppvData) {
         *ppvData = nullptr;
     }
     if (ppvData == nullptr || pstDesc == nullptr) {
-        RecordFault(WAP_SPOT, 1, AsNumber(pstDesc), AsNumber(ppvData));
-        return 1;
+        return Recorded(WAP_SPOT, 1, AsNumber(pstDesc), AsNumber(ppvData));
     }
     const VDataDesc stDesc = *pstDesc;
     PlatformBlock stStaging;
@@ -77,8 +76,7 @@ uint32_t VT_JNI_COMMON_ReadVData(const VDataDesc *pstDesc, void **ppvData) {
 
 uint32_t VT_JNI_COMMON_WriteVData(VDataDesc *pstDesc, const void *pvData, uint32_t uiLen) {
     if (pstDesc == nullptr || pvData == nullptr) {
-        RecordFault(WAP_SPOT, 1, AsNumber(pstDesc), AsNumber(pvData), uiLen);
-        return 1;
+        return Recorded(WAP_SPOT, 1, AsNumber(pstDesc), AsNumber(pvData), uiLen);
     }
     // No id yet, so that freeing after a failed creation hits nobody's block.
     *pstDesc = {0, uiLen, uiLen};

@@ -8,8 +8,7 @@ namespace {
 void ReleaseObjects(const JsonItem *pstItems, uint32_t uiCount) {
     for (uint32_t i = 0; i < uiCount; ++i) {
         if (pstItems[i].uiType == kItemObject) {
-            // The word is part of the item's layout. NOLINTNEXTLINE(performance-no-int-to-ptr)
-            const JsonValue stValue(reinterpret_cast<json_object *>(pstItems[i].ulValue));
+            const JsonValue stValue(PointerIn<json_object *>(pstItems[i].ulValue));
         }
     }
 }
@@ -57,8 +56,7 @@ uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList,
                        pcWorker, uiCap);
     PlatformBlock stText;
     if (!stText.Make(uiCap, stSpot)) {
-        RecordFault(stSpot, 1, uiCap);
-        return 1;
+        return Recorded(stSpot, 1, uiCap);
     }
     const JsonItem stItem = {"List", reinterpret_cast<uintptr_t>(stList.Lend()), kItemObject,
                              kEmptyAsText};

@@ -25,6 +25,15 @@ inline void RecordFault(SourceSpot stSpot, uint32_t uiStatus) {
     VT_PROC_DBG_LastWord_1(stSpot.pcFile, stSpot.uiLine, uiStatus);
 }
 
+/// Records a code unless it is 0, with up to four numbers, and passes it on.
+template <class... Numbers>
+inline uint32_t Recorded(SourceSpot stSpot, uint32_t uiCode, Numbers... uiNumbers) {
+    if (uiCode != 0) {
+        RecordFault(stSpot, uiCode, uiNumbers...);
+    }
+    return uiCode;
+}
+
 /// A pointer as the fault log's 32-bit number: its low half on a 64-bit host.
 inline uint32_t AsNumber(const void *pvPointer) {
     return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pvPointer));

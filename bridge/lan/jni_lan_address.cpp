@@ -56,10 +56,7 @@ uint32_t FetchDhcpText(char *pcBuf, uint32_t uiCap) {
     if (uiResult == 0) {
         uiResult = VT_API_getDhcpInfoJsonStr(pstReply, pcBuf, uiCap);
     }
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
-    }
-    return uiResult;
+    return Recorded(WAP_SPOT, uiResult);
 }
 
 }  // namespace
@@ -82,8 +79,7 @@ uint32_t VT_JNI_getLANDHCPInfo(char *pcBuf, uint32_t uiCap) {
 
 uint32_t VT_API_getDhcpInfoJsonStr(const DhcpSettings *pstSettings, char *pcBuf, uint32_t uiCap) {
     if (pstSettings == nullptr || pcBuf == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     const FieldText stStart(pstSettings->acPoolStart);
     const FieldText stEnd(pstSettings->acPoolEnd);

@@ -49,8 +49,7 @@ uint32_t FetchHosts(SourceSpot stSpot, const GeneralRoute &stRoute, const char *
     PlatformBlock stList;
     if (uiCount > UINT32_MAX / sizeof(MacSlot) ||
         !stList.Make(uiCount * static_cast<uint32_t>(sizeof(MacSlot)), stSpot)) {
-        RecordFault(stSpot, kErrNoMemory, uiCount);
-        return kErrNoMemory;
+        return Recorded(stSpot, kErrNoMemory, uiCount);
     }
     auto *pstSlots = static_cast<MacSlot *>(stList.Lend());
     for (uint32_t i = 0; i < uiCount; ++i) {
@@ -67,8 +66,7 @@ uint32_t FetchHostsOf(SourceSpot stSpot, const GeneralRoute &stRoute, const char
         return kErrNullArgument;
     }
     if (pcWord == nullptr) {
-        RecordFault(stSpot, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(stSpot, kErrNullArgument);
     }
     HostTextQuery stRequest = {};
     PutWholeField(stRequest.acText, pcWord);
@@ -81,8 +79,7 @@ uint32_t AnswerNoHosts(char **ppcText) {
     if (!stText.Make(sizeof(kNoHostsAnswer), WAP_SPOT) ||
         VT_OS_MemCpy_S(stText.Lend(), sizeof(kNoHostsAnswer), kNoHostsAnswer,
                        sizeof(kNoHostsAnswer)) != 0) {
-        RecordFault(WAP_SPOT, 1, sizeof(kNoHostsAnswer));
-        return 1;
+        return Recorded(WAP_SPOT, 1, static_cast<uint32_t>(sizeof(kNoHostsAnswer)));
     }
     *ppcText = static_cast<char *>(stText.Release());
     return 0;

@@ -38,8 +38,7 @@ constexpr uint32_t kErrNoList = 1;
 constexpr uint32_t kErrUnknownKind = 1;
 
 uint32_t RefuseNull(SourceSpot stSpot, uint32_t uiWanIndex) {
-    RecordFault(stSpot, kErrNullArgument, uiWanIndex);
-    return kErrNullArgument;
+    return Recorded(stSpot, kErrNullArgument, uiWanIndex);
 }
 
 bool MayHaveMappings(const WanRecord &stWan) {
@@ -53,10 +52,7 @@ uint32_t FindMappableWan(SourceSpot stSpot, uint32_t uiWanIndex, uint32_t uiInst
     if (uiResult == 0 && !MayHaveMappings(stWan)) {
         uiResult = kErrNotMappable;
     }
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, uiWanIndex, uiInstId);
-    }
-    return uiResult;
+    return Recorded(stSpot, uiResult, uiWanIndex, uiInstId);
 }
 
 /// Names a WAN connection as the services do, and traces the numbers.
@@ -72,16 +68,11 @@ template <class Request>
 uint32_t SendChange(SourceSpot stSpot, const GeneralRoute &stRoute, const Request &stRequest,
                     uint32_t uiWanIndex, uint32_t uiInstId) {
     PortMappingChangeReply stReply = {};
-    const uint32_t uiResult = Ask(stRoute, stRequest, stReply);
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, uiWanIndex, uiInstId);
-    }
-    return uiResult;
+    return Recorded(stSpot, Ask(stRoute, stRequest, stReply), uiWanIndex, uiInstId);
 }
 
 uint32_t FailList(SourceSpot stSpot, uint32_t uiWanIndex, uint32_t uiInstId = 0) {
-    RecordFault(stSpot, kErrNoList, uiWanIndex, uiInstId);
-    return kErrNoList;
+    return Recorded(stSpot, kErrNoList, uiWanIndex, uiInstId);
 }
 
 uint32_t AddMapping(const JsonValue &stMaps, const PortMappingRow &stRow) {
@@ -216,8 +207,7 @@ uint32_t VT_JNI_getPortMappingInfo(char **ppcText) {
     }
     VDataDesc stDesc = {};
     uint32_t uiResult = Ask(kAskTable, AllPortMappingsRequest{}, stDesc);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     TraceDesc(WAP_SPOT, stDesc);
@@ -225,8 +215,7 @@ uint32_t VT_JNI_getPortMappingInfo(char **ppcText) {
     BulkBlock stTable;
     if (uiCount != 0) {
         uiResult = stTable.Make(stDesc);
-        if (uiResult != 0) {
-            RecordFault(WAP_SPOT, uiResult, stDesc.uiDataID);
+        if (Recorded(WAP_SPOT, uiResult, stDesc.uiDataID) != 0) {
             return uiResult;
         }
     } else if (stDesc.uiDataID != 0) {
@@ -269,15 +258,13 @@ uint32_t VT_API_getPortMapping(uint32_t uiWanIndex, uint32_t uiInstId, PortMappi
     }
     const PortMappingWan stNumbers = NumbersOf(stWan);
     if (stNumbers.uiConnKind >= kConnKinds) {
-        RecordFault(WAP_SPOT, kErrUnknownKind, uiWanIndex, uiInstId, stNumbers.uiConnKind);
-        return kErrUnknownKind;
+        return Recorded(WAP_SPOT, kErrUnknownKind, uiWanIndex, uiInstId, stNumbers.uiConnKind);
     }
     const PortMappingRequest stRequest = {stNumbers.uiWanDevIns, stNumbers.uiWanConnDevIns,
                                           stNumbers.uiWanConnIns, uiInstId};
     PortMappingEntry stEntry = {};
     uiResult = Ask(kAskEntry[stNumbers.uiConnKind], stRequest, stEntry);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiWanIndex, uiInstId);
+    if (Recorded(WAP_SPOT, uiResult, uiWanIndex, uiInstId) != 0) {
         return uiResult;
     }
     *pstEntry = stEntry;
@@ -290,8 +277,7 @@ uint32_t VT_API_getPortMappingNum(uint32_t *puiNum) {
     }
     PortMappingNumReply stReply = {};
     const uint32_t uiResult = Ask(kAskNum, AllPortMappingsRequest{}, stReply);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult);
+    if (Recorded(WAP_SPOT, uiResult) != 0) {
         return uiResult;
     }
     *puiNum = stReply.uiNum;
@@ -304,8 +290,7 @@ uint32_t VT_API_getOsgiWanInfoByWanIndex(uint32_t uiWanIndex, WanRecord *pstReco
     }
     WanRecord stRecord = {};
     const uint32_t uiResult = Ask(kAskWan, WanRecordRequest{0, uiWanIndex}, stRecord);
-    if (uiResult != 0) {
-        RecordFault(WAP_SPOT, uiResult, uiWanIndex);
+    if (Recorded(WAP_SPOT, uiResult, uiWanIndex) != 0) {
         return uiResult;
     }
     WAP_TRACE(kTraceEntries, "VT_API_getOsgiWanInfoByWanIndex WanInfo \n\r");

@@ -27,8 +27,7 @@ template <size_t kSize>
 uint32_t CopyField(SourceSpot stSpot, const char (&acField)[kSize], char *pcBuf, uint32_t uiCap) {
     const uint32_t uiLength = FieldLength(acField);
     if (uiLength >= uiCap) {
-        RecordFault(stSpot, kErrTooLong, uiCap, uiLength);
-        return kErrTooLong;
+        return Recorded(stSpot, kErrTooLong, uiCap, uiLength);
     }
     // Not with a text function: the field may lack its zero.
     memcpy(pcBuf, acField, uiLength);
@@ -48,8 +47,7 @@ template <class Reply, class Route, size_t kSize>
 uint32_t FetchText(SourceSpot stSpot, const Route &stRoute, char (Reply::*pacField)[kSize],
                    char *pcBuf, uint32_t uiCap) {
     if (pcBuf == nullptr) {
-        RecordFault(stSpot, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(stSpot, kErrNullArgument);
     }
     Wiped<Reply> stReply;
     const uint32_t uiResult = Ask(stRoute, WordRequest{}, stReply.stRecord);
@@ -63,8 +61,7 @@ uint32_t FetchText(SourceSpot stSpot, const Route &stRoute, char (Reply::*pacFie
 
 uint32_t VT_JNI_GetDeviceInfo(char *pcBuf, uint32_t uiCap) {
     if (pcBuf == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     DeviceInfoReply stReply = {};
     const uint32_t uiResult = Ask(kAskInfo, WordRequest{}, stReply);
@@ -87,8 +84,7 @@ uint32_t VT_JNI_GetDeviceInfo(char *pcBuf, uint32_t uiCap) {
         static_cast<int>(FieldLength(stReply.acMainChipClass)), stReply.acMainChipClass,
         static_cast<int>(FieldLength(stReply.acNfc)), stReply.acNfc);
     if (iLength < 0) {
-        RecordFault(WAP_SPOT, kErrTooLong, uiCap);
-        return kErrTooLong;
+        return Recorded(WAP_SPOT, kErrTooLong, uiCap);
     }
     return CopyField(WAP_SPOT, acText, pcBuf, uiCap);
 }
@@ -119,8 +115,7 @@ uint32_t VT_JNI_GetDeviceDefaultSSID1Password(char *pcBuf, uint32_t uiCap) {
 
 uint32_t VT_JNI_GetDeviceUpTime(uint32_t *puiUpTime) {
     if (puiUpTime == nullptr) {
-        RecordFault(WAP_SPOT, kErrNullArgument);
-        return kErrNullArgument;
+        return Recorded(WAP_SPOT, kErrNullArgument);
     }
     DeviceUpTimeReply stReply = {};
     const uint32_t uiResult = Ask(kAskUpTime, WordRequest{}, stReply);
@@ -133,8 +128,7 @@ uint32_t VT_JNI_GetDeviceUpTime(uint32_t *puiUpTime) {
 
 uint32_t VT_JNI_GetAPIVersion(char *pcBuf, uint32_t uiCap) {
     if (pcBuf == nullptr) {
-        RecordFault(WAP_SPOT, 1);
-        return 1;
+        return Recorded(WAP_SPOT, 1);
     }
     return CopyField(WAP_SPOT, "1.0", pcBuf, uiCap);
 }
