@@ -19,41 +19,44 @@ json_object *ListAt(const HomeChange &stChange, const std::string &acPath) {
     return pstList;
 }
 
-size_t Place(json_object *pstList, const ListPlace &stPlace) {
-    const auto uiIndex = FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId);
-    if (!uiIndex) {
+json_object *ElementAt(json_object *pstList, const ListPlace &stPlace) {
+    json_object *pstElement = FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId);
+    if (pstElement == nullptr) {
         throw GatewayError(stPlace.acPath + " has nothing with " + stPlace.acKey + " \"" +
                            stPlace.acId + "\"");
     }
-    return *uiIndex;
+    return pstElement;
+}
+
+template <class Matches>
+json_object *FindIf(json_object *pstList, Matches fnMatches) {
+    const auto astElements = Elements(pstList);
+    const auto stFound = std::find_if(astElements.begin(), astElements.end(), fnMatches);
+    return stFound == astElements.end() ? nullptr : *stFound;
 }
 
 }  // namespace
 
-std::optional<size_t> FindElement(json_object *pstList, const char *pcKey,
-                                  std::string_view pcText) {
+json_object *FindElement(json_object *pstList, const char *pcKey, std::string_view pcText) {
     const std::string acText(pcText);
-    const auto astElements = Elements(pstList);
-    const auto stFound =
-        std::find_if(astElements.begin(), astElements.end(), [&](json_object *pstElement) {
-            const auto acFound = GetText(pstElement, pcKey);
-            return acFound && strcasecmp(acFound->c_str(), acText.c_str()) == 0;
-        });
-    if (stFound == astElements.end()) {
-        return std::nullopt;
-    }
-    return static_cast<size_t>(stFound - astElements.begin());
+    return FindIf(pstList, [&](json_object *pstElement) {
+        const auto acFound = GetText(pstElement, pcKey);
+        return acFound && strcasecmp(acFound->c_str(), acText.c_str()) == 0;
+    });
 }
 
-std::optional<size_t> FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber) {
+json_object *FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber) {
+    return FindIf(pstList,
+                  [&](json_object *pstElement) { return GetNumber(pstElement, pcKey) == iNumber; });
+}
+
+void TakeOut(json_object *pstList, json_object *pstElement) {
     const auto astElements = Elements(pstList);
-    const auto stFound = std::find_if(
-        astElements.begin(), astElements.end(),
-        [&](json_object *pstElement) { return GetNumber(pstElement, pcKey) == iNumber; });
-    if (stFound == astElements.end()) {
-        return std::nullopt;
+    const auto stFound = std::find(astElements.begin(), astElements.end(), pstElement);
+    if (stFound != astElements.end()) {
+        (void)json_object_array_del_idx(pstList, static_cast<size_t>(stFound - astElements.begin()),
+                                        1);
     }
-    return static_cast<size_t>(stFound - astElements.begin());
 }
 
 uint32_t FreeNumber(json_object *pstList, const char *pcKey) {
@@ -74,7 +77,7 @@ void AddElement(Home &stHome, const ListPlace &stPlace, JsonValue stElement) {
     if (!json_object_is_type(stElement.get(), json_type_object)) {
         throw GatewayError("only an object can be added to " + stPlace.acPath);
     }
-    if (FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId)) {
+    if (FindElement(pstList, stPlace.acKey.c_str(), stPlace.acId) != nullptr) {
         throw GatewayError(stPlace.acPath + " already has one with " + stPlace.acKey + " \"" +
                            stPlace.acId + "\"");
     }
@@ -85,9 +88,7 @@ void AddElement(Home &stHome, const ListPlace &stPlace, JsonValue stElement) {
 void RemoveElement(Home &stHome, const ListPlace &stPlace) {
     HomeChange stChange(stHome);
     json_object *pstList = ListAt(stChange, stPlace.acPath);
-    if (json_object_array_del_idx(pstList, Place(pstList, stPlace), 1) != 0) {
-        throw GatewayError("cannot remove from " + stPlace.acPath);
-    }
+    TakeOut(pstList, ElementAt(pstList, stPlace));
     stChange.Commit();
 }
 
@@ -95,7 +96,7 @@ void SetElement(Home &stHome, const ListPlace &stPlace, const std::string &acMem
                 std::string_view pcText) {
     HomeChange stChange(stHome);
     json_object *pstList = ListAt(stChange, stPlace.acPath);
-    json_object *pstElement = json_object_array_get_idx(pstList, Place(pstList, stPlace));
+    json_object *pstElement = ElementAt(pstList, stPlace);
     json_object *pstMember = FindMember(pstElement, acMember.c_str());
     if (pstMember == nullptr) {
         throw GatewayError("it has no \"" + acMember + "\"; it has " + NamesIn(pstElement));

@@ -2,7 +2,6 @@
 #ifndef WAP_GATEWAY_FRAMEWORK_HOME_LISTS_H
 #define WAP_GATEWAY_FRAMEWORK_HOME_LISTS_H
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,8 +17,12 @@ struct ListPlace {
     std::string acId;
 };
 
-/// The index of the element with that text; nothing when there is none.
-std::optional<size_t> FindElement(json_object *pstList, const char *pcKey, std::string_view pcText);
+/// The element whose member is that text, or that number; borrowed, null when there is none.
+json_object *FindElement(json_object *pstList, const char *pcKey, std::string_view pcText);
+json_object *FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber);
+
+/// Takes an element out of the list that it is in.
+void TakeOut(json_object *pstList, json_object *pstElement);
 
 /// Adds an element. Throws GatewayError when one with its key is there, or there is no such list.
 void AddElement(Home &stHome, const ListPlace &stPlace, JsonValue stElement);
@@ -33,9 +36,6 @@ void SetElement(Home &stHome, const ListPlace &stPlace, const std::string &acMem
 
 /// The smallest number from 1 that no element has under that key: a new one's id.
 uint32_t FreeNumber(json_object *pstList, const char *pcKey);
-
-/// The index of the element whose member is that number; nothing when there is none.
-std::optional<size_t> FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber);
 
 }  // namespace wap::gateway
 

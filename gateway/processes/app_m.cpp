@@ -129,12 +129,10 @@ std::string WholeText(std::string_view pcRequest) {
 
 uint32_t GetSpeed(HandlerContext &stContext, std::string_view pcRequest, std::string &acReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstHosts = stHome.At("hosts");
-    const auto uiIndex = FindElement(pstHosts, "mac", WholeText(pcRequest));
-    if (!uiIndex) {
+    json_object *pstHost = FindElement(stHome.At("hosts"), "mac", WholeText(pcRequest));
+    if (pstHost == nullptr) {
         return kRefused;
     }
-    json_object *pstHost = json_object_array_get_idx(pstHosts, *uiIndex);
     const JsonValue stAnswer = MakeObject();
     PutNumber(stAnswer.get(), "Result", 0);
     CopyNumber(pstHost, "upSpeed", stAnswer.get(), "UpSpeed");
@@ -164,12 +162,11 @@ uint32_t SetGatewayName(HandlerContext &stContext, std::string_view pcRequest,
 
 uint32_t SetHostName(HandlerContext &stContext, const HostNameSet &stRequest, Word &) {
     HomeChange stChange(stContext.stHome);
-    json_object *pstHosts = stChange.At("hosts");
-    const auto uiIndex = FindElement(pstHosts, "mac", TextIn(stRequest.acMac));
-    if (!uiIndex) {
+    json_object *pstHost = FindElement(stChange.At("hosts"), "mac", TextIn(stRequest.acMac));
+    if (pstHost == nullptr) {
         return kRefused;
     }
-    PutText(json_object_array_get_idx(pstHosts, *uiIndex), "name", TextIn(stRequest.acName));
+    PutText(pstHost, "name", TextIn(stRequest.acName));
     stChange.Commit();
     return 0;
 }

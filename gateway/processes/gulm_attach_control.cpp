@@ -48,12 +48,10 @@ uint32_t List(HandlerContext &stContext, const AttachInst &, AttachInstList &stR
 
 uint32_t Get(HandlerContext &stContext, const AttachInst &stRequest, AttachControl &stReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstList = stHome.At(kList);
-    const auto uiIndex = FindNumber(pstList, "id", stRequest.uiInstId);
-    if (!uiIndex) {
+    json_object *pstRecord = FindNumber(stHome.At(kList), "id", stRequest.uiInstId);
+    if (pstRecord == nullptr) {
         return kRefused;
     }
-    json_object *pstRecord = json_object_array_get_idx(pstList, *uiIndex);
     PutField(stReply.acMac, TextOf(pstRecord, "mac"));
     stReply.uiInternetRight = NumberOf(pstRecord, "internetRight");
     stReply.uiStorageRight = NumberOf(pstRecord, "storageRight");
@@ -68,7 +66,7 @@ uint32_t Add(HandlerContext &stContext, const AttachControlAdd &stRequest, Attac
     const std::string acMac = TextIn(stRequest.stRecord.acMac);
     HomeChange stChange(stContext.stHome);
     json_object *pstList = stChange.At(kList);
-    if (acMac.empty() || FindElement(pstList, "mac", acMac)) {
+    if (acMac.empty() || FindElement(pstList, "mac", acMac) != nullptr) {
         return kRefused;
     }
     if (Elements(pstList).size() >= kAttachControlsMax) {
@@ -92,12 +90,11 @@ uint32_t Add(HandlerContext &stContext, const AttachControlAdd &stRequest, Attac
 
 uint32_t Set(HandlerContext &stContext, const AttachControlSet &stRequest, AttachInst &stReply) {
     HomeChange stChange(stContext.stHome);
-    json_object *pstList = stChange.At(kList);
-    const auto uiIndex = FindNumber(pstList, "id", stRequest.uiInstId);
-    if (!uiIndex) {
+    json_object *pstRecord = FindNumber(stChange.At(kList), "id", stRequest.uiInstId);
+    if (pstRecord == nullptr) {
         return kRefused;
     }
-    Apply(json_object_array_get_idx(pstList, *uiIndex), stRequest.stRecord, stRequest.ucMask);
+    Apply(pstRecord, stRequest.stRecord, stRequest.ucMask);
     stChange.Commit();
     stReply.uiInstId = stRequest.uiInstId;
     return 0;

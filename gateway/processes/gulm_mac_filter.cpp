@@ -50,15 +50,9 @@ uint32_t ListWlan(HandlerContext &stContext, const Word &, WlanMacFltInstBlock &
     return 0;
 }
 
-/// The entry of that id, borrowed from the home's reader; null when there is none.
-json_object *EntryOf(json_object *pstTable, uint32_t uiId) {
-    const auto uiIndex = FindNumber(pstTable, "id", uiId);
-    return uiIndex ? json_object_array_get_idx(pstTable, *uiIndex) : nullptr;
-}
-
 uint32_t GetLan(HandlerContext &stContext, const Word &stRequest, LanMacFltBody &stReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstEntry = EntryOf(stHome.At(kLan), stRequest.uiValue);
+    json_object *pstEntry = FindNumber(stHome.At(kLan), "id", stRequest.uiValue);
     if (pstEntry == nullptr) {
         return kRefused;
     }
@@ -72,7 +66,7 @@ uint32_t GetLan(HandlerContext &stContext, const Word &stRequest, LanMacFltBody 
 
 uint32_t GetWlan(HandlerContext &stContext, const Word &stRequest, WlanMacFltBody &stReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstEntry = EntryOf(stHome.At(kWlan), stRequest.uiValue);
+    json_object *pstEntry = FindNumber(stHome.At(kWlan), "id", stRequest.uiValue);
     if (pstEntry == nullptr) {
         return kRefused;
     }
@@ -132,11 +126,11 @@ template <const char *kTable>
 uint32_t DelEntry(HandlerContext &stContext, const Word &stRequest, Word &) {
     HomeChange stChange(stContext.stHome);
     json_object *pstTable = stChange.At(kTable);
-    const auto uiIndex = FindNumber(pstTable, "id", stRequest.uiValue);
-    if (!uiIndex) {
+    json_object *pstEntry = FindNumber(pstTable, "id", stRequest.uiValue);
+    if (pstEntry == nullptr) {
         return kRefused;
     }
-    json_object_array_del_idx(pstTable, *uiIndex, 1);
+    TakeOut(pstTable, pstEntry);
     stChange.Commit();
     return 0;
 }

@@ -37,13 +37,12 @@ bool IsMappable(json_object *pstWan) {
     return NumberOf(pstWan, "mappingGate") == 1 && (uiMode == 0 || uiMode == 2);
 }
 
-/// The index of a WAN connection's mapping.
-std::optional<size_t> FindMapping(json_object *pstMappings, json_object *pstWan, uint32_t uiId) {
-    const auto uiIndex = FindNumber(pstMappings, "id", uiId);
-    const bool bOfWan = uiIndex && pstWan != nullptr &&
-                        NumberOf(json_object_array_get_idx(pstMappings, *uiIndex), "wanIndex") ==
-                            NumberOf(pstWan, "index");
-    return bOfWan ? uiIndex : std::nullopt;
+/// A WAN connection's mapping, or null.
+json_object *FindMapping(json_object *pstMappings, json_object *pstWan, uint32_t uiId) {
+    json_object *pstMapping = FindNumber(pstMappings, "id", uiId);
+    const bool bOfWan = pstMapping != nullptr && pstWan != nullptr &&
+                        NumberOf(pstMapping, "wanIndex") == NumberOf(pstWan, "index");
+    return bOfWan ? pstMapping : nullptr;
 }
 
 PortMappingEntry EntryOf(json_object *pstMapping) {
@@ -60,12 +59,10 @@ PortMappingEntry EntryOf(json_object *pstMapping) {
 
 uint32_t GetWan(HandlerContext &stContext, const WanRecordRequest &stRequest, WanRecord &stReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstWans = stHome.At("wan");
-    const auto uiIndex = FindNumber(pstWans, "index", stRequest.uiWanIndex);
-    if (!uiIndex) {
+    json_object *pstWan = FindNumber(stHome.At("wan"), "index", stRequest.uiWanIndex);
+    if (pstWan == nullptr) {
         return kRefused;
     }
-    json_object *pstWan = json_object_array_get_idx(pstWans, *uiIndex);
     PutField(stReply.acName, TextOf(pstWan, "name"));
     stReply.uiWanDevIns = NumberOf(pstWan, "deviceInstance");
     stReply.uiWanConnDevIns = NumberOf(pstWan, "connDeviceInstance");
@@ -80,14 +77,13 @@ template <uint32_t kKind>
 uint32_t GetMapping(HandlerContext &stContext, const PortMappingRequest &stRequest,
                     PortMappingEntry &stReply) {
     const HomeReader stHome(stContext.stHome);
-    json_object *pstMappings = stHome.At("portMapping");
     json_object *pstWan = FindWan(stHome.At("wan"), stRequest.uiWanDevIns,
                                   stRequest.uiWanConnDevIns, stRequest.uiWanConnIns);
-    const auto uiIndex = FindMapping(pstMappings, pstWan, stRequest.uiInstId);
-    if (!uiIndex || NumberOf(pstWan, "kind") != kKind) {
+    json_object *pstMapping = FindMapping(stHome.At("portMapping"), pstWan, stRequest.uiInstId);
+    if (pstMapping == nullptr || NumberOf(pstWan, "kind") != kKind) {
         return kRefused;
     }
-    stReply = EntryOf(json_object_array_get_idx(pstMappings, *uiIndex));
+    stReply = EntryOf(pstMapping);
     return 0;
 }
 
@@ -165,12 +161,12 @@ uint32_t AddMapping(HandlerContext &stContext, const AddPortMappingRequest &stRe
 uint32_t DelMapping(HandlerContext &stContext, const DelPortMappingRequest &stRequest, Word &) {
     HomeChange stChange(stContext.stHome);
     json_object *pstMappings = stChange.At("portMapping");
-    const auto uiIndex =
+    json_object *pstMapping =
         FindMapping(pstMappings, FindWan(stChange.At("wan"), stRequest.stWan), stRequest.uiInstId);
-    if (!uiIndex) {
+    if (pstMapping == nullptr) {
         return kRefused;
     }
-    json_object_array_del_idx(pstMappings, *uiIndex, 1);
+    TakeOut(pstMappings, pstMapping);
     stChange.Commit();
     return 0;
 }
@@ -178,17 +174,15 @@ uint32_t DelMapping(HandlerContext &stContext, const DelPortMappingRequest &stRe
 uint32_t SwitchMapping(HandlerContext &stContext, const SwitchPortMappingRequest &stRequest,
                        Word &) {
     HomeChange stChange(stContext.stHome);
-    json_object *pstMappings = stChange.At("portMapping");
     const PortMappingWan &stWan = stRequest.stWan;
     // The one request that does not tell the connection's kind.
     json_object *pstWan =
         FindWan(stChange.At("wan"), stWan.uiWanDevIns, stWan.uiWanConnDevIns, stWan.uiWanConnIns);
-    const auto uiIndex = FindMapping(pstMappings, pstWan, stRequest.uiInstId);
-    if (!uiIndex || stWan.uiConnKind != 0 || stRequest.uiChanges != kChangeEnable) {
+    json_object *pstMapping = FindMapping(stChange.At("portMapping"), pstWan, stRequest.uiInstId);
+    if (pstMapping == nullptr || stWan.uiConnKind != 0 || stRequest.uiChanges != kChangeEnable) {
         return kRefused;
     }
-    PutBool(json_object_array_get_idx(pstMappings, *uiIndex), "enabled",
-            stRequest.stEntry.uiEnable == kMappingOn);
+    PutBool(pstMapping, "enabled", stRequest.stEntry.uiEnable == kMappingOn);
     stChange.Commit();
     return 0;
 }
