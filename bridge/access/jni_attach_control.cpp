@@ -27,11 +27,6 @@ constexpr uint32_t kRecordSize = sizeof(AttachControl);
 /// Bytes of the report for each host, and for what is around them.
 constexpr uint32_t kReportShare = 128;
 
-/// Records a failure of a worker of Java methods, which know one code only.
-uint32_t ToldJava(SourceSpot stSpot, uint32_t uiResult) {
-    return Recorded(stSpot, uiResult) == 0 ? 0 : kErrFailed;
-}
-
 /// The MAC filter as far as it decides who may use the internet.
 class FilterSettings {
   public:
@@ -219,7 +214,7 @@ uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCoun
         if (uiResult != 0) {
             return Recorded(WAP_SPOT, uiResult, i, uiInstId);
         }
-        pstList[i].acMac[sizeof(pstList[i].acMac) - 1] = '\0';
+        EndField(pstList[i].acMac);
         pstList[i].uiInstId = uiInstId;
     }
     *puiCount = uiCount;
@@ -299,14 +294,14 @@ uint32_t VT_JNI_addLANHostToStorageBlackList(const char *const *ppcMacs, uint32_
     if (VT_JNI_MacfltNullCheck(ppcMacs, uiCount) != 0) {
         return 0;
     }
-    return ToldJava(WAP_SPOT, VT_API_setStorageRightList(ppcMacs, uiCount, 0));
+    return ZeroOrFailed(WAP_SPOT, VT_API_setStorageRightList(ppcMacs, uiCount, 0));
 }
 
 uint32_t VT_JNI_delLANHostFromStorageBlackList(const char *const *ppcMacs, uint32_t uiCount) {
     // Nobody named means everybody: that is how Java empties the list.
     const bool bAll = VT_JNI_MacfltNullCheck(ppcMacs, uiCount) != 0;
-    return ToldJava(WAP_SPOT, bAll ? VT_API_changeStorgeRightList(1)
-                                   : VT_API_setStorageRightList(ppcMacs, uiCount, 1));
+    return ZeroOrFailed(WAP_SPOT, bAll ? VT_API_changeStorgeRightList(1)
+                                       : VT_API_setStorageRightList(ppcMacs, uiCount, 1));
 }
 
 uint32_t VT_API_addSpeedLimit(const char *pcMac, uint32_t uiInternetRight, uint32_t uiUp,
@@ -358,7 +353,7 @@ uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiD
 }
 
 uint32_t VT_JNI_setLANHostSpeedLimit(const char *pcMac, uint32_t uiUp, uint32_t uiDown) {
-    return ToldJava(WAP_SPOT, VT_API_setSpeedLimitInfo(pcMac, uiUp, uiDown));
+    return ZeroOrFailed(WAP_SPOT, VT_API_setSpeedLimitInfo(pcMac, uiUp, uiDown));
 }
 
 uint32_t VT_API_getAttachControlListByMac(const char *const *ppcMacs, uint32_t uiCount,
@@ -409,7 +404,7 @@ uint32_t VT_JNI_getSpeedLimitJsonStr(const AttachControl *pstHosts, uint32_t uiC
             {"UpSpeed", pstHosts[i].uiUsBandwidth, kItemInt, kEmptyAsText},
             {"DownSpeed", pstHosts[i].uiDsBandwidth, kItemInt, kEmptyAsText},
         };
-        if (!AppendObject(WAP_SPOT, stList, astRow, 2)) {
+        if (!AppendObject(WAP_SPOT, stList, astRow)) {
             return Recorded(WAP_SPOT, 1, i, uiCount);
         }
     }
@@ -426,7 +421,7 @@ uint32_t Report(SourceSpot stSpot, uint32_t uiResult, AttachControl *pstHosts, u
     if (uiResult == 0) {
         uiResult = VT_JNI_getSpeedLimitJsonStr(pstHosts, uiCount, ppcText);
     }
-    return ToldJava(stSpot, uiResult);
+    return ZeroOrFailed(stSpot, uiResult);
 }
 
 }  // namespace

@@ -10,15 +10,10 @@ namespace {
 constexpr GeneralRoute kGetMode = {"gulm", 56, kRpcGetMacFltMode};
 constexpr GeneralRoute kSetMode = {"osgi_proxy", 0, kRpcSetMacFltMode};
 
-/// Makes any failure the one that Java's side knows.
-uint32_t AnswerResult(SourceSpot stSpot, uint32_t uiResult) {
-    return Recorded(stSpot, uiResult) == 0 ? 0 : kErrFailed;
-}
-
 /// Reads the mode alone. The lists may be changed while the filter is off.
 uint32_t ReadMode(SourceSpot stSpot, uint32_t *puiMode) {
     uint32_t uiStatus = 0;
-    return AnswerResult(stSpot, VT_API_getMacFltMode(puiMode, &uiStatus));
+    return ZeroOrFailed(stSpot, VT_API_getMacFltMode(puiMode, &uiStatus));
 }
 
 /// Adds to the list of a mode. Without bNeedsText the table is not looked at before.
@@ -34,7 +29,7 @@ uint32_t AddToList(SourceSpot stSpot, uint32_t uiListsMode, bool bNeedsText,
     if (bNeedsText && VT_JNI_MacfltNullCheck(ppcMacs, uiCount) == 1) {
         return 0;
     }
-    return AnswerResult(stSpot, VT_API_addLanHostMacList(ppcMacs, uiCount));
+    return ZeroOrFailed(stSpot, VT_API_addLanHostMacList(ppcMacs, uiCount));
 }
 
 /// Deletes from the list of a mode. With bNothingClears a table without any text clears all.
@@ -54,7 +49,7 @@ uint32_t DelFromList(SourceSpot stSpot, uint32_t uiListsMode, bool bNothingClear
     if (uiResult == 0) {
         uiResult = VT_API_delLanHostMacList(ppcMacs, uiCount);
     }
-    return AnswerResult(stSpot, uiResult);
+    return ZeroOrFailed(stSpot, uiResult);
 }
 
 using LanListStep = uint32_t (*)(const char *const *, uint32_t, MacFltRecord *, uint32_t);
@@ -144,13 +139,13 @@ uint32_t VT_JNI_setMacFilterMode(uint32_t uiPara) {
     if (uiPara != 0) {
         uiMode = uiPara - 1;
     }
-    return AnswerResult(WAP_SPOT, VT_API_setMacFltMode(uiMode, uiPara == 0 ? 0 : 1));
+    return ZeroOrFailed(WAP_SPOT, VT_API_setMacFltMode(uiMode, uiPara == 0 ? 0 : 1));
 }
 
 uint32_t VT_JNI_getMacFilterMode(void) {
     uint32_t uiMode = 0;
     uint32_t uiStatus = 0;
-    uint32_t uiAnswer = AnswerResult(WAP_SPOT, VT_API_getMacFltMode(&uiMode, &uiStatus));
+    uint32_t uiAnswer = ZeroOrFailed(WAP_SPOT, VT_API_getMacFltMode(&uiMode, &uiStatus));
     if (uiAnswer == 0 && uiStatus != 0) {
         uiAnswer = uiMode + 1;
     }

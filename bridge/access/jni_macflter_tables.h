@@ -70,11 +70,7 @@ inline uint32_t CheckList(SourceSpot stSpot, const void *pvList, uint32_t uiCoun
     return 0;
 }
 
-/// Ends a field that came in a reply within its bounds.
-template <size_t kSize>
-void EndField(char (&acField)[kSize]) {
-    acField[kSize - 1] = '\0';
-}
+/// Ends the texts of an entry that came in a reply.
 inline void EndTexts(LanMacFltBody &stBody) {
     EndField(stBody.acMac);
 }

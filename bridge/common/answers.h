@@ -54,15 +54,14 @@ jstring SecretAnswer(JNIEnv *pstEnv, SourceSpot stSpot, TextWorker pfnWorker) {
     return FaultAnswer(pstEnv, stSpot, OnFailure::kMinusOne, uiResult);
 }
 
-/// Hands Java a text, or the method's fixed fallback, put into the cleared buffer, when the worker
-/// failed.
+/// Hands Java a text, or the method's fixed fallback when the worker failed; that takes the place
+/// of what the buffer holds.
 template <size_t kSize>
 jstring TextOrFallback(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char (&acText)[kSize],
-                       const char *pcFallback) {
+                       const char *pcFallback = kFailureAnswer) {
     if (uiResult != 0) {
         RecordFault(stSpot, uiResult);
-        (void)VT_OS_MemSet_S(acText, kSize, 0, kSize);
-        (void)VT_OS_Snprintf_S(acText, kSize, kSize - 1, "%s", pcFallback);
+        PutFailureAnswer(acText, kSize, pcFallback);
     }
     return char2jstring(pstEnv, acText);
 }

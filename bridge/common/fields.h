@@ -33,6 +33,12 @@ inline void PutWholeField(char (&acField)[kSize], const char *pcText) {
     }
 }
 
+/// Ends the text in a reply's field within the field, whatever came.
+template <size_t kSize>
+inline void EndField(char (&acField)[kSize]) {
+    acField[kSize - 1] = '\0';
+}
+
 /// A reply's field as a text of its own, which ends whatever the field holds.
 template <size_t kSize>
 class FieldText {

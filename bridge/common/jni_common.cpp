@@ -96,6 +96,11 @@ uint32_t VT_JNI_COMMON_Json_Obj_AddIntString(json_object *pstObj, const char *pc
                                          uiPolicy);
 }
 
+void wap::PutFailureAnswer(char *pcBuf, uint32_t uiCap, const char *pcAnswer) {
+    (void)VT_OS_MemSet_S(pcBuf, uiCap, 0, uiCap);
+    (void)VT_OS_Snprintf_S(pcBuf, uiCap, uiCap - 1, "%s", pcAnswer);
+}
+
 uint32_t wap::AddItems(json_object *pstObj, const JsonItem *pstItems, uint32_t uiCount) {
     uint32_t uiFailed = 0;
     for (uint32_t i = 0; pstItems != nullptr && i < uiCount; ++i) {

@@ -8,6 +8,7 @@
 #include <vt_ssp_basic.h>
 
 #include "common/jni_json_wrap.h"
+#include "common/report.h"
 #include "common/wap_export.h"
 
 namespace wap {
@@ -23,8 +24,19 @@ inline constexpr uint32_t kErrTooLong = 0xF7700005;
 /// "It failed", with the reason already in the fault log.
 inline constexpr uint32_t kErrFailed = 0xFFFFFFFF;
 
+/// Records a code unless it is 0, with up to four numbers, and makes any failure the one that
+/// Java's side knows: 0 or kErrFailed.
+template <class... Numbers>
+inline uint32_t ZeroOrFailed(SourceSpot stSpot, uint32_t uiCode, Numbers... uiNumbers) {
+    return Recorded(stSpot, uiCode, uiNumbers...) == 0 ? 0 : kErrFailed;
+}
+
 /// What the text queries answer when they fail, where they do not say more.
 inline constexpr char kFailureAnswer[] = "{\"Result\":-1}";
+
+/// Puts an answer in the place of all that a buffer of uiCap bytes, at least one, holds; one that
+/// is too long is cut.
+void PutFailureAnswer(char *pcBuf, uint32_t uiCap, const char *pcAnswer = kFailureAnswer);
 
 /// Trace modules: the Java entries, and the general RPC wrapper.
 inline constexpr uint32_t kTraceEntries = 249;
@@ -94,6 +106,14 @@ uint32_t AddItems(json_object *pstObj, const JsonItem *pstItems, uint32_t uiCoun
 /// anything less is answered with 1: a success must not lack what memory ran out for.
 uint32_t Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, uint32_t uiOutCap,
                  int32_t iResult, Completeness eCompleteness);
+
+/// The same for a table of rows.
+template <size_t kItems>
+inline uint32_t Compose(const JsonItem (&astItems)[kItems], char *pcOut, uint32_t uiOutCap,
+                        int32_t iResult, Completeness eCompleteness) {
+    return Compose(astItems, static_cast<uint32_t>(kItems), pcOut, uiOutCap, iResult,
+                   eCompleteness);
+}
 
 }  // namespace wap
 

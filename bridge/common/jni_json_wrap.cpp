@@ -36,18 +36,13 @@ uint32_t GetTyped(SourceSpot stSpot, json_object *pstValue, json_type eType,
     return uiResult;
 }
 
-/// Notes that an inner code is passed on; 0 is not noted.
-uint32_t PassOn(SourceSpot stSpot, uint32_t uiResult) {
-    return Recorded(stSpot, uiResult);
-}
-
 /// Looks a key up and hands its value to a typed getter.
 template <class Out>
 uint32_t GetByKey(SourceSpot stSpot, json_object *pstObj, const char *pcKey, Out *pOut,
                   uint32_t (*pfnGet)(json_object *, Out *)) {
     json_object *pstValue = nullptr;
     const uint32_t uiResult = JNI_JSON_ObjGetValueObj(pstObj, pcKey, &pstValue);
-    return PassOn(stSpot, uiResult != 0 ? uiResult : pfnGet(pstValue, pOut));
+    return Recorded(stSpot, uiResult != 0 ? uiResult : pfnGet(pstValue, pOut));
 }
 
 /// False, recorded, when a value asked for without a type check is null.
@@ -142,7 +137,7 @@ uint32_t JNI_JSON_ObjGetString(json_object *pstValue, char *pcBuf, uint32_t uiCa
     uint32_t uiLength = 0;
     const uint32_t uiResult = JNI_JSON_ObjGetStringLen(pstValue, &uiLength);
     if (uiResult != 0) {
-        return PassOn(WAP_SPOT, uiResult);
+        return Recorded(WAP_SPOT, uiResult);
     }
     if (uiCap <= uiLength) {
         return Recorded(WAP_SPOT, kJsonErrTooLong, uiLength, uiCap);
@@ -212,7 +207,7 @@ uint32_t JNI_JSON_ObjGetValueString(json_object *pstObj, const char *pcKey, char
         uiResult =
             pstValue == nullptr ? kJsonErrNullValue : JNI_JSON_ObjGetString(pstValue, pcBuf, uiCap);
     }
-    return PassOn(WAP_SPOT, uiResult);
+    return Recorded(WAP_SPOT, uiResult);
 }
 
 uint32_t JNI_JSON_ObjGetValue(json_object *pstObj, const char *pcKey, json_object **ppstOut) {

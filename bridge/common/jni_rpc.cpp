@@ -107,7 +107,7 @@ uint32_t wap::AskText(SourceSpot stSpot, const GeneralRoute &stRoute, const void
 uint32_t wap::AskChange(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
                         uint32_t uiReqLen) {
     uint32_t uiReply = 0;
-    return Recorded(stSpot, AskBytes(stRoute, pvReq, uiReqLen, uiReply)) == 0 ? 0 : kErrFailed;
+    return ZeroOrFailed(stSpot, AskBytes(stRoute, pvReq, uiReqLen, uiReply));
 }
 
 uint32_t JNI_MSG_RpcCall(const char *pcRcvApp, uint32_t uiSndMid, uint32_t uiRpcId,

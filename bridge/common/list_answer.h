@@ -2,6 +2,7 @@
 #ifndef WAP_COMMON_LIST_ANSWER_H
 #define WAP_COMMON_LIST_ANSWER_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "common/jni_common.h"
@@ -23,6 +24,18 @@ namespace wap {
 /// loss of all that is in them.
 [[nodiscard]] bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList,
                                       const JsonItem *pstItems, uint32_t uiCount);
+
+/// Both for a table of rows.
+template <size_t kItems>
+[[nodiscard]] inline bool AppendObject(SourceSpot stSpot, const JsonValue &stList,
+                                       const JsonItem (&astItems)[kItems]) {
+    return AppendObject(stSpot, stList, astItems, static_cast<uint32_t>(kItems));
+}
+template <size_t kItems>
+[[nodiscard]] inline bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList,
+                                             const JsonItem (&astItems)[kItems]) {
+    return AppendObjectOrFail(stSpot, stList, astItems, static_cast<uint32_t>(kItems));
+}
 
 /**
  * Composes the answer in a block of its own.

@@ -34,9 +34,8 @@ bool ConvertMacs(JNIEnv *pstEnv, SourceSpot stSpot, jobjectArray jMacs,
             VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0,
                                "\r\n jMacAddrArray[%u]=%s \r\n", i, pcMac);
         }
-        if (!stTable.Adopt(pcMac)) {
-            return false;
-        }
+        // There is room: the length was checked.
+        (void)stTable.Adopt(pcMac);
     }
     return true;
 }

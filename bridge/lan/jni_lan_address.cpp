@@ -1,7 +1,5 @@
 #include "lan/jni_lan_address.h"
 
-#include <string.h>
-
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
@@ -17,7 +15,7 @@ constexpr GeneralRoute kAskDhcp = {"gulm", 48, kRpcGetLanDhcp};
 constexpr GeneralRoute kSetAddress = {"osgi_proxy", 0, kRpcSetLanHostIp};
 constexpr GeneralRoute kSetDhcp = {"osgi_proxy", 0, kRpcSetLanDhcp};
 
-/// Makes a zeroed record, too large for a small stack; null, recorded, when memory runs out.
+/// Makes a zeroed record on the heap; null, recorded, when memory runs out.
 template <class Record>
 Record *MakeRecord(PlatformBlock &stBlock, SourceSpot stSpot) {
     if (!stBlock.Make(sizeof(Record), stSpot)) {
@@ -31,8 +29,7 @@ Record *MakeRecord(PlatformBlock &stBlock, SourceSpot stSpot) {
 /// these queries never fail for their callers.
 uint32_t AnswerAnyway(uint32_t uiResult, char *pcBuf, uint32_t uiCap) {
     if (uiResult != 0) {
-        (void)VT_OS_MemSet_S(pcBuf, uiCap, 0, uiCap);
-        (void)VT_OS_Snprintf_S(pcBuf, uiCap, uiCap - 1, "%s", kFailureAnswer);
+        PutFailureAnswer(pcBuf, uiCap);
     }
     return 0;
 }
@@ -90,8 +87,7 @@ uint32_t VT_API_getDhcpInfoJsonStr(const DhcpSettings *pstSettings, char *pcBuf,
         {"DHCPEndIP", stEnd.Word(), kItemText, kEmptyAsText},
         {"DHCPDuration", pstSettings->uiLease, kItemInt, kEmptyAsText},
     };
-    return Compose(astRows, sizeof(astRows) / sizeof(astRows[0]), pcBuf, uiCap, 0,
-                   Completeness::kWhole);
+    return Compose(astRows, pcBuf, uiCap, 0, Completeness::kWhole);
 }
 
 uint32_t VT_JNI_setLANHostIP(const char *pcAddress, const char *pcMask) {

@@ -1,7 +1,5 @@
 #include "lan/jni_port_mapping.h"
 
-#include <string.h>
-
 #include "common/bulk_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
@@ -88,8 +86,7 @@ uint32_t AddMapping(const JsonValue &stMaps, const PortMappingRow &stRow) {
         {"PortMappingProtocol", stProtocol.Word(), kItemText, kEmptyAsText},
         {"InternalClient", stClient.Word(), kItemText, kEmptyAsText},
     };
-    constexpr uint32_t kItems = sizeof(astItems) / sizeof(astItems[0]);
-    return AppendObject(WAP_SPOT, stMaps, astItems, kItems)
+    return AppendObject(WAP_SPOT, stMaps, astItems)
                ? 0
                : FailList(WAP_SPOT, stRow.uiWanIndex, stRow.uiInstId);
 }
@@ -117,7 +114,7 @@ uint32_t AddGroup(const JsonValue &stGroups, const PortMappingRow *pstRows, uint
         {"WANName", stName.Word(), kItemText, kEmptyAsText},
         {"MapList", reinterpret_cast<uintptr_t>(stMaps.Release()), kItemObject, kEmptyAsText},
     };
-    return AppendObjectOrFail(WAP_SPOT, stGroups, astItems, 2) ? 0 : FailList(WAP_SPOT, uiWanIndex);
+    return AppendObjectOrFail(WAP_SPOT, stGroups, astItems) ? 0 : FailList(WAP_SPOT, uiWanIndex);
 }
 
 /// The rows before the one that ends the table.

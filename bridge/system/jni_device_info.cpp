@@ -35,12 +35,6 @@ uint32_t CopyField(SourceSpot stSpot, const char (&acField)[kSize], char *pcBuf,
     return 0;
 }
 
-/// Records the platform's code of a failed request, and makes it the worker's.
-uint32_t AnswerFailedRequest(SourceSpot stSpot, uint32_t uiResult) {
-    RecordFault(stSpot, uiResult);
-    return kErrFailed;
-}
-
 /// The shape that the text queries share: ask, and take one text of the reply. The reply is wiped:
 /// some of these records carry passwords, whichever field was asked for.
 template <class Reply, class Route, size_t kSize>
@@ -52,7 +46,7 @@ uint32_t FetchText(SourceSpot stSpot, const Route &stRoute, char (Reply::*pacFie
     Wiped<Reply> stReply;
     const uint32_t uiResult = Ask(stRoute, WordRequest{}, stReply.stRecord);
     if (uiResult != 0) {
-        return AnswerFailedRequest(stSpot, uiResult);
+        return ZeroOrFailed(stSpot, uiResult);
     }
     return CopyField(stSpot, stReply.stRecord.*pacField, pcBuf, uiCap);
 }
@@ -66,7 +60,7 @@ uint32_t VT_JNI_GetDeviceInfo(char *pcBuf, uint32_t uiCap) {
     DeviceInfoReply stReply = {};
     const uint32_t uiResult = Ask(kAskInfo, WordRequest{}, stReply);
     if (uiResult != 0) {
-        return AnswerFailedRequest(WAP_SPOT, uiResult);
+        return ZeroOrFailed(WAP_SPOT, uiResult);
     }
     // The blank before the first comma, the spelling of "ProductCLass" and the texts without JSON
     // escapes are what the Java side parses; they stay. Each text ends at its field.
@@ -120,7 +114,7 @@ uint32_t VT_JNI_GetDeviceUpTime(uint32_t *puiUpTime) {
     DeviceUpTimeReply stReply = {};
     const uint32_t uiResult = Ask(kAskUpTime, WordRequest{}, stReply);
     if (uiResult != 0) {
-        return AnswerFailedRequest(WAP_SPOT, uiResult);
+        return ZeroOrFailed(WAP_SPOT, uiResult);
     }
     *puiUpTime = stReply.uiUpTime;
     return 0;
@@ -137,7 +131,7 @@ uint32_t VT_JNI_GetCPUOccupancyRate(void) {
     uint32_t uiRate = 0;
     const uint32_t uiResult = VT_OS_GetCPUBusyRateByTime(kCpuSample, &uiRate);
     if (uiResult != 0) {
-        return AnswerFailedRequest(WAP_SPOT, uiResult);
+        return ZeroOrFailed(WAP_SPOT, uiResult);
     }
     // Never 0, deliberately: Java shows an idle gateway as 1 percent.
     return uiRate == 0 ? 1 : uiRate;
@@ -146,7 +140,7 @@ uint32_t VT_JNI_GetCPUOccupancyRate(void) {
 uint32_t VT_JNI_GetRAMOccupancyRate(void) {
     uint32_t uiRate = 0;
     const uint32_t uiResult = VT_OS_GetMemUseRate(&uiRate);
-    return uiResult != 0 ? AnswerFailedRequest(WAP_SPOT, uiResult) : uiRate;
+    return uiResult != 0 ? ZeroOrFailed(WAP_SPOT, uiResult) : uiRate;
 }
 
 uint32_t VT_KAVO_JNI_GetDevicePassword(char *pcBuf, uint32_t uiCap) {
@@ -159,5 +153,5 @@ uint32_t VT_KAVO_JNI_GetDevicePassword(char *pcBuf, uint32_t uiCap) {
     const uint32_t uiResult =
         OSGI_JNI_BundleMng_RpcCall(0, kRpcGetDevicePassword, &stRequest, sizeof(stRequest), pcBuf,
                                    uiCap < kReplyCap ? uiCap : kReplyCap);
-    return uiResult != 0 ? AnswerFailedRequest(WAP_SPOT, uiResult) : 0;
+    return ZeroOrFailed(WAP_SPOT, uiResult);
 }

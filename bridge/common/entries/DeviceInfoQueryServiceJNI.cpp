@@ -11,7 +11,7 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJ
     WAP_TRACE_ENTRY();
     AnswerBuffer<512> stBuffer = {};
     const uint32_t uiResult = VT_JNI_GetDeviceInfo(stBuffer.acText, 512);
-    return TextOrFallback(pstEnv, WAP_SPOT, uiResult, stBuffer.acText, "{\"Result\":-1}");
+    return TextOrFallback(pstEnv, WAP_SPOT, uiResult, stBuffer.acText);
 }
 
 JNIEXPORT jstring JNICALL

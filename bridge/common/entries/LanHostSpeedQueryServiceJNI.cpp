@@ -13,5 +13,5 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanHostSpeedQueryServic
     AnswerBuffer<128> stBuffer = {};
     const uint32_t uiResult =
         stMac ? VT_JNI_getLANHostSpeed(stMac.Lend(), stBuffer.acText, 128) : 1;
-    return TextOrFallback(pstEnv, WAP_SPOT, uiResult, stBuffer.acText, kFailureAnswer);
+    return TextOrFallback(pstEnv, WAP_SPOT, uiResult, stBuffer.acText);
 }
