@@ -13,47 +13,47 @@ void ReleaseObjects(const JsonItem *pstItems, uint32_t uiCount) {
     }
 }
 
-/// What became of an object for a list.
-enum class Appended { kYes, kRefusedByList, kNoObject };
+}  // namespace
 
-Appended Append(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
-                uint32_t uiCount) {
+bool AppendOrTell(SourceSpot stSpot, json_object *pstList, const JsonItem *pstItems,
+                  uint32_t uiCount, uint32_t &uiRefusal) {
+    uiRefusal = 0;
     JsonValue stObject(JNI_JSON_ObjNewObj());
     if (!stObject) {
         ReleaseObjects(pstItems, uiCount);
         RecordFault(stSpot, kJsonErrObject);
-        return Appended::kNoObject;
+        return false;
     }
     const uint32_t uiFailed = AddItems(stObject.Lend(), pstItems, uiCount);
     if (uiFailed != 0) {
         RecordFault(stSpot, kJsonErrObject, uiFailed);
-        return Appended::kNoObject;
+        return false;
     }
-    const uint32_t uiResult = JNI_JSON_ObjArrayAdd(stList.Lend(), stObject.Lend());
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult);
-        return Appended::kRefusedByList;
+    uiRefusal = Recorded(stSpot, JNI_JSON_ObjArrayAdd(pstList, stObject.Lend()));
+    if (uiRefusal == 0) {
+        (void)stObject.Release();
     }
-    (void)stObject.Release();
-    return Appended::kYes;
+    return true;
 }
-
-}  // namespace
 
 bool AppendObject(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
                   uint32_t uiCount) {
-    return Append(stSpot, stList, pstItems, uiCount) != Appended::kNoObject;
+    uint32_t uiRefusal = 0;
+    return AppendOrTell(stSpot, stList.Lend(), pstItems, uiCount, uiRefusal);
 }
 
 bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList, const JsonItem *pstItems,
                         uint32_t uiCount) {
-    return Append(stSpot, stList, pstItems, uiCount) == Appended::kYes;
+    uint32_t uiRefusal = 0;
+    return AppendOrTell(stSpot, stList.Lend(), pstItems, uiCount, uiRefusal) && uiRefusal == 0;
 }
 
 uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList, uint32_t uiCap,
                      char **ppcText) {
-    VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "%s  malloc size:%u\n\r",
-                       pcWorker, uiCap);
+    if (pcWorker != nullptr) {
+        VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "%s  malloc size:%u\n\r",
+                           pcWorker, uiCap);
+    }
     PlatformBlock stText;
     if (!stText.Make(uiCap, stSpot)) {
         return Recorded(stSpot, 1, uiCap);

@@ -25,7 +25,12 @@ namespace wap {
 [[nodiscard]] bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList,
                                       const JsonItem *pstItems, uint32_t uiCount);
 
-/// Both for a table of rows.
+/// The same as AppendObject for a borrowed list, and tells the code with which the list refused the
+/// object; 0 when it did not.
+[[nodiscard]] bool AppendOrTell(SourceSpot stSpot, json_object *pstList, const JsonItem *pstItems,
+                                uint32_t uiCount, uint32_t &uiRefusal);
+
+/// The first two for a table of rows.
 template <size_t kItems>
 [[nodiscard]] inline bool AppendObject(SourceSpot stSpot, const JsonValue &stList,
                                        const JsonItem (&astItems)[kItems]) {
@@ -39,7 +44,7 @@ template <size_t kItems>
 
 /**
  * Composes the answer in a block of its own.
- * @param pcWorker who traces the block's size
+ * @param pcWorker who traces the block's size; null for those who don't
  * @param stList   given away unless there was no object to attach it to
  * @param uiCap    size of the block in bytes, not 0: the answer and its zero must fit
  * @param ppcText  receives the answer, released with VT_OS_MemFreeD by the caller; success only
