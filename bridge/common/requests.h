@@ -58,6 +58,13 @@ inline uint32_t Ask(const GeneralRoute &stRoute, const Request &stRequest, Reply
     return AskBytes(stRoute, &stRequest, sizeof(stRequest), stReply);
 }
 
+/// Sends a request that has no reply. 0, or the platform's code, recorded by the call.
+template <class Request>
+inline uint32_t Tell(const GeneralRoute &stRoute, const Request &stRequest) {
+    return JNI_MSG_RpcCall(stRoute.pcRcvApp, stRoute.uiSndMid, stRoute.uiRpcId, &stRequest,
+                           sizeof(stRequest), nullptr, 0);
+}
+
 /**
  * Asks for a text that the process writes itself: its reply is the text, in the caller's buffer as
  * it stands.
