@@ -14,6 +14,10 @@
 
 namespace wap {
 
+/// What the name and the service list of the connection that serves the management protocol hold,
+/// in whatever case.
+inline constexpr char kManagementMark[] = "TR069";
+
 /// Size of a WAN interface name's buffer.
 inline constexpr uint32_t kWanIfNameSize = 32;
 
