@@ -1,6 +1,6 @@
 #include "support/furnish_attach.h"
 
-#include "unit/device/expect.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
 

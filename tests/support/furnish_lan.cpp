@@ -2,7 +2,7 @@
 
 #include "support/entries.h"
 #include "support/entry_table_lan.h"
-#include "unit/device/expect.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
 

@@ -1,6 +1,6 @@
 #include "support/furnish_macfilter.h"
 
-#include "unit/device/expect.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
 

@@ -52,15 +52,6 @@ class AttachEntriesTest : public AttachTest {
     }
     std::string Report(const JavaMacs &asMacs) { return Report(stEnv.JavaTexts(asMacs)); }
 
-    bool HasTrace(const std::string &sText) const {
-        for (const TraceRecord &stTrace : stPlatform.astTraces) {
-            if (stTrace.sText == sText && stTrace.uiMid == 249) {
-                return true;
-            }
-        }
-        return false;
-    }
-
   private:
     template <class Result>
     Result Ended(Result xResult) {
@@ -116,13 +107,13 @@ TEST_F(AttachEntriesTest, ElementsAreTracedAndNullOnesKeepTheirPlace) {
     EXPECT_EQ(Bar({u"02:00:00:00:00:0A", std::nullopt, u"", u"02:00:00:00:00:0B"}), 0);
     EXPECT_EQ(Sent(), FilterRequests() + ListRequests({}) + AddRequest({0, kMacA, 1, 0}, 0x0F) +
                           AddRequest({0, "", 1, 0}, 0x0F) + AddRequest({0, kMacB, 1, 0}, 0x0F));
-    EXPECT_TRUE(HasTrace("\r\n jMacAddrArray[0]=02:00:00:00:00:0A \r\n"));
-    EXPECT_TRUE(HasTrace("VT_API_setStorageRightList Mac[1] is Null\r\n"));
-    EXPECT_TRUE(HasTrace("\r\n jMacAddrArray[2]= \r\n"));
-    EXPECT_TRUE(HasTrace("\r\n jMacAddrArray[3]=02:00:00:00:00:0B \r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "\r\n jMacAddrArray[0]=02:00:00:00:00:0A \r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "VT_API_setStorageRightList Mac[1] is Null\r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "\r\n jMacAddrArray[2]= \r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "\r\n jMacAddrArray[3]=02:00:00:00:00:0B \r\n"));
     EXPECT_EQ(Allow({std::nullopt, u"02:00:00:00:00:0A"}), 0);
-    EXPECT_TRUE(HasTrace("VT_API_setStorageRightList Mac[0] is Null\r\n"));
-    EXPECT_TRUE(HasTrace("\r\n jMacAddrArray[1]=02:00:00:00:00:0A \r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "VT_API_setStorageRightList Mac[0] is Null\r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "\r\n jMacAddrArray[1]=02:00:00:00:00:0A \r\n"));
     EXPECT_EQ(stHome.astRecords[0].uiStorage, 1u);
 }
 
@@ -135,13 +126,13 @@ TEST_F(AttachEntriesTest, LongestArrays) {
     for (size_t i = 0; i < 128; ++i) {
         EXPECT_EQ(stHome.astRecords[i].uiStorage, i < 8 ? 1u : 0u);
     }
-    EXPECT_FALSE(HasTrace(sTooLong));
+    EXPECT_FALSE(HasEntryTrace(stPlatform, sTooLong));
     (void)Sent();
     EXPECT_EQ(Bar(JavaMany(129)), -1);
-    EXPECT_TRUE(HasTrace(sTooLong));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, sTooLong));
     stPlatform.astTraces.clear();
     EXPECT_EQ(Allow(JavaMany(9)), -1);
-    EXPECT_TRUE(HasTrace(sTooLong));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, sTooLong));
     EXPECT_TRUE(Sent().empty());
 }
 

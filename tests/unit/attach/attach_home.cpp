@@ -171,10 +171,8 @@ Requests AttachTest::Sent() {
     for (const RpcRecord &stRpc : stPlatform.astRpcs) {
         const std::string sReceiver = stRpc.sHead.substr(40, 32).c_str();
         const uint32_t uiSender = SenderOf(stRpc);
-        EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, sReceiver, uiSender));
-        EXPECT_EQ(stRpc.uiDstMid, 0u);
-        EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
-        EXPECT_EQ(stRpc.sRspBefore, std::string(stRpc.uiRspCap, '\0'));
+        ExpectRpc(stRpc,
+                  {sReceiver.c_str(), uiSender, stRpc.uiRpcId, stRpc.sRequest, stRpc.uiRspCap});
         astSent.push_back({sReceiver, uiSender, stRpc.uiRpcId, stRpc.sRequest, stRpc.uiRspCap});
     }
     stPlatform.astRpcs.clear();

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "support/entries.h"
-#include "unit/device/expect.h"
+#include "support/expect.h"
 
 namespace wap::test {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "support/entries.h"
-#include "unit/device/expect.h"
+#include "support/expect.h"
 
 namespace wap::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "support/entries.h"
-#include "unit/device/expect.h"
+#include "support/expect.h"
 
 namespace wap::test {
 namespace {
@@ -74,15 +74,8 @@ class TextQueryTest : public BridgeTest, public ::testing::WithParamInterface<Te
 TEST_P(TextQueryTest, SendsAZeroWordWithItsOwnRoute) {
     AnswerWith("text");
     EXPECT_EQ(Ask(stQuery.uiCap), 0u);
-    ASSERT_EQ(stPlatform.astRpcs.size(), 1u);
-    const RpcRecord &stRpc = stPlatform.astRpcs[0];
-    EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, stQuery.pcReceiver, stQuery.uiSender));
-    EXPECT_EQ(stRpc.uiRpcId, stQuery.uiRpcId);
-    EXPECT_EQ(stRpc.uiDstMid, 0u);
-    EXPECT_EQ(stRpc.sRequest, Word(0));
-    EXPECT_EQ(stRpc.uiRspCap, stQuery.uiReplySize);
-    EXPECT_EQ(stRpc.sRspBefore, std::string(stQuery.uiReplySize, '\0'));
-    EXPECT_EQ(stRpc.uiTimeoutMs, 30000u);
+    ExpectOnlyRpc(stPlatform, {stQuery.pcReceiver, stQuery.uiSender, stQuery.uiRpcId, Word(0),
+                               stQuery.uiReplySize, 30000});
 }
 
 TEST_P(TextQueryTest, GivesTheTextAtItsPlace) {
@@ -162,15 +155,7 @@ INSTANTIATE_TEST_SUITE_P(Queries, TextQueryTest, ::testing::ValuesIn(kQueries),
 class DeviceInfoTest : public BridgeTest {
   protected:
     void ExpectProxyCall(uint32_t uiRpcId, uint32_t uiRspCap) {
-        ASSERT_EQ(stPlatform.astRpcs.size(), 1u);
-        const RpcRecord &stRpc = stPlatform.astRpcs[0];
-        EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, "osgi_proxy", 281));
-        EXPECT_EQ(stRpc.uiRpcId, uiRpcId);
-        EXPECT_EQ(stRpc.uiDstMid, 0u);
-        EXPECT_EQ(stRpc.sRequest, Word(0));
-        EXPECT_EQ(stRpc.uiRspCap, uiRspCap);
-        EXPECT_EQ(stRpc.sRspBefore, std::string(uiRspCap, '\0'));
-        EXPECT_EQ(stRpc.uiTimeoutMs, 30000u);
+        ExpectOnlyRpc(stPlatform, {"osgi_proxy", 281, uiRpcId, Word(0), uiRspCap, 30000});
     }
 
     /// What the device info worker makes of a reply, in a buffer of 512 bytes.

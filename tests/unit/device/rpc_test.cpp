@@ -5,7 +5,7 @@
 
 #include "common/jni_common.h"
 #include "support/entries.h"
-#include "unit/device/expect.h"
+#include "support/expect.h"
 
 namespace wap::test {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "common/jni_vdata.h"
 #include "support/entries.h"
-#include "unit/device/expect.h"
+#include "support/expect.h"
 
 namespace wap::test {
 namespace {

@@ -46,13 +46,7 @@ class BulkText : public BridgeTest {
 TEST_F(BulkText, IsAskedForByTheRoute) {
     stPlatform.mapReplies[kRpc] = {0, std::string("text\0", 5), true};
     EXPECT_EQ(Fetch(), (Result{0, std::string("text\0", 5)}));
-    ASSERT_EQ(stPlatform.astRpcs.size(), 1u);
-    const RpcRecord &stRpc = stPlatform.astRpcs[0];
-    EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, "some_process", 77));
-    EXPECT_EQ(stRpc.uiRpcId, kRpc);
-    EXPECT_EQ(stRpc.sRequest, "abc");
-    EXPECT_EQ(stRpc.sRspBefore, std::string(12, '\0'));
-    EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
+    ExpectOnlyRpc(stPlatform, {"some_process", 77, kRpc, "abc", 12});
     EXPECT_TRUE(stPlatform.astFaults.empty());
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 5", "VT_VDATA_FreeShm 4097"}));
 }

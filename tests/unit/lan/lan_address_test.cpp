@@ -64,8 +64,9 @@ TEST_F(LanAddressTest, AddressIsAskedOfTheAccessProcess) {
     EXPECT_EQ(GetAddress(), TextAnswerOf(kLanAddressText));
     ExpectAsked("app_m", 249, kGetAddress, Word(1), 128);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
-                               "LANIPInfoQueryServiceJNI_getLANHostIP called \r\n"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
+                     "LANIPInfoQueryServiceJNI_getLANHostIP called \r\n"}));
 }
 
 TEST_F(LanAddressTest, AddressTextIsPassedOnAsItStands) {
@@ -140,8 +141,9 @@ TEST_F(LanAddressTest, DhcpSettingsAreAskedOfTheBroadbandProcess) {
     EXPECT_EQ(GetDhcp(), DhcpAnswer("TRUE", "192.168.1.2", "192.168.1.254", "86400"));
     ExpectAsked("gulm", 48, kGetDhcp, Word(1), 1990);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
-                               "LANIPInfoQueryServiceJNI_getLANDHCPInfo called \r\n"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
+                     "LANIPInfoQueryServiceJNI_getLANDHCPInfo called \r\n"}));
 }
 
 TEST_F(LanAddressTest, OnlyAOneSaysThatTheServerIsOn) {
@@ -237,8 +239,9 @@ TEST_F(LanAddressTest, AddressAndMaskGoOut) {
     EXPECT_EQ(SetAddress(Java("192.168.1.1"), Java("255.255.255.0")), NumberAnswerOf(0));
     ExpectAsked("osgi_proxy", 0, kSetAddress, AddressRequest("192.168.1.1", "255.255.255.0"), 4);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
-                               "LANIPConfigServiceJNI_setLANHostIP called \r\n"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
+                     "LANIPConfigServiceJNI_setLANHostIP called \r\n"}));
 }
 
 TEST_F(LanAddressTest, AddressIsWholeOrEmpty) {
@@ -310,10 +313,11 @@ TEST_F(LanAddressTest, DhcpSettingsGoOut) {
     ExpectAsked("osgi_proxy", 0, kSetDhcp, DhcpRequest(1, "192.168.1.2", "192.168.1.254", 86400),
                 4);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
-                               "LANIPConfigServiceJNI_setLANDHCPInfo called \r\n",
-                               "VT_JNI_setLANDHCPInfo  Status:1 , startIp:192.168.1.2  "
-                               "endIp:192.168.1.254 duration:86400 \n\r"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
+                     "LANIPConfigServiceJNI_setLANDHCPInfo called \r\n",
+                     "VT_JNI_setLANDHCPInfo  Status:1 , startIp:192.168.1.2  "
+                     "endIp:192.168.1.254 duration:86400 \n\r"}));
 }
 
 TEST_F(LanAddressTest, OnlyTrueSwitchesTheServerOn) {
@@ -326,14 +330,16 @@ TEST_F(LanAddressTest, OnlyTrueSwitchesTheServerOn) {
         EXPECT_EQ(SetDhcp(Java(pcStatus), Java("a"), Java("b"), 5), NumberAnswerOf(0));
         ExpectAsked("osgi_proxy", 0, kSetDhcp, DhcpRequest(0, "a", "b", 5), 4);
     }
-    EXPECT_TRUE(HasTrace("VT_JNI_setLANDHCPInfo  Status:0 , startIp:a  endIp:b duration:5 \n\r"));
+    EXPECT_TRUE(HasEntryTrace(
+        stPlatform, "VT_JNI_setLANDHCPInfo  Status:0 , startIp:a  endIp:b duration:5 \n\r"));
 }
 
 TEST_F(LanAddressTest, DurationIsPassedOnAsItIs) {
     EXPECT_EQ(SetDhcp(Java("TRUE"), Java("a"), Java("b"), -2), NumberAnswerOf(0));
     ExpectAsked("osgi_proxy", 0, kSetDhcp, DhcpRequest(1, "a", "b", 0xFFFFFFFE), 4);
-    EXPECT_TRUE(
-        HasTrace("VT_JNI_setLANDHCPInfo  Status:1 , startIp:a  endIp:b duration:4294967294 \n\r"));
+    EXPECT_TRUE(HasEntryTrace(
+        stPlatform,
+        "VT_JNI_setLANDHCPInfo  Status:1 , startIp:a  endIp:b duration:4294967294 \n\r"));
     EXPECT_EQ(SetDhcp(Java("TRUE"), Java("a"), Java("b"), 0), NumberAnswerOf(0));
     ExpectAsked("osgi_proxy", 0, kSetDhcp, DhcpRequest(1, "a", "b", 0), 4);
 }

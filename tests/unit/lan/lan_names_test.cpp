@@ -34,7 +34,7 @@ TEST_F(HostSpeed, AddressGoesOutAsATextOfItsOwnLength) {
     EXPECT_EQ(Ask(std::string(1000, 'm')), TextAnswerOf(kHostSpeedText));
     ExpectAsked("app_m", 249, kGetSpeed, std::string(1000, 'm') + '\0', 128);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces()[0],
+    EXPECT_EQ(EntryTraces(stPlatform)[0],
               std::string(kPrefix) + "LanHostSpeedQueryServiceJNI_getLANHostSpeed called \r\n");
 }
 
@@ -102,8 +102,9 @@ TEST_F(GatewayName, IsAskedWithAWordOfZero) {
     EXPECT_EQ(Ask(), TextAnswerOf(kGatewayNameText));
     ExpectAsked("app_m", 249, kGetGatewayName, Word(0), 256);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{std::string(kPrefix) +
-                               "LANHostsInfoQueryServiceJNI_getGatewayName called \r\n"}));
+    EXPECT_EQ(
+        EntryTraces(stPlatform),
+        (Calls{std::string(kPrefix) + "LANHostsInfoQueryServiceJNI_getGatewayName called \r\n"}));
 }
 
 TEST_F(GatewayName, EndsThoughTheReplyFillsTheBuffer) {
@@ -143,8 +144,9 @@ TEST_F(GatewayName, IsSetAsATextOfItsOwnLength) {
     EXPECT_EQ(Set("The house"), NumberAnswerOf(0));
     ExpectAsked("osgi_proxy", 0, kSetGatewayName, std::string("The house\0", 10), 4);
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(Traces(), (Calls{std::string(kPrefix) +
-                               "LanNetworkNameConfigServiceJNI_setGatewayName called \r\n"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{std::string(kPrefix) +
+                     "LanNetworkNameConfigServiceJNI_setGatewayName called \r\n"}));
 }
 
 TEST_F(GatewayName, HasUpTo256Bytes) {
@@ -208,7 +210,7 @@ TEST_F(HostName, IsShownOnTheConsoleInsteadOfTheTrace) {
     EXPECT_EQ(stPlatform.asConsole,
               (Calls{"\r\n gulm_jni_LanNetworkNameConfigServiceJNI_setLANHostName called "
                      "Mac:02:00:00:00:00:01  DevName:Tablet \r\n"}));
-    EXPECT_TRUE(Traces().empty());
+    EXPECT_TRUE(EntryTraces(stPlatform).empty());
 }
 
 TEST_F(HostName, HasUpTo64Bytes) {

@@ -10,8 +10,8 @@
 
 #include "support/entries.h"
 #include "support/entry_table_lan.h"
+#include "support/expect.h"
 #include "support/furnish_lan.h"
-#include "unit/device/expect.h"
 
 /// A native method of one of the services, "ServiceJNI" left out of the class's name.
 #define WAP_LAN_METHOD(type, method) \
@@ -20,7 +20,6 @@
 namespace wap::test {
 
 inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
 inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
 inline constexpr uint32_t kRefused = 0x00C0FFEE;
@@ -41,15 +40,7 @@ class LanTest : public BridgeTest {
     /// Exactly one request went out, and it is this one.
     void ExpectAsked(const std::string &sReceiver, uint32_t uiSender, uint32_t uiRpcId,
                      const std::string &sRequest, uint32_t uiRspCap) {
-        ASSERT_EQ(stPlatform.astRpcs.size(), 1u);
-        const RpcRecord &stRpc = stPlatform.astRpcs[0];
-        EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, sReceiver, uiSender));
-        EXPECT_EQ(stRpc.uiRpcId, uiRpcId);
-        EXPECT_EQ(stRpc.uiDstMid, 0u);
-        EXPECT_EQ(stRpc.sRequest, sRequest);
-        EXPECT_EQ(stRpc.uiRspCap, uiRspCap);
-        EXPECT_EQ(stRpc.sRspBefore, std::string(uiRspCap, '\0'));
-        EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
+        ExpectOnlyRpc(stPlatform, {sReceiver.c_str(), uiSender, uiRpcId, sRequest, uiRspCap});
         stPlatform.astRpcs.clear();
     }
 
@@ -67,24 +58,6 @@ class LanTest : public BridgeTest {
             astFound.emplace_back(stFault.sFile, stFault.uiCode);
         }
         return astFound;
-    }
-
-    /// The traces of the entries and workers, not those of the RPC layer.
-    std::vector<std::string> Traces() const {
-        std::vector<std::string> asTexts;
-        for (const TraceRecord &stTrace : stPlatform.astTraces) {
-            if (stTrace.uiMid == 249) {
-                asTexts.push_back(stTrace.sText);
-            } else {
-                EXPECT_EQ(stTrace.uiMid, 281u) << stTrace.sText;
-            }
-        }
-        return asTexts;
-    }
-
-    bool HasTrace(const std::string &sText) const {
-        const std::vector<std::string> asTexts = Traces();
-        return std::find(asTexts.begin(), asTexts.end(), sText) != asTexts.end();
     }
 
     /// A new Java text for one call; null for null.

@@ -110,7 +110,7 @@ TEST_P(MacMethodTest, MoreAddressesAreRefusedWithoutAsking) {
     ExpectNotAsked();
     EXPECT_EQ(TakeFaults(), (FileCodes{{"LANHostsInfoQueryServiceJNI.cpp", 1},
                                        {"LANHostsInfoQueryServiceJNI.cpp", 1}}));
-    EXPECT_TRUE(HasTrace(stMethod.pcTooLong));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, stMethod.pcTooLong));
     for (const std::string &sCall : stEnv.asCalls) {
         EXPECT_EQ(sCall.find("GetObjectArrayElement"), std::string::npos) << sCall;
     }
@@ -122,11 +122,11 @@ TEST_P(MacMethodTest, NullAddressIsLeftOutOrRefused) {
     if (SkipsBadOnes()) {
         ExpectRequest(asMacs, Field("a", 32) + Field("c", 32));
         ExpectRequest({std::nullopt, std::nullopt}, Word(0));
-        EXPECT_FALSE(HasTrace(sTrace));
+        EXPECT_FALSE(HasEntryTrace(stPlatform, sTrace));
     } else {
         EXPECT_EQ(Ask(asMacs), TextAnswerOf(kFault));
         ExpectNotAsked();
-        EXPECT_TRUE(HasTrace(sTrace));
+        EXPECT_TRUE(HasEntryTrace(stPlatform, sTrace));
         EXPECT_EQ(TakeFaults(), (FileCodes{{"LANHostsInfoQueryServiceJNI.cpp", 1}}));
     }
 }
@@ -138,14 +138,15 @@ TEST_P(MacMethodTest, TracesTheCallAndItsLengthAndTheDescriptor) {
     const std::string sLen = std::to_string(uiLen);
     // One prints the descriptor's numbers unsigned, the other signed.
     const std::string sId = SkipsBadOnes() ? "2147483649" : "-2147483647";
-    EXPECT_EQ(Traces(), (Calls{std::string(kPrefix) + "LANHostsInfoQueryServiceJNI_" +
-                                   stMethod.pcName + " called \r\n",
-                               "\r\n called uiArrayLength:2 \r\n",
-                               "stVdata Info DataID:" + sId + " CompressedLen:" + sLen +
-                                   "  OriginalLen = " + sLen + " \n\r"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{std::string(kPrefix) + "LANHostsInfoQueryServiceJNI_" + stMethod.pcName +
+                         " called \r\n",
+                     "\r\n called uiArrayLength:2 \r\n",
+                     "stVdata Info DataID:" + sId + " CompressedLen:" + sLen +
+                         "  OriginalLen = " + sLen + " \n\r"}));
     stPlatform.astTraces.clear();
     (void)Ask(static_cast<jobjectArray>(nullptr));
-    EXPECT_TRUE(HasTrace("\r\n called uiArrayLength:0 \r\n"));
+    EXPECT_TRUE(HasEntryTrace(stPlatform, "\r\n called uiArrayLength:0 \r\n"));
 }
 
 TEST_P(MacMethodTest, AnswerIsPassedOnAsItStands) {
@@ -302,10 +303,11 @@ TEST_P(WordMethodTest, WordGoesOutInItsField) {
     ExpectAsked("app_m", 249, stMethod.uiRpcId, Field("PHONE", 16), 12);
     EXPECT_TRUE(stPlatform.astFaults.empty());
     const std::string sLen = std::to_string(strlen(stMethod.pcGood) + 1);
-    EXPECT_EQ(Traces(), (Calls{std::string(kPrefix) + "LANHostsInfoQueryServiceJNI_" +
-                                   stMethod.pcName + " called \r\n",
-                               "stVdata Info DataID:4097 CompressedLen:" + sLen +
-                                   "  OriginalLen = " + sLen + " \n\r"}));
+    EXPECT_EQ(EntryTraces(stPlatform),
+              (Calls{std::string(kPrefix) + "LANHostsInfoQueryServiceJNI_" + stMethod.pcName +
+                         " called \r\n",
+                     "stVdata Info DataID:4097 CompressedLen:" + sLen + "  OriginalLen = " + sLen +
+                         " \n\r"}));
 }
 
 TEST_P(WordMethodTest, WordIsWholeOrEmpty) {

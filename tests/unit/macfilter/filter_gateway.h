@@ -11,8 +11,8 @@
 
 #include "access/jni_macflter.h"
 #include "support/entries.h"
+#include "support/expect.h"
 #include "support/furnish_macfilter.h"
-#include "unit/device/expect.h"
 
 namespace wap::test {
 

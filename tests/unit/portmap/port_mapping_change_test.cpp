@@ -25,7 +25,7 @@ TEST_F(AddMappingTest, AsksForTheWanAndSendsTheMapping) {
     ASSERT_EQ(sEntry.size(), 376u);
     ExpectRpcs(
         {WanQuery(), {"osgi_proxy", 0, kAdd, Word(1) + Word(1) + Word(2) + Word(3) + sEntry, 4}});
-    EXPECT_EQ(Traces(), (Calls{kWanTrace, kNumbersTrace}));
+    EXPECT_EQ(EntryTraces(stPlatform), (Calls{kWanTrace, kNumbersTrace}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 
@@ -49,7 +49,7 @@ TEST_F(AddMappingTest, TellsTheConnectionsKindAndNumbers) {
         EXPECT_EQ(Sent().substr(0, 16), Word(uiKind) + Word(0xF0000001) + Word(7) + Word(9));
     }
     EXPECT_EQ(
-        Traces().back(),
+        EntryTraces(stPlatform).back(),
         "VT_API_CoverWanInfo uiWANDevIns:4026531841,  uiWANConnDevIns:7  uiWANConnIns:9 \n\r");
 }
 
@@ -77,7 +77,7 @@ TEST_F(AddMappingTest, WhatTheConnectionMustBe) {
         AnswerWan({.uiGate = stCase.uiGate, .uiMode = stCase.uiMode});
         EXPECT_EQ(Add(), stCase.bAllowed ? 0 : kMinusOne);
         EXPECT_EQ(Rpcs(), stCase.bAllowed ? (Codes{kAskWan, kAdd}) : (Codes{kAskWan}));
-        EXPECT_EQ(Traces(),
+        EXPECT_EQ(EntryTraces(stPlatform),
                   stCase.bAllowed ? (Calls{kWanTrace, kNumbersTrace}) : (Calls{kWanTrace}));
         EXPECT_EQ(HasRecorded(kNotMappable, {kWanIndex, 0, 0, 0}), !stCase.bAllowed);
     }
@@ -87,7 +87,7 @@ TEST_F(AddMappingTest, UnknownConnection) {
     Refuse(kAskWan);
     EXPECT_EQ(Add(), kMinusOne);
     EXPECT_EQ(Rpcs(), (Codes{kAskWan}));
-    EXPECT_EQ(Traces(), Calls{});
+    EXPECT_EQ(EntryTraces(stPlatform), Calls{});
     EXPECT_TRUE(HasRecorded(kRefused, {kWanIndex, 0, 0, 0}));
 }
 
@@ -133,7 +133,7 @@ TEST_F(DeleteMappingTest, AsksForTheWanAndSendsTheNumber) {
     EXPECT_EQ(VT_JNI_deletePortMapping(kWanIndex, 77), 0u);
     ExpectRpcs({WanQuery(),
                 {"osgi_proxy", 0, kDelete, Word(1) + Word(1) + Word(2) + Word(3) + Word(77), 4}});
-    EXPECT_EQ(Traces(), (Calls{kWanTrace, kNumbersTrace}));
+    EXPECT_EQ(EntryTraces(stPlatform), (Calls{kWanTrace, kNumbersTrace}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 
@@ -207,7 +207,7 @@ TEST_F(SwitchMappingTest, OffSendsTheEntryBackWithOneWordChanged) {
     EXPECT_EQ(Switch(0), 0u);
     ASSERT_EQ(Change(0).sRequest.size(), 400u);
     ExpectRpcs({WanQuery(), EntryQuery(), WanQuery(), Change(0)});
-    EXPECT_EQ(Traces(), (Calls{kWanTrace, kNumbersTrace, kWanTrace, kNumbersTrace}));
+    EXPECT_EQ(EntryTraces(stPlatform), (Calls{kWanTrace, kNumbersTrace, kWanTrace, kNumbersTrace}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 

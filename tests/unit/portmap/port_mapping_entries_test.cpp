@@ -110,7 +110,7 @@ class AddEntryTest : public PortMappingTest {
 
 TEST_F(AddEntryTest, TracesItsArguments) {
     EXPECT_EQ(Add(stEnv.JavaText(u"TCP"), stEnv.JavaText(u"192.168.1.20")), 0);
-    EXPECT_EQ(Traces().at(1),
+    EXPECT_EQ(EntryTraces(stPlatform).at(1),
               "wanIndex:269488131    externalPort:8080    internalPort:-1    protocol:TCP    "
               "internetClinet:192.168.1.20");
     EXPECT_EQ(stPlatform.astTraces[1].sFile, "PortMappingConfigServiceJNI.cpp");
@@ -134,7 +134,7 @@ TEST_F(AddEntryTest, MissingTextIsRefusedWithoutAsking) {
     EXPECT_EQ(Add(fnText(), fnEmpty()), -1);
     EXPECT_TRUE(stPlatform.astRpcs.empty());
     // Only the name of the entry was traced, and each failure recorded.
-    EXPECT_EQ(Traces().size(), 5u);
+    EXPECT_EQ(EntryTraces(stPlatform).size(), 5u);
     EXPECT_EQ(FaultCodes(stPlatform), Codes(5, kMinusOne));
     for (const FaultRecord &stFault : stPlatform.astFaults) {
         EXPECT_EQ(stFault.auiArgs[0], static_cast<uint32_t>(kWan));

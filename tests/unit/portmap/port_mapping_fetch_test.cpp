@@ -40,7 +40,7 @@ TEST_F(FetchEntryTest, KindChoosesTheRpc) {
         EXPECT_EQ(BytesOf(stEntry), sEntry);
         ExpectRpcs({WanQuery(),
                     {"gulm", 87, stKind.uiRpcId, Word(1) + Word(2) + Word(3) + Word(77), 376}});
-        EXPECT_EQ(Traces(), (Calls{kWanTrace, kNumbersTrace}));
+        EXPECT_EQ(EntryTraces(stPlatform), (Calls{kWanTrace, kNumbersTrace}));
         EXPECT_TRUE(stPlatform.astFaults.empty());
     }
 }
@@ -129,7 +129,7 @@ TEST_F(FetchWanTest, GivesTheRecordAsItCame) {
     EXPECT_EQ(VT_API_getOsgiWanInfoByWanIndex(kWanIndex, &stWan), 0u);
     EXPECT_EQ(BytesOf(stWan), sReply);
     ExpectRpcs({WanQuery()});
-    EXPECT_EQ(Traces(), (Calls{kWanTrace}));
+    EXPECT_EQ(EntryTraces(stPlatform), (Calls{kWanTrace}));
     EXPECT_EQ(stPlatform.astTraces.back().sFile, "jni_port_mapping.cpp");
 }
 
@@ -144,7 +144,7 @@ TEST_F(FetchWanTest, Failures) {
     Refuse(kAskWan);
     EXPECT_EQ(VT_API_getOsgiWanInfoByWanIndex(kWanIndex, &stWan), kRefused);
     EXPECT_EQ(BytesOf(stWan), std::string(284, 'z'));
-    EXPECT_EQ(Traces(), Calls{});
+    EXPECT_EQ(EntryTraces(stPlatform), Calls{});
     EXPECT_TRUE(HasRecorded(kRefused, {kWanIndex, 0, 0, 0}));
     stPlatform.ClearRecords();
     EXPECT_EQ(VT_API_getOsgiWanInfoByWanIndex(kWanIndex, nullptr), kNullArgument);

@@ -69,7 +69,7 @@ TEST_F(ListMappingTest, AsksForTheTableAndForEachGroupsConnection) {
                 {"gulm", 48, kAskWan, Word(0) + Word(8), 284}});
     const std::string sDesc =
         "stVdata Info DataID:4097 CompressedLen:1248  OriginalLen = 1248 \n\r";
-    EXPECT_EQ(Traces(), (Calls{sDesc, kWanTrace, kWanTrace, SizeTrace(2048)}));
+    EXPECT_EQ(EntryTraces(stPlatform), (Calls{sDesc, kWanTrace, kWanTrace, SizeTrace(2048)}));
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 1248", "VT_VDATA_FreeShm 4097"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
@@ -140,18 +140,19 @@ TEST_F(ListMappingTest, NeighboursShareAGroup) {
 TEST_F(ListMappingTest, RowOfNoConnectionEndsTheTable) {
     EXPECT_EQ(ListOf(RowBytes(7, 1) + RowBytes(0, 2) + RowBytes(7, 3)),
               JsonList(JsonGroup("1_INTERNET_R_VID_100", JsonRow(1))));
-    EXPECT_EQ(Traces().back(), SizeTrace(1024));
+    EXPECT_EQ(EntryTraces(stPlatform).back(), SizeTrace(1024));
     stPlatform.ClearRecords();
     EXPECT_EQ(ListOf(RowBytes(0, 1) + RowBytes(7, 2)), kEmptyList);
-    EXPECT_EQ(Traces().back(), SizeTrace(512));
+    EXPECT_EQ(EntryTraces(stPlatform).back(), SizeTrace(512));
     EXPECT_EQ(Rpcs(), (Codes{kAskTable}));
 }
 
 TEST_F(ListMappingTest, NoTableAtAllIsAnEmptyList) {
     stPlatform.mapReplies[kAskTable] = {0, Word(0) + Word(0) + Word(0)};
     EXPECT_EQ(List(), kEmptyList);
-    EXPECT_EQ(Traces(), (Calls{"stVdata Info DataID:0 CompressedLen:0  OriginalLen = 0 \n\r",
-                               SizeTrace(512)}));
+    EXPECT_EQ(
+        EntryTraces(stPlatform),
+        (Calls{"stVdata Info DataID:0 CompressedLen:0  OriginalLen = 0 \n\r", SizeTrace(512)}));
     EXPECT_TRUE(stPlatform.asCalls.empty());
     stPlatform.mapReplies[kAskTable] = {0, ""};
     EXPECT_EQ(List(), kEmptyList);
@@ -183,7 +184,7 @@ TEST_F(ListMappingTest, LongTableIsCompressed) {
     }
     EXPECT_EQ(ListOf(sTable), JsonList(JsonGroup("1_INTERNET_R_VID_100", sRows)));
     EXPECT_EQ(Rpcs(), (Codes{kAskTable, kAskWan}));
-    EXPECT_EQ(Traces().back(), SizeTrace(512 * 301));
+    EXPECT_EQ(EntryTraces(stPlatform).back(), SizeTrace(512 * 301));
 }
 
 TEST_F(ListMappingTest, TextsEndAtTheirFields) {
@@ -241,7 +242,7 @@ TEST_F(ListMappingTest, RefusedTableRequest) {
     Refuse(kAskTable);
     EXPECT_EQ(List(kRefused), "");
     EXPECT_EQ(Rpcs(), (Codes{kAskTable}));
-    EXPECT_EQ(Traces(), Calls{});
+    EXPECT_EQ(EntryTraces(stPlatform), Calls{});
     EXPECT_TRUE(HasRecorded(kRefused, {}));
 }
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "support/entries.h"
+#include "support/expect.h"
 #include "support/furnish_portmap.h"
-#include "unit/device/expect.h"
 
 namespace wap::test {
 
@@ -32,15 +32,6 @@ inline const std::string kWanTrace = "VT_API_getOsgiWanInfoByWanIndex WanInfo \n
 inline const std::string kNumbersTrace =
     "VT_API_CoverWanInfo uiWANDevIns:1,  uiWANConnDevIns:2  uiWANConnIns:3 \n\r";
 
-/// A request as it must have gone out.
-struct WantedRpc {
-    const char *pcReceiver;
-    uint32_t uiSender;
-    uint32_t uiRpcId;
-    std::string sRequest;
-    uint32_t uiRspCap;
-};
-
 /// A gateway with port mappings; the requests, traces and faults of a call are looked at.
 class PortMappingTest : public BridgeTest {
   protected:
@@ -53,14 +44,7 @@ class PortMappingTest : public BridgeTest {
         ASSERT_EQ(Rpcs(), Wanted(astWanted));
         for (size_t i = 0; i < astWanted.size(); ++i) {
             SCOPED_TRACE(i);
-            const RpcRecord &stRpc = stPlatform.astRpcs[i];
-            const WantedRpc &stWanted = astWanted[i];
-            EXPECT_EQ(stRpc.sHead, MessageHead("jamvm", 0, stWanted.pcReceiver, stWanted.uiSender));
-            EXPECT_EQ(stRpc.uiDstMid, 0u);
-            EXPECT_EQ(stRpc.sRequest, stWanted.sRequest);
-            EXPECT_EQ(stRpc.uiRspCap, stWanted.uiRspCap);
-            EXPECT_EQ(stRpc.sRspBefore, std::string(stWanted.uiRspCap, '\0'));
-            EXPECT_EQ(stRpc.uiTimeoutMs, 5000u);
+            ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
         }
     }
 
@@ -79,19 +63,6 @@ class PortMappingTest : public BridgeTest {
             auiIds.push_back(stWanted.uiRpcId);
         }
         return auiIds;
-    }
-
-    /// The traces but those of the RPC wrapper.
-    Calls Traces() const {
-        Calls asTexts;
-        for (const TraceRecord &stTrace : stPlatform.astTraces) {
-            if (stTrace.uiMid != 281) {
-                EXPECT_EQ(stTrace.uiMid, 249u) << stTrace.sText;
-                EXPECT_EQ(stTrace.uiZero, 0u) << stTrace.sText;
-                asTexts.push_back(stTrace.sText);
-            }
-        }
-        return asTexts;
     }
 
     /// The worker's file has recorded this code with these numbers.
