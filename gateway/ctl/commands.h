@@ -26,7 +26,7 @@ struct Options {
     std::optional<uint32_t> uiRpcId;  ///< nothing: any
     Fault stFault;
     std::string acMac;                              ///< a host's
-    std::map<std::string, std::string> mapMembers;  ///< of a host, by name
+    std::map<std::string, std::string> mapMembers;  ///< of a host or of IPTV, by name
     std::optional<uint32_t> uiFeature;              ///< nothing: all
     std::optional<bool> bOn;                        ///< nothing: only say
 };
@@ -46,6 +46,10 @@ int AddHost(const Options &stOptions);
 int RemoveHost(const Options &stOptions);
 int SetHost(const Options &stOptions);
 int Feature(const Options &stOptions);
+int Pon(const Options &stOptions);
+int ListWans(const Options &stOptions);
+int SetWan(const Options &stOptions);
+int Iptv(const Options &stOptions);
 
 }  // namespace wap::gateway
 

@@ -93,6 +93,7 @@ class CommandLine {
         AddHomeVerbs();
         AddHostVerbs();
         AddFeatureVerb();
+        AddUplinkVerbs();
         AddFaultVerbs();
         // Last, as verbs take over the footer that is set when they are added.
         m_stApp.footer(
@@ -225,8 +226,8 @@ class CommandLine {
         pstSet->footer("The next request sees the change, and it survives a restart.");
     }
 
-    CLI::App *AddHostVerb(CLI::App *pstHost, const char *pcName, const char *pcHelp, Verb pfnVerb) {
-        CLI::App *pstVerb = pstHost->add_subcommand(pcName, pcHelp);
+    CLI::App *AddSubVerb(CLI::App *pstGroup, const char *pcName, const char *pcHelp, Verb pfnVerb) {
+        CLI::App *pstVerb = pstGroup->add_subcommand(pcName, pcHelp);
         pstVerb->callback([this, pfnVerb] { m_pfnVerb = pfnVerb; });
         return pstVerb;
     }
@@ -240,8 +241,8 @@ class CommandLine {
     void AddHostVerbs() {
         CLI::App *pstHost = m_stApp.add_subcommand("host", "The hosts on the LAN");
         pstHost->require_subcommand(1);
-        AddHostVerb(pstHost, "list", "List them", ListHosts);
-        CLI::App *pstAdd = AddHostVerb(pstHost, "add", "One joins", AddHost);
+        AddSubVerb(pstHost, "list", "List them", ListHosts);
+        CLI::App *pstAdd = AddSubVerb(pstHost, "add", "One joins", AddHost);
         AddMac(pstAdd);
         static constexpr std::pair<const char *, const char *> kMembers[] = {
             {"ip", "Its address (0.0.0.0)"},
@@ -259,8 +260,8 @@ class CommandLine {
                     pcHelp)
                 ->type_name("TEXT");
         }
-        AddMac(AddHostVerb(pstHost, "remove", "One leaves", RemoveHost));
-        CLI::App *pstSet = AddHostVerb(pstHost, "set", "Change something of one", SetHost);
+        AddMac(AddSubVerb(pstHost, "remove", "One leaves", RemoveHost));
+        CLI::App *pstSet = AddSubVerb(pstHost, "set", "Change something of one", SetHost);
         AddMac(pstSet);
         pstSet->add_option("MEMBER", m_stOptions.acPath, "Such as name or upSpeed")
             ->required()
@@ -284,13 +285,62 @@ class CommandLine {
                 "Which one (all that are on)")
             ->check(Number(0, UINT32_MAX))
             ->type_name("");
-        pstFeature
-            ->add_option_function<std::string>(
-                "STATE", [this](const std::string &acText) { m_stOptions.bOn = acText == "on"; },
-                "on or off")
-            ->check(CLI::IsMember({"on", "off"}))
-            ->type_name("");
+        AddState(pstFeature, "on", "off", "on or off");
         pstFeature->footer("314 is Wi-Fi: without it no SSID takes part in the MAC filter.");
+    }
+
+    /// A word that switches something.
+    void AddState(CLI::App *pstVerb, const char *pcOn, const char *pcOff, const char *pcHelp) {
+        pstVerb
+            ->add_option_function<std::string>(
+                "STATE",
+                [this, acOn = std::string(pcOn)](const std::string &acText) {
+                    m_stOptions.bOn = acText == acOn;
+                },
+                pcHelp)
+            ->check(CLI::IsMember({pcOn, pcOff}))
+            ->type_name("");
+    }
+
+    void AddUplinkVerbs() {
+        CLI::App *pstPon = Add("pon", "Show whether the PON is up, or bring it up or down", Pon);
+        AddState(pstPon, "up", "down", "up or down (show it)");
+        pstPon->footer("While it is down, every question about it fails.");
+
+        CLI::App *pstWan = m_stApp.add_subcommand("wan", "The WAN connections");
+        pstWan->require_subcommand(1);
+        AddSubVerb(pstWan, "list", "List them", ListWans);
+        CLI::App *pstSet = AddSubVerb(pstWan, "set", "Bring one up or down", SetWan);
+        pstSet->add_option("NAME", m_stOptions.acPath, "Such as 1_INTERNET_R_VID_100")
+            ->required()
+            ->type_name("");
+        AddState(pstSet, "up", "down", "up or down");
+        pstSet->get_option("STATE")->required();
+
+        CLI::App *pstIptv = Add("iptv", "Show IPTV, or change it", Iptv);
+        AddState(pstIptv, "up", "down", "Bring its WAN connection up or down");
+        static constexpr std::tuple<const char *, const char *, uint32_t, const char *> kNumbers[] =
+            {
+                {"--service", "serviceType", UINT32_MAX, "Its type; 7 to 11 and 13 to 16 are IPTV"},
+                {"--vlan4", "ipv4Vlan", UINT16_MAX, "Its multicast VLAN; 4095 and up are none"},
+                {"--vlan6", "ipv6Vlan", UINT16_MAX, "The same for IPv6"},
+                {"--users", "users", UINT32_MAX, "How many listen to multicast groups"},
+            };
+        for (const auto &[pcName, pcMember, uiMax, pcHelp] : kNumbers) {
+            AddNumber(pstIptv, pcName, 0, uiMax, "N", pcHelp,
+                      [this, acMember = std::string(pcMember)](uint32_t uiNumber) {
+                          m_stOptions.mapMembers[acMember] = std::to_string(uiNumber);
+                      });
+        }
+        pstIptv
+            ->add_option_function<std::string>(
+                "--ipv4",
+                [this](const std::string &acText) {
+                    m_stOptions.mapMembers["ipv4Enabled"] = acText == "on" ? "true" : "false";
+                },
+                "Whether it uses IPv4")
+            ->check(CLI::IsMember({"on", "off"}))
+            ->type_name("on|off");
     }
 
     void SetKind(FaultKind eKind, uint32_t uiValue = 0) {

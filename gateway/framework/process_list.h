@@ -11,17 +11,19 @@ namespace wap::gateway {
 /// one process, which keeps it in its state file and answers for it.
 struct ProcessInfo {
     const char *pcName;
-    std::array<std::string_view, 8> astSections;  /// empty texts are no sections
+    std::array<std::string_view, 16> astSections;  /// empty texts are no sections
 };
 
 inline constexpr std::array<ProcessInfo, 7> kProcesses = {{
-    {"gulm", {"lan", "wan", "portMapping", "macFilter", "attachControl"}},
-    {"app_m", {"network", "hosts"}},
+    {"gulm",
+     {"lan", "wan", "wanDevices", "routes", "lanPorts", "iptv", "portMapping", "macFilter",
+      "attachControl"}},
+    {"app_m", {"network", "ssidBindings", "pon", "hosts"}},
     {"osgi_proxy", {"device"}},
     {"usb_mngt", {}},
     {"tarn", {}},
     {"cwmp", {"identity"}},
-    {"igmp", {}},
+    {"igmp", {"multicast"}},
 }};
 
 /// The process of that name, or null.

@@ -199,6 +199,7 @@ uint32_t GetWlanInst(HandlerContext &stContext, const Word &, WlanInstBlock &stR
 }  // namespace
 
 void AddAppManagerRpcs(RpcTable &stTable) {
+    AddAccessRpcs(stTable);
     stTable.AddBytes(kRpcGetLanHostIp, GetAddress);
     stTable.AddBytes(kRpcGetLanHostSpeed, GetSpeed);
     stTable.AddBytes(kRpcGetLanHostInfoByMac, GetByMac<WriteInfo>);

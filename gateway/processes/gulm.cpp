@@ -5,6 +5,10 @@ namespace wap::gateway {
 
 void AddGulmRpcs(RpcTable &stTable) {
     AddLanAddressRpcs(stTable);
+    AddLanPortRpcs(stTable);
+    AddWanRpcs(stTable);
+    AddRouteRpcs(stTable);
+    AddIptvRpcs(stTable);
     AddPortMappingRpcs(stTable);
     AddMacFilterRpcs(stTable);
     AddAttachControlRpcs(stTable);

@@ -1,10 +1,9 @@
-// gulm's WAN connections, as far as port mapping needs them, and the port mappings.
+// gulm's port mappings.
 #include <algorithm>
 
 #include "framework/bulk.h"
 #include "processes/processes.h"
 #include "records/port_mapping.h"
-#include "records/wan_record.h"
 
 namespace wap::gateway {
 
@@ -55,22 +54,6 @@ PortMappingEntry EntryOf(json_object *pstMapping) {
     PutField(stEntry.acProtocol, TextOf(pstMapping, "protocol"));
     PutField(stEntry.acInternalClient, TextOf(pstMapping, "client"));
     return stEntry;
-}
-
-uint32_t GetWan(HandlerContext &stContext, const WanRecordRequest &stRequest, WanRecord &stReply) {
-    const HomeReader stHome(stContext.stHome);
-    json_object *pstWan = FindNumber(stHome.At("wan"), "index", stRequest.uiWanIndex);
-    if (pstWan == nullptr) {
-        return kRefused;
-    }
-    PutField(stReply.acName, TextOf(pstWan, "name"));
-    stReply.uiWanDevIns = NumberOf(pstWan, "deviceInstance");
-    stReply.uiWanConnDevIns = NumberOf(pstWan, "connDeviceInstance");
-    stReply.uiWanConnIns = NumberOf(pstWan, "connInstance");
-    stReply.uiConnKind = NumberOf(pstWan, "kind");
-    stReply.uiMappingGate = NumberOf(pstWan, "mappingGate");
-    stReply.uiMappingMode = NumberOf(pstWan, "mappingMode");
-    return 0;
 }
 
 template <uint32_t kKind>
@@ -190,7 +173,6 @@ uint32_t SwitchMapping(HandlerContext &stContext, const SwitchPortMappingRequest
 }  // namespace
 
 void AddPortMappingRpcs(RpcTable &stTable) {
-    stTable.Add(kRpcGetWanRecord, GetWan);
     stTable.Add(kRpcGetPortMappingOfKind1, GetMapping<1>);
     stTable.Add(kRpcGetPortMappingOfKind0, GetMapping<0>);
     stTable.Add(kRpcGetPortMappingTable, GetTable);

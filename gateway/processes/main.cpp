@@ -39,6 +39,8 @@ RpcTable MakeTable(std::string_view pcProcess) {
         wap::gateway::AddOsgiProxyRpcs(stTable);
     } else if (pcProcess == "cwmp") {
         wap::gateway::AddCwmpRpcs(stTable);
+    } else if (pcProcess == "igmp") {
+        wap::gateway::AddIgmpRpcs(stTable);
     }
     return stTable;
 }

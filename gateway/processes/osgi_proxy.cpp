@@ -2,13 +2,17 @@
 // through it to the process that owns what is changed.
 #include <algorithm>
 
-#include "processes/processes.h"
+#include "framework/peers.h"
+#include "processes/vlan_bind.h"
 #include "records/attach_control.h"
 #include "records/device_info.h"
 #include "records/lan_address.h"
 #include "records/lan_hosts.h"
 #include "records/mac_filter.h"
 #include "records/port_mapping.h"
+#include "records/static_route.h"
+#include "records/wan_config.h"
+#include "records/wan_info.h"
 
 namespace wap::gateway {
 
@@ -57,6 +61,20 @@ uint32_t GetDeviceDefaults(HandlerContext &stContext, const WordRequest &,
     return 0;
 }
 
+/// The LAN ports are gulm's, the SSIDs app_m's.
+uint32_t ChangeVlanBind(HandlerContext &, const VlanBindReq &stRequest, VlanBindReply &) {
+    const std::string acInterface = TextIn(stRequest.acInterface);
+    const char *pcOwner = InterfaceNumber(acInterface, "LAN")    ? "gulm"
+                          : InterfaceNumber(acInterface, "SSID") ? "app_m"
+                                                                 : nullptr;
+    std::string acReply;
+    return pcOwner == nullptr
+               ? kRefused
+               : AskPeer(pcOwner, kRpcChangeVlanBind,
+                         {reinterpret_cast<const char *>(&stRequest), sizeof(stRequest)},
+                         sizeof(VlanBindReply), acReply);
+}
+
 }  // namespace
 
 void AddOsgiProxyRpcs(RpcTable &stTable) {
@@ -65,10 +83,13 @@ void AddOsgiProxyRpcs(RpcTable &stTable) {
     stTable.Add(kRpcGetDeviceUpTime, GetDeviceUpTime);
     stTable.Add(kRpcGetDevicePassword, GetDevicePassword);
     stTable.Add(kRpcGetDeviceDefaults, GetDeviceDefaults);
+    stTable.Add(kRpcChangeVlanBind, ChangeVlanBind);
     for (const uint32_t uiRpcId :
          {kRpcSetLanHostIp, kRpcSetLanDhcp, kRpcAddPortMapping, kRpcDelPortMapping,
           kRpcSwitchPortMapping, kRpcSetMacFltMode, kRpcAddLanMacFlt, kRpcDelLanMacFlt,
-          kRpcAddWlanMacFlt, kRpcDelWlanMacFlt, kRpcAddAttachControl, kRpcSetAttachControl}) {
+          kRpcAddWlanMacFlt, kRpcDelWlanMacFlt, kRpcAddAttachControl, kRpcSetAttachControl,
+          kRpcAddWan, kRpcSetWan, kRpcDelWan, kRpcAddIpv4Route, kRpcDelIpv4Route, kRpcAddIpv6Route,
+          kRpcDelIpv6Route}) {
         stTable.Forward(uiRpcId, "gulm");
     }
     for (const uint32_t uiRpcId : {kRpcSetLanHostName, kRpcSetGatewayName}) {

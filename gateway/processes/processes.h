@@ -38,12 +38,20 @@ void AddAppManagerRpcs(RpcTable &stTable);
 void AddGulmRpcs(RpcTable &stTable);
 void AddOsgiProxyRpcs(RpcTable &stTable);
 void AddCwmpRpcs(RpcTable &stTable);
+void AddIgmpRpcs(RpcTable &stTable);
 
 // What gulm serves, by theme.
 void AddLanAddressRpcs(RpcTable &stTable);
+void AddLanPortRpcs(RpcTable &stTable);
+void AddWanRpcs(RpcTable &stTable);
+void AddRouteRpcs(RpcTable &stTable);
+void AddIptvRpcs(RpcTable &stTable);
 void AddPortMappingRpcs(RpcTable &stTable);
 void AddMacFilterRpcs(RpcTable &stTable);
 void AddAttachControlRpcs(RpcTable &stTable);
+
+// What app_m serves, likewise.
+void AddAccessRpcs(RpcTable &stTable);
 
 }  // namespace wap::gateway
 
