@@ -1,0 +1,107 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * Tells how the gateway forwards traffic: the routes through its WAN connections, those that were
+ * set and those that are in force. {@link StaticLayer3ForwardingConfigServiceJNI} changes the
+ * static routes.
+ *
+ * <p>Route lists are one line each. {@code Index} is a number written as a text, and {@code
+ * Interface} the alias of the route's WAN connection, which is its name in the list of WAN
+ * connections; the name of an interface that is no WAN connection is shown as it is. A route for
+ * which a list cannot grow is left out of it.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads. Each asks processes of the gateway one after the other and waits for
+ * each answer, 5 seconds at most; a process that is not running makes it fail without waiting. No
+ * method throws because of the gateway's state.
+ */
+public class TransferQueryServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public TransferQueryServiceJNI() {}
+
+    /**
+     * Lists the static IPv4 routes, without those that lead into the LAN. Asks {@code gulm} for the
+     * ids, and for each of at most 192 routes twice, for the route and for its WAN connection, at
+     * most 5 seconds each time.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPAddress": "10.20.0.0",
+     *   "DestSubnetMask": "255.255.0.0", "GatewayIPAddress": "100.64.0.1",
+     *   "Interface": "1_INTERNET_R_VID_100" } ] }
+     * }</pre>
+     *
+     * <p>{@code Index} is what {@link
+     * StaticLayer3ForwardingConfigServiceJNI#deleteLayer3ForwardingStatic(int)} takes. Without any
+     * route the list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
+     *
+     * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
+     *     refuses, or doesn't know a route or its WAN connection, when the answer exceeds 256 bytes
+     *     for each route and 256 more, or when memory runs out
+     */
+    public native String getLayer3ForwardingStaticConfigInfo();
+
+    /**
+     * Lists the static IPv6 routes, without the default route and those that lead into the LAN.
+     * Asks as {@link #getLayer3ForwardingStaticConfigInfo()} does.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPPrefix": "2001:db8:20::\/48",
+     *   "NextHop": "fe80::1", "Interface": "1_INTERNET_R_VID_100" } ] }
+     * }</pre>
+     *
+     * <p>{@code Index} is what {@link
+     * StaticLayer3ForwardingConfigServiceJNI#deleteIPv6Layer3ForwardingStatic(int)} takes. JSON
+     * lets a slash be written as here; a parser gives it back alone.
+     *
+     * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons, and when a
+     *     route's prefix can't be read
+     */
+    public native String getIPv6Layer3ForwardingStaticConfigInfo();
+
+    /**
+     * Lists the IPv4 routes in force that lead through WAN connections, whoever made them. Asks
+     * {@code gulm} for the routes, and for the WAN connection of each listed route, at most 5
+     * seconds each time.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPAddress": "0.0.0.0",
+     *   "DestSubnetMask": "0.0.0.0", "GatewayIPAddress": "100.64.0.1",
+     *   "Interface": "1_INTERNET_R_VID_100" } ] }
+     * }</pre>
+     *
+     * <p>{@code Index} counts the listed routes from 1; it names nothing.
+     *
+     * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
+     *     refuses, or doesn't know a WAN connection, when the answer exceeds 256 bytes for each
+     *     listed route and 256 more, or when memory runs out
+     */
+    public native String getLayer3ForwardingCurrent();
+
+    /**
+     * Lists the IPv6 routes in force that lead through WAN connections. Asks and counts as {@link
+     * #getLayer3ForwardingCurrent()} does.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPPrefix": "::\/0",
+     *   "NextHop": "fe80::1", "Interface": "1_INTERNET_R_VID_100" } ] }
+     * }</pre>
+     *
+     * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons
+     */
+    public native String getIPv6Layer3ForwardingCurrent();
+}
