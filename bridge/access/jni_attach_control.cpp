@@ -3,6 +3,7 @@
 #include "access/jni_macflter.h"
 #include "access/mac_text.h"
 #include "common/fields.h"
+#include "common/id_table.h"
 #include "common/jni_common.h"
 #include "common/list_answer.h"
 #include "common/owners.h"
@@ -170,16 +171,19 @@ class StorageChange {
     uint32_t m_uiChanged = 0;
 };
 
+/// Reads what the rights of a host depend on.
+uint32_t ReadBoth(FilterSettings &stFilter, RecordList &stList) {
+    const uint32_t uiResult = stFilter.Read();
+    return uiResult != 0 ? uiResult : stList.Read();
+}
+
 /// Reads what a change of storage rights depends on, lets the hosts be gone through, and undoes
 /// what was done when one of them fails.
 template <class Walk>
 uint32_t ChangeRights(SourceSpot stSpot, uint32_t uiRight, Walk fnWalk) {
     FilterSettings stFilter;
-    uint32_t uiResult = stFilter.Read();
     RecordList stList;
-    if (uiResult == 0) {
-        uiResult = stList.Read();
-    }
+    uint32_t uiResult = ReadBoth(stFilter, stList);
     if (uiResult == 0) {
         StorageChange stChange(stFilter, uiRight);
         uiResult = fnWalk(stList, stChange);
@@ -197,27 +201,19 @@ uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCoun
         return Recorded(WAP_SPOT, kErrNullArgument);
     }
     AttachInstList stIndex = {};
-    uint32_t uiResult = Ask(kListRecords, AttachInst{}, stIndex);
-    if (uiResult != 0) {
-        return Recorded(WAP_SPOT, uiResult);
-    }
-    const uint32_t uiCount =
-        stIndex.uiCount < kAttachControlsMax ? stIndex.uiCount : kAttachControlsMax;
     PlatformBlock stList;
-    if (uiCount != 0 && !stList.Make(uiCount * kRecordSize, WAP_SPOT)) {
-        return Recorded(WAP_SPOT, 1, uiCount);
+    const uint32_t uiResult = FetchIdTable<AttachControl>(
+        WAP_SPOT, kListRecords, stIndex, stList,
+        [](uint32_t uiIndex, uint32_t uiInstId, AttachControl &stRecord) -> uint32_t {
+            const uint32_t uiFailure = Ask(kGetRecord, AttachInst{uiInstId}, stRecord);
+            EndField(stRecord.acMac);
+            stRecord.uiInstId = uiInstId;
+            return Recorded(WAP_SPOT, uiFailure, uiIndex, uiInstId);
+        });
+    if (uiResult != 0) {
+        return uiResult;
     }
-    auto *pstList = static_cast<AttachControl *>(stList.Lend());
-    for (uint32_t i = 0; i < uiCount; ++i) {
-        const uint32_t uiInstId = stIndex.auiInstIds[i];
-        uiResult = Ask(kGetRecord, AttachInst{uiInstId}, pstList[i]);
-        if (uiResult != 0) {
-            return Recorded(WAP_SPOT, uiResult, i, uiInstId);
-        }
-        EndField(pstList[i].acMac);
-        pstList[i].uiInstId = uiInstId;
-    }
-    *puiCount = uiCount;
+    *puiCount = stIndex.uiCount;
     *ppstList = static_cast<AttachControl *>(stList.Release());
     return 0;
 }
@@ -235,6 +231,9 @@ uint32_t VT_API_getAttachControlIndex(const AttachControl *pstList, uint32_t uiC
 
 uint32_t VT_API_addStorageRight(const char *pcMac, uint32_t uiInternetRight,
                                 uint32_t uiStorageRight) {
+    if (pcMac == nullptr) {
+        return Recorded(WAP_SPOT, kErrNullArgument);
+    }
     AttachControl stRecord = {};
     PutField(stRecord.acMac, pcMac);
     stRecord.uiInternetRight = uiInternetRight;
@@ -306,6 +305,9 @@ uint32_t VT_JNI_delLANHostFromStorageBlackList(const char *const *ppcMacs, uint3
 
 uint32_t VT_API_addSpeedLimit(const char *pcMac, uint32_t uiInternetRight, uint32_t uiUp,
                               uint32_t uiDown) {
+    if (pcMac == nullptr) {
+        return Recorded(WAP_SPOT, kErrNullArgument);
+    }
     AttachControl stRecord = {};
     PutField(stRecord.acMac, pcMac);
     stRecord.uiInternetRight = uiInternetRight;
@@ -332,11 +334,8 @@ uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiD
         return Recorded(WAP_SPOT, kErrNullArgument);
     }
     FilterSettings stFilter;
-    uint32_t uiResult = stFilter.Read();
     RecordList stList;
-    if (uiResult == 0) {
-        uiResult = stList.Read();
-    }
+    uint32_t uiResult = ReadBoth(stFilter, stList);
     if (uiResult != 0) {
         return Recorded(WAP_SPOT, uiResult);
     }

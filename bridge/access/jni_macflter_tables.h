@@ -9,6 +9,7 @@
 #include "access/jni_macflter.h"
 #include "access/mac_text.h"
 #include "common/fields.h"
+#include "common/id_table.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
 #include "common/report.h"
@@ -79,41 +80,22 @@ inline void EndTexts(WlanMacFltBody &stBody) {
     EndField(stBody.acMac);
 }
 
-/**
- * Reads an index and the entries that it names.
- * @param stIndex zeroed; receives the index, with a number of entries that it has room for
- * @param stList  receives the entries, nothing when there are none
- * @return 0; the code of the first request; 1 when memory runs out or an entry can't be read
- */
+/// Reads an index and the entries that it names, as FetchIdTable does. 1 also when an entry can't
+/// be read.
 template <class Entry, class Index>
 uint32_t FetchTable(SourceSpot stSpot, const GeneralRoute &stListRoute,
                     const GeneralRoute &stEntryRoute, Index &stIndex, PlatformBlock &stList) {
-    const uint32_t uiResult = Ask(stListRoute, kNoArgument, stIndex);
-    if (Recorded(stSpot, uiResult) != 0) {
-        return uiResult;
-    }
-    // The number is the process's word; the ids end with the block.
-    constexpr uint32_t kMax = std::size(Index{}.auiInstIds);
-    const uint32_t uiCount = stIndex.uiCount < kMax ? stIndex.uiCount : kMax;
-    stIndex.uiCount = uiCount;
-    if (uiCount == 0) {
-        return 0;
-    }
-    if (!stList.Make(uiCount * static_cast<uint32_t>(sizeof(Entry)), stSpot)) {
-        return Recorded(stSpot, kErrMacFlt, uiCount);
-    }
-    auto *pstEntries = static_cast<Entry *>(stList.Lend());
-    for (uint32_t i = 0; i < uiCount; ++i) {
-        const uint32_t uiInstId = stIndex.auiInstIds[i];
-        const uint32_t uiFailure = Ask(stEntryRoute, uiInstId, pstEntries[i].stBody);
-        if (uiFailure != 0) {
-            RecordFault(stSpot, uiFailure, i, uiInstId);
-            return kErrMacFlt;
-        }
-        pstEntries[i].uiInstId = uiInstId;
-        EndTexts(pstEntries[i].stBody);
-    }
-    return 0;
+    return FetchIdTable<Entry>(
+        stSpot, stListRoute, stIndex, stList,
+        [&](uint32_t uiIndex, uint32_t uiInstId, Entry &stEntry) -> uint32_t {
+            const uint32_t uiFailure = Ask(stEntryRoute, uiInstId, stEntry.stBody);
+            if (Recorded(stSpot, uiFailure, uiIndex, uiInstId) != 0) {
+                return kErrMacFlt;
+            }
+            stEntry.uiInstId = uiInstId;
+            EndTexts(stEntry.stBody);
+            return 0;
+        });
 }
 
 /**

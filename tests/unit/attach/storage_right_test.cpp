@@ -224,8 +224,13 @@ TEST_F(StorageRightTest, ChangesOfOneRecordGiveTheServicesCode) {
     EXPECT_EQ(Sent(), AddRequest({0, kMacA, 1, 0}, 0x0F) + SetRequest({5, "", 1, 0}, 0x0F));
     EXPECT_EQ(FaultCodes(stPlatform), (Codes{kRefused, kRefused, kRefused, kRefused}));
     EXPECT_EQ(stPlatform.astFaults[3].auiArgs, (Args{5, 0, 0, 0}));
+}
+
+TEST_F(StorageRightTest, MissingArgumentsAreRefusedWithoutARequest) {
     EXPECT_EQ(VT_API_setStorageRight(nullptr, 1, 0), 0xF7702001u);
+    EXPECT_EQ(VT_API_addStorageRight(nullptr, 1, 0), 0xF7702001u);
     EXPECT_TRUE(Sent().empty());
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{0xF7702001, 0xF7702001}));
 }
 
 }  // namespace
