@@ -5,8 +5,9 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
 
 /**
  * Tells how the gateway forwards traffic: the routes through its WAN connections, those that were
- * set and those that are in force. {@link StaticLayer3ForwardingConfigServiceJNI} changes the
- * static routes.
+ * set and those that are in force; the VLANs that LAN ports and SSIDs are bound to; and whether
+ * IPTV works. {@link StaticLayer3ForwardingConfigServiceJNI} changes the static routes, {@link
+ * VLANBindConfigServiceJNI} the VLANs.
  *
  * <p>Route lists are one line each. {@code Index} is a number written as a text, and {@code
  * Interface} the alias of the route's WAN connection, which is its name in the list of WAN
@@ -104,4 +105,46 @@ public class TransferQueryServiceJNI {
      * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons
      */
     public native String getIPv6Layer3ForwardingCurrent();
+
+    /**
+     * Lists the VLANs that LAN ports and SSIDs are bound to: the LAN ports that have a binding, and
+     * then all SSIDs, those without a binding too. Asks {@code gulm} for the number of LAN ports
+     * and for each of at most 8 ports, and then {@code app_m} for the SSIDs, at most 8; 5 seconds at
+     * most each time.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "LanInterface": "LAN1", "Bind": "10\/100,20\/200" },
+     *   { "LanInterface": "SSID1", "Bind": "" } ] }
+     * }</pre>
+     *
+     * <p>The answer is one line, and a parser gives the slashes back alone. {@code Bind} is what
+     * {@link VLANBindConfigServiceJNI#setVLANBind(String, String)} takes. Without LAN ports and
+     * SSIDs the list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
+     *
+     * @return the list; <code>{"Result":-1}</code> (no blanks) when a process doesn't answer or
+     *     refuses, when the answer exceeds 1087 bytes, or when memory runs out
+     */
+    public native String getVLANBindInfo();
+
+    /**
+     * Tells in one word whether the gateway's IPTV service works. Asks {@code gulm} for the IPTV
+     * connection, once more for its status if it has no IPv4, and {@code igmp} for the number of
+     * set-top boxes, at most 5 seconds each time.
+     *
+     * <p>Example: {@code getIPTVStatus()} answers {@code IPTV_BUSSINESS_OK}, a text that is no
+     * JSON. The words, spelled as they are:
+     *
+     * <ul>
+     *   <li>{@code NO_IPTV_CONNECTION}: no WAN connection carries IPTV;
+     *   <li>{@code IPTV_DISCONNECT}: the one that does is down;
+     *   <li>{@code INVALID_MULTIVLAN}: it has no valid multicast VLAN, neither for IPv4 nor for IPv6;
+     *   <li>{@code IPTV_BUSSINESS_OK}: it works, and somebody has joined a multicast group;
+     *   <li>{@code IPTV_BUSSINESS_NOK}: nobody has.
+     * </ul>
+     *
+     * @return the word; an empty text when a process doesn't answer or refuses
+     */
+    public native String getIPTVStatus();
 }

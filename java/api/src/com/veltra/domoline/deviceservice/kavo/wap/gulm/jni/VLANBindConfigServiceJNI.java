@@ -5,8 +5,8 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
 
 /**
  * Binds LAN ports and SSIDs to VLANs: what enters such an interface with the tag of a user-side
- * VLAN is carried on a WAN-side VLAN. {@code getVLANBindInfo()} of {@code TransferQueryServiceJNI}
- * lists the bindings.
+ * VLAN is carried on a WAN-side VLAN. {@link TransferQueryServiceJNI#getVLANBindInfo()} lists the
+ * bindings.
  *
  * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
  * by any number of threads; each asks the process {@code osgi_proxy} and blocks the calling thread

@@ -1,0 +1,64 @@
+// What the tests of the VLAN bindings and of the IPTV status share.
+#ifndef WAP_TESTS_UNIT_VLANBIND_FIXTURE_H
+#define WAP_TESTS_UNIT_VLANBIND_FIXTURE_H
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/entries.h"
+#include "support/expect.h"
+#include "support/furnish_vlanbind.h"
+
+namespace wap::test {
+
+inline constexpr uint32_t kRefused = 0x00C0FFEE;
+
+inline constexpr uint32_t kChange = 0x47209075;
+inline constexpr uint32_t kAskLanPorts = 0x47301017;
+inline constexpr uint32_t kAskLanBind = 0x47603122;
+inline constexpr uint32_t kAskSsids = 0x47103093;
+inline constexpr uint32_t kAskIptv = 0x47317140;
+inline constexpr uint32_t kAskIptvStatus = 0x47317145;
+inline constexpr uint32_t kAskUsers = 0x47305019;
+
+/// A gateway with bindings and IPTV; the requests, traces and faults of a call are looked at.
+class VlanBindTest : public BridgeTest {
+  protected:
+    void SetUp() override {
+        BridgeTest::SetUp();
+        FurnishVlanBind(stWorld);
+    }
+
+    void ExpectRpcs(const std::vector<WantedRpc> &astWanted) {
+        ASSERT_EQ(stPlatform.astRpcs.size(), astWanted.size());
+        for (size_t i = 0; i < astWanted.size(); ++i) {
+            SCOPED_TRACE(i);
+            ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
+        }
+    }
+
+    /// How often a file has recorded this code with these numbers.
+    size_t TimesRecorded(const std::string &sFile, uint32_t uiCode, const Args &auiArgs = {}) {
+        size_t uiTimes = 0;
+        for (const FaultRecord &stFault : stPlatform.astFaults) {
+            if (stFault.sFile == sFile && stFault.uiCode == uiCode && stFault.auiArgs == auiArgs) {
+                ++uiTimes;
+            }
+        }
+        return uiTimes;
+    }
+
+    void Refuse(uint32_t uiRpcId) { stPlatform.mapReplies[uiRpcId].uiStatus = kRefused; }
+    void AnswerLanPorts(uint32_t uiCount) {
+        stPlatform.mapReplies[kAskLanPorts] = {0, Word(uiCount) + std::string(32, 'z')};
+    }
+    void AnswerSsids(const std::vector<SsidFacts> &astSsids) {
+        stPlatform.mapReplies[kAskSsids] = {0, SsidBytes(astSsids)};
+    }
+};
+
+}  // namespace wap::test
+
+#endif
