@@ -220,6 +220,9 @@ uint32_t VT_API_getAttachControlList(AttachControl **ppstList, uint32_t *puiCoun
 
 uint32_t VT_API_getAttachControlIndex(const AttachControl *pstList, uint32_t uiCount,
                                       const char *pcMac, uint32_t *puiIndex) {
+    if ((pstList == nullptr && uiCount != 0) || puiIndex == nullptr) {
+        return Recorded(WAP_SPOT, kErrNullArgument, uiCount);
+    }
     for (uint32_t i = 0; i < uiCount; ++i) {
         if (SameMac(pstList[i].acMac, pcMac)) {
             *puiIndex = i;

@@ -3,7 +3,9 @@
 // may use the storage and has no limits.
 //
 // Names starting with VT_JNI_ are the workers of the Java methods and turn every failure into -1
-// (as unsigned); the others pass codes up: 1 where no other is said. All record what they see.
+// (as unsigned); the others pass codes up: 0xF7702001 for a null argument, and 1 where no other is
+// said. To the functions that take a list of MACs or of records, a null argument is a list that
+// they don't take: 1. All record what they see.
 #ifndef WAP_ACCESS_JNI_ATTACH_CONTROL_H
 #define WAP_ACCESS_JNI_ATTACH_CONTROL_H
 
@@ -18,7 +20,8 @@
  * Reads all records, 128 at most. Each MAC ends within its field, whatever the gateway sent.
  * @param ppstList receives them in the gateway's order, released with VT_OS_MemFreeD by the
  *                 caller; null when there are none
- * @return 0; 1 without memory; the code of the first request that failed
+ * @return 0; 0xF7702001 for a null argument; 1 without memory; the code of the first request that
+ *         failed
  */
 WAP_EXPORT uint32_t VT_API_getAttachControlList(wap::AttachControl **ppstList, uint32_t *puiCount);
 
@@ -28,7 +31,7 @@ WAP_EXPORT uint32_t VT_API_getAttachControlList(wap::AttachControl **ppstList, u
  * @param pstList  uiCount records, their MACs terminated
  * @param pcMac    null is no host
  * @param puiIndex receives its place
- * @return 0; 1, not recorded, when there is none
+ * @return 0; 1, not recorded, when there is none; 0xF7702001 for a null argument
  */
 WAP_EXPORT uint32_t VT_API_getAttachControlIndex(const wap::AttachControl *pstList,
                                                  uint32_t uiCount, const char *pcMac,
@@ -36,10 +39,10 @@ WAP_EXPORT uint32_t VT_API_getAttachControlIndex(const wap::AttachControl *pstLi
 
 // ---- storage rights: 1 allowed, 0 barred ----
 
-/// Makes a record with these rights and no limits.
+/// Makes a record with these rights and no limits. 0xF7702001 for a null MAC, without a request.
 WAP_EXPORT uint32_t VT_API_addStorageRight(const char *pcMac, uint32_t uiInternetRight,
                                            uint32_t uiStorageRight);
-/// Changes the rights of a record as it was read.
+/// Changes the rights of a record as it was read. 0xF7702001 for a null record.
 WAP_EXPORT uint32_t VT_API_setStorageRight(const wap::AttachControl *pstRecord,
                                            uint32_t uiInternetRight, uint32_t uiStorageRight);
 /**
@@ -62,15 +65,17 @@ WAP_EXPORT uint32_t VT_JNI_delLANHostFromStorageBlackList(const char *const *ppc
 
 // ---- speed limits, in the gateway's unit ----
 
-/// Makes a record with these limits that may use the storage.
+/// Makes a record with these limits that may use the storage. 0xF7702001 for a null MAC, without a
+/// request.
 WAP_EXPORT uint32_t VT_API_addSpeedLimit(const char *pcMac, uint32_t uiInternetRight, uint32_t uiUp,
                                          uint32_t uiDown);
-/// Changes the limits of a record as it was read.
+/// Changes the limits of a record as it was read. 0xF7702001 for a null record.
 WAP_EXPORT uint32_t VT_API_setSpeedLimit(const wap::AttachControl *pstRecord,
                                          uint32_t uiInternetRight, uint32_t uiUp, uint32_t uiDown);
 /// Limits a host. Nothing is sent for limits that it has already; without a record it has 0 and 0.
+/// 0xF7702001 for a null MAC, without a request.
 WAP_EXPORT uint32_t VT_API_setSpeedLimitInfo(const char *pcMac, uint32_t uiUp, uint32_t uiDown);
-/// The same for Java.
+/// The same for Java: -1 (as unsigned) for a null MAC too.
 WAP_EXPORT uint32_t VT_JNI_setLANHostSpeedLimit(const char *pcMac, uint32_t uiUp, uint32_t uiDown);
 
 // ---- the report of the limits. Lists and texts are released with VT_OS_MemFreeD by the caller
@@ -84,7 +89,7 @@ WAP_EXPORT uint32_t VT_JNI_setLANHostSpeedLimit(const char *pcMac, uint32_t uiUp
  */
 WAP_EXPORT uint32_t VT_API_getAttachControlListByMac(const char *const *ppcMacs, uint32_t uiCount,
                                                      wap::AttachControl **ppstHosts);
-/// All records, 128 at most; null when there are none.
+/// All records, 128 at most; null when there are none. Results as VT_API_getAttachControlList.
 WAP_EXPORT uint32_t VT_API_getALLAttachControlList(wap::AttachControl **ppstHosts,
                                                    uint32_t *puiCount);
 /// The answer for up to 128 records: an object with both limits for each. 0 or 1.

@@ -4,8 +4,11 @@
 //
 // All functions return 0 or a code, and record every failure: a request's code as the process gave
 // it; 1 when memory runs out, a reply contradicts itself, an entry can't be read, or a list is
-// longer than kMacFltListMax; 0xF7702001 for a null argument. Out-parameters are written on success
-// only. Nothing is kept between calls and nothing locks.
+// longer than its function takes; 0xF7702001 for a null argument. Out-parameters are written on
+// success only, but for a MacFltRecord, which is written to on failure too.
+// Undoing goes on whatever fails; in the wireless table it succeeds as soon as it has begun, and
+// what could not be undone is in the fault log alone. Nothing is kept between calls and nothing
+// locks.
 #ifndef WAP_ACCESS_JNI_MACFLTER_H
 #define WAP_ACCESS_JNI_MACFLTER_H
 
@@ -17,7 +20,8 @@
 
 namespace wap {
 
-/// The most MAC addresses that one call takes.
+/// The most MAC addresses that one call takes. Calls that take entries or ids have bounds of their
+/// own.
 inline constexpr uint32_t kMacFltListMax = 128;
 
 /// The instance ids that one call touched in the wired table: slot i belongs to the call's i-th MAC
@@ -121,8 +125,8 @@ WAP_EXPORT uint32_t VT_API_delLanMacFlt(uint32_t uiInstId);
 /**
  * Adds MAC addresses.
  * @param ppcMacs    uiCount texts, at most kMacFltListMax; null ones are traced and left out
- * @param pstRecord  receives the new instance ids in the slots of their addresses; when undoing,
- *                   only addresses whose slot is not 0 are added
+ * @param pstRecord  receives the new instance ids in the slots of their addresses, on failure ids
+ *                   that are gone again; when undoing, only addresses whose slot is not 0 are added
  * @param uiRollback a MacFltRollback
  * @return 0, or the code of the last address that was tried
  */
@@ -132,7 +136,8 @@ WAP_EXPORT uint32_t VT_API_addLanMacFltList(const char *const *ppcMacs, uint32_t
 /**
  * Deletes every entry whose MAC address is among the given, without regard to case; when undoing,
  * the entries whose ids are in the slots instead, also those that a full index doesn't name.
- * @param pstRecord receives the deleted instance ids in the slots of their addresses
+ * @param pstRecord receives the deleted instance ids in the slots of their addresses, on failure
+ *                  those of the entries that were put back
  */
 WAP_EXPORT uint32_t VT_API_delLanMacFltList(const char *const *ppcMacs, uint32_t uiCount,
                                             wap::MacFltRecord *pstRecord, uint32_t uiRollback);
@@ -169,7 +174,8 @@ WAP_EXPORT uint32_t VT_API_delWLanMacFltList(const void *pvArray, uint32_t uiCou
 WAP_EXPORT uint32_t VT_API_addWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCount,
                                                   uint32_t uiRollback);
 
-/// Adds entries again, each for its own network; null ones are left out. Their ids are not used.
+/// Adds up to 256 entries again, each for its own network; null ones are left out. Their ids are
+/// not used.
 WAP_EXPORT uint32_t VT_API_addWLanMacFltListByStructInfo(
     const wap::WlanMacFltEntry *const *ppstEntries, uint32_t uiCount, uint32_t uiRollback);
 
@@ -177,7 +183,8 @@ WAP_EXPORT uint32_t VT_API_addWLanMacFltListByStructInfo(
 WAP_EXPORT uint32_t VT_API_delWLanMacFltListByMac(const char *const *ppcMacs, uint32_t uiCount,
                                                   uint32_t uiRollback);
 
-/// Deletes every entry whose instance id is among the given.
+/// Deletes every entry whose instance id is among the given, any number of them; when undoing, also
+/// those that a full index doesn't name.
 WAP_EXPORT uint32_t VT_API_delWLanMacFltListByInstId(const uint32_t *puiInstIds, uint32_t uiCount,
                                                      uint32_t uiRollback);
 

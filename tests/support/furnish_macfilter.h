@@ -23,7 +23,8 @@ std::string WlanEntryBytes(const std::string &sSsidName, const std::string &sMac
 inline constexpr const char *kFilteredMac = "02:00:00:00:00:0A";
 
 /// Makes the platform answer every request of the MAC filter: a black list that is on, with one
-/// address in either table, and no wireless network.
+/// address in either table. There are two wireless networks, 1 and 5, which the bridge asks about
+/// when the platform has the feature 314.
 void FurnishMacFilter(World &stWorld);
 
 }  // namespace wap::test

@@ -186,5 +186,14 @@ TEST_F(AttachListTest, FindsWholeMacsOnly) {
     EXPECT_EQ(uiIndex, 77u);
 }
 
+TEST_F(AttachListTest, FindsNothingWithoutAListOrAPlace) {
+    const AttachControl stRecord = {};
+    uint32_t uiIndex = 77;
+    EXPECT_EQ(VT_API_getAttachControlIndex(nullptr, 1, kMacA, &uiIndex), 0xF7702001u);
+    EXPECT_EQ(VT_API_getAttachControlIndex(&stRecord, 1, "", nullptr), 0xF7702001u);
+    EXPECT_EQ(uiIndex, 77u);
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{0xF7702001, 0xF7702001}));
+}
+
 }  // namespace
 }  // namespace wap::test

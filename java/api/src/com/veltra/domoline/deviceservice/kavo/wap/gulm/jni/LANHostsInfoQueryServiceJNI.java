@@ -12,9 +12,11 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * answered, 5 seconds at most for each request. A process that is not running makes them fail
  * without waiting. No method throws because of the gateway's state.
  *
- * <p>A list of MAC addresses is an array of up to 128 texts, of which 31 bytes each are used. An
- * array without any text in it, and {@code null} as well, stands for all hosts. Where the process
- * {@code app_m} writes the answer, its keys are the process's own.
+ * <p>A list of MAC addresses is an array of up to 128 texts, of which 31 bytes each are used. {@code
+ * null}, an array without elements, and one of empty texts alone stand for all hosts. A {@code null}
+ * element is left out by {@link #getLANHostInfoByMAC(String[])}; the other methods refuse an array
+ * that has one, even if it has nothing else. Where the process {@code app_m} writes the answer, its
+ * keys are the process's own.
  */
 public class LANHostsInfoQueryServiceJNI {
     static {
@@ -46,7 +48,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>The answer is one line.
      *
-     * @param asMacs the addresses; {@code null} elements are left out. None asks for all hosts
+     * @param asMacs the addresses; {@code null} elements are left out. If none is left, all hosts
+     *     are asked for
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
      *     doesn't answer or refuses; <code>{"Result":-1}</code> when there are more than 128
      *     addresses; {@code null} when the process wrote nothing

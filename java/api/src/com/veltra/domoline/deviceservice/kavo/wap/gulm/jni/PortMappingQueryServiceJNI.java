@@ -40,8 +40,9 @@ public class PortMappingQueryServiceJNI {
      * what {@link PortMappingConfigServiceJNI} takes as the mapping's number.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
-     *     refuses, or doesn't know a WAN connection that has mappings, or when memory runs out. A
-     *     mapping for which the list cannot grow is left out of it
+     *     refuses, or doesn't know a WAN connection that has mappings, when memory runs out, or
+     *     when the text would have 512 bytes or more for each mapping and for the list itself:
+     *     512 × (mappings + 1). A mapping for which the list cannot grow is left out of it
      */
     public native String getPortMappingInfo();
 }
