@@ -5,10 +5,12 @@
 #include "support/entry_table_lan.h"
 #include "support/entry_table_macfilter.h"
 #include "support/entry_table_portmap.h"
+#include "support/entry_table_vlanbind.h"
 #include "support/furnish_attach.h"
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
 #include "support/furnish_portmap.h"
+#include "support/furnish_vlanbind.h"
 
 namespace wap::test {
 
@@ -19,6 +21,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {PortMappingEntries(), FurnishPortMapping},
         {MacFilterEntries(), FurnishMacFilter},
         {AttachEntries(), FurnishAttach},
+        {VlanBindEntries(), FurnishVlanBind},
     };
     return s_astGroups;
 }

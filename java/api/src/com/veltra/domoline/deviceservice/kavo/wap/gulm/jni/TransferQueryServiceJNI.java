@@ -109,8 +109,8 @@ public class TransferQueryServiceJNI {
     /**
      * Lists the VLANs that LAN ports and SSIDs are bound to: the LAN ports that have a binding, and
      * then all SSIDs, those without a binding too. Asks {@code gulm} for the number of LAN ports
-     * and for each of at most 8 ports, and then {@code app_m} for the SSIDs, at most 8; 5 seconds at
-     * most each time.
+     * and for each of at most 8 ports, and then {@code app_m} for the SSIDs, at most 8 of which are
+     * listed; at most 5 seconds each time.
      *
      * <p>Example answer:
      *
@@ -139,7 +139,8 @@ public class TransferQueryServiceJNI {
      * <ul>
      *   <li>{@code NO_IPTV_CONNECTION}: no WAN connection carries IPTV;
      *   <li>{@code IPTV_DISCONNECT}: the one that does is down;
-     *   <li>{@code INVALID_MULTIVLAN}: it has no valid multicast VLAN, neither for IPv4 nor for IPv6;
+     *   <li>{@code INVALID_MULTIVLAN}: it has no valid multicast VLAN, neither for IPv4 nor for
+     *       IPv6;
      *   <li>{@code IPTV_BUSSINESS_OK}: it works, and somebody has joined a multicast group;
      *   <li>{@code IPTV_BUSSINESS_NOK}: nobody has.
      * </ul>
