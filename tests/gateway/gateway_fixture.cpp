@@ -55,6 +55,29 @@ RpcReply Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity, uint3
     return Call(pcProcess, uiRpcId, std::string_view("\0\0\0\0", 4), uiCapacity, uiTimeoutMs);
 }
 
+std::string TextIn(const RpcReply &stReply) {
+    const size_t uiEnd = stReply.acBytes.find('\0');
+    EXPECT_NE(uiEnd, std::string::npos);
+    return stReply.acBytes.substr(0, uiEnd);
+}
+
+std::string BlockOf(const RpcReply &stReply, size_t uiAt) {
+    EXPECT_EQ(stReply.uiStatus, 0u);
+    const uint32_t uiId = WordAt(stReply.acBytes, uiAt);
+    const uint32_t uiOriginal = WordAt(stReply.acBytes, uiAt + 4);
+    std::string acStored(std::max(WordAt(stReply.acBytes, uiAt + 8), uiOriginal), '\0');
+    EXPECT_EQ(VT_VDATA_ReadData(uiId, WordAt(stReply.acBytes, uiAt + 8), acStored.data()), 0u);
+    EXPECT_EQ(VT_VDATA_FreeShm(uiId), 0u);
+    if (uiOriginal <= 2048) {
+        EXPECT_EQ(WordAt(stReply.acBytes, uiAt + 8), uiOriginal);
+        return acStored;
+    }
+    EXPECT_LT(WordAt(stReply.acBytes, uiAt + 8), uiOriginal);
+    std::string acPlain(uiOriginal, '\0');
+    EXPECT_EQ(VT_OS_Decompress(acStored.data(), acPlain.data(), uiOriginal), 0u);
+    return acPlain;
+}
+
 void GatewayTest::SetUp() {
     char acDir[] = "/tmp/wap-gateway-test-XXXXXX";
     ASSERT_NE(mkdtemp(acDir), nullptr);

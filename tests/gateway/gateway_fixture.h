@@ -41,6 +41,13 @@ RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcReques
 RpcReply Query(const char *pcProcess, uint32_t uiRpcId, size_t uiCapacity,
                uint32_t uiTimeoutMs = 20000);
 
+/// The reply's text, which must end in it.
+std::string TextIn(const RpcReply &stReply);
+
+/// What a block held whose descriptor, the reply's three words from uiAt, came as a reply; the
+/// block is gone afterwards.
+std::string BlockOf(const RpcReply &stReply, size_t uiAt = 0);
+
 class GatewayTest : public ::testing::Test {
   protected:
     void SetUp() override;

@@ -303,7 +303,7 @@ TEST_F(GatewayTest, WapGatewaySaysHowItIsUsed) {
 }
 
 TEST_F(RunningGatewayTest, GetPrintsTextsNumbersAndGroups) {
-    CtlOk({"start", "gulm", "app_m", "--timeout", "60"});
+    CtlOk({"start", "gulm", "app_m", "igmp", "--timeout", "60"});
     EXPECT_EQ(CtlOk({"get", "device.vendor"}), "SimHome\n");
     EXPECT_EQ(CtlOk({"get", "device.flashKiB"}), "262144\n");
     EXPECT_EQ(CtlOk({"get", "identity"}),
@@ -325,7 +325,7 @@ TEST_F(RunningGatewayTest, GetOfEverythingTellsWhatIsMissing) {
 }
 
 TEST_F(RunningGatewayTest, WrongPathsAndValuesAreExplained) {
-    CtlOk({"start", "gulm", "app_m", "--timeout", "60"});
+    CtlOk({"start", "gulm", "app_m", "igmp", "--timeout", "60"});
     const struct {
         std::vector<std::string> astArguments;
         const char *pcSays;

@@ -13,31 +13,6 @@ std::string ZeroWords(size_t uiCount) {
     return std::string(uiCount * sizeof(uint32_t), '\0');
 }
 
-/// The reply's text, which must end in it.
-std::string TextIn(const RpcReply &stReply) {
-    const size_t uiEnd = stReply.acBytes.find('\0');
-    EXPECT_NE(uiEnd, std::string::npos);
-    return stReply.acBytes.substr(0, uiEnd);
-}
-
-/// What a block held whose descriptor came as a reply; the block is gone afterwards.
-std::string BlockOf(const RpcReply &stReply) {
-    EXPECT_EQ(stReply.uiStatus, 0u);
-    const uint32_t uiId = WordAt(stReply.acBytes, 0);
-    const uint32_t uiOriginal = WordAt(stReply.acBytes, 4);
-    std::string acStored(std::max(WordAt(stReply.acBytes, 8), uiOriginal), '\0');
-    EXPECT_EQ(VT_VDATA_ReadData(uiId, WordAt(stReply.acBytes, 8), acStored.data()), 0u);
-    EXPECT_EQ(VT_VDATA_FreeShm(uiId), 0u);
-    if (uiOriginal <= 2048) {
-        EXPECT_EQ(WordAt(stReply.acBytes, 8), uiOriginal);
-        return acStored;
-    }
-    EXPECT_LT(WordAt(stReply.acBytes, 8), uiOriginal);
-    std::string acPlain(uiOriginal, '\0');
-    EXPECT_EQ(VT_OS_Decompress(acStored.data(), acPlain.data(), uiOriginal), 0u);
-    return acPlain;
-}
-
 class LanGatewayTest : public GatewayTest {
   protected:
     void SetUp() override {
