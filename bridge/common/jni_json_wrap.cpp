@@ -1,9 +1,9 @@
 #include "common/jni_json_wrap.h"
 
-#include <json-c/json_tokener.h>
 #include <string.h>
 #include <vt_ssp_basic.h>
 
+#include "common/json_parse.h"
 #include "common/json_print.h"
 #include "common/report.h"
 
@@ -93,25 +93,8 @@ uint32_t AttachNew(SourceSpot stSpot, json_object *pstObj, const char *pcKey,
 }  // namespace
 
 json_object *JSON_Parse(const char *pcText, uint32_t uiStrict) {
-    if (pcText == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull);
-        return nullptr;
-    }
-    json_tokener *pstTokener = json_tokener_new();
-    if (pstTokener == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrNull);
-        return nullptr;
-    }
-    if (uiStrict == 1) {
-        json_tokener_set_flags(pstTokener, JSON_TOKENER_STRICT);
-    }
-    json_object *pstRoot = json_tokener_parse_ex(pstTokener, pcText, -1);
-    const json_tokener_error eError = json_tokener_get_error(pstTokener);
-    json_tokener_free(pstTokener);
-    if (pstRoot == nullptr) {
-        RecordFault(WAP_SPOT, kJsonErrObject, static_cast<uint32_t>(eError));
-    }
-    return pstRoot;
+    return ParseJson(WAP_SPOT, pcText, uiStrict == 1 ? Grammar::kStrict : Grammar::kLenient,
+                     Secrecy::kPlain);
 }
 
 uint32_t JNI_JSON_ObjGetInt(json_object *pstValue, int32_t *piOut) {

@@ -1,6 +1,9 @@
 // Composing, parsing and printing JSON under every single fault.
 
 #include <gtest/gtest.h>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
 
 #include <cstring>
 #include <memory>
@@ -190,24 +193,68 @@ TEST(JsonFaults, Print) {
     EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 5u);
 }
 
-TEST(JsonFaults, Parse) {
+/// Parses under every single fault: the value is whole, or there is none.
+OpCounts SweepParse(const std::string &sText) {
     auto pstRoot = std::make_shared<json_object *>();
-    const std::string sText =
-        "{ \"list\": [ 1, 2.5, \"three\", true, null ], \"inner\": { "
-        "\"key\": \"value\" } }";
     Subject stSubject;
     stSubject.sName = "parsing";
     stSubject.fnCall = [=](FakeJni &) { *pstRoot = JSON_Parse(sText.c_str(), 1); };
     stSubject.fnOutcome = [=](FakeJni &) {
         return *pstRoot == nullptr ? "null" : PrintAndPut(*pstRoot);
     };
-    // The tokener's own four. While json-c parses it does not survive a lack of memory itself: it
-    // frees a locale that it never got and measures a key that it could not copy.
-    stSubject.uiMostAllocs = 4;
     stSubject.sGood = sText;
-    stSubject.fnAllowed = [](const FaultPlan &) -> std::set<std::string> { return {"null"}; };
-    const OpCounts auiCounts = SweepFaults(stSubject);
-    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 10u);
+    // json-c gives memory of an array back when it is complete, and need not succeed in that.
+    stSubject.fnAllowed = [=](const FaultPlan &) -> std::set<std::string> {
+        return {"null", sText};
+    };
+    return SweepFaults(stSubject);
+}
+
+TEST(JsonFaults, Parse) {
+    const OpCounts auiCounts = SweepParse(
+        "{ \"list\": [ 1, 2.5, \"three: 3\", true, null, [ ] ], \"inner\": { \"key\": \"value\", "
+        "\"of\": { \"of\": { \"it\": -1 } } }, \"no value\": null }");
+    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 30u);
+}
+
+// json-c takes a list that can't grow for the end of everything, and forgets the element.
+TEST(JsonFaults, ParseListThatCannotGrow) {
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler stJsonForgets;
+#endif
+    std::string sText = "{ \"list\": [ 0";
+    for (int i = 1; i < 70; ++i) {
+        sText += ", " + std::to_string(i);
+    }
+    sText += " ] }";
+    bool bDone = false;
+    uint32_t uiRefused = 0;
+    for (uint32_t uiAt = 1; !bDone; ++uiAt) {
+        SCOPED_TRACE(uiAt);
+        World stWorld;
+        stWorld.Plan({Op::kAlloc, uiAt, false});
+        json_object *pstRoot = JSON_Parse(sText.c_str(), 1);
+        bDone = stWorld.Count(Op::kAlloc) < uiAt;
+        stWorld.Plan({});
+        if (pstRoot == nullptr) {
+            ++uiRefused;
+        } else {
+            EXPECT_EQ(PrintAndPut(pstRoot), sText);
+        }
+        (void)stWorld.TakeComplaints();
+    }
+    EXPECT_GT(uiRefused, 70u);
+}
+
+// Its table of members grows meanwhile, and what json-c collects of the text too.
+TEST(JsonFaults, ParseLargeObject) {
+    std::string sText = "{";
+    for (int i = 0; i < 60; ++i) {
+        sText += (i == 0 ? " \"" : ", \"") + std::string(static_cast<size_t>(i) + 1, 'k') +
+                 "\": \"" + std::string(static_cast<size_t>(i) * 10, 'v') + "\"";
+    }
+    const OpCounts auiCounts = SweepParse(sText + " }");
+    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 180u);
 }
 
 }  // namespace

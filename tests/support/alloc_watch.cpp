@@ -11,6 +11,8 @@
 
 #include "support/world.h"
 
+extern "C" locale_t __real_newlocale(int iMask, const char *pcName, locale_t stBase);
+
 namespace wap::test {
 
 namespace {
@@ -108,6 +110,12 @@ void AboutToFree(void *pvBlock) {
     }
 }
 
+/// The C locale is a constant of the C library: to have it, or a copy of it, takes no memory.
+bool IsCLocale(locale_t stLocale) {
+    static const locale_t s_stC = __real_newlocale(LC_ALL_MASK, "C", nullptr);
+    return stLocale == s_stC;
+}
+
 /// Checks and keeps what a call of the platform's allocator says of its place.
 AllocPlace PlaceOf(World *pstWorld, const char *pcCall, const char *pcFile, uint32_t uiLine) {
     const std::string sFault = PlaceFault(pcFile, uiLine);
@@ -128,7 +136,6 @@ void *__real_realloc(void *pvBlock, size_t uiSize);
 char *__real_strdup(const char *pcText);
 void __real_free(void *pvBlock);
 int __real_vasprintf(char **ppcOut, const char *pcFmt, va_list stArgs);
-locale_t __real_newlocale(int iMask, const char *pcName, locale_t stBase);
 locale_t __real_duplocale(locale_t stLocale);
 void *__real_dlopen(const char *pcName, int iFlags);
 void *__real_dlsym(void *pvHandle, const char *pcName);
@@ -184,11 +191,14 @@ int __wrap___vasprintf_chk(char **ppcOut, int, const char *pcFmt, va_list stArgs
 }
 
 locale_t __wrap_newlocale(int iMask, const char *pcName, locale_t stBase) {
-    return wap::test::Refused() ? nullptr : __real_newlocale(iMask, pcName, stBase);
+    const bool bFree =
+        std::strcmp(pcName, "C") == 0 && (stBase == nullptr || wap::test::IsCLocale(stBase));
+    return !bFree && wap::test::Refused() ? nullptr : __real_newlocale(iMask, pcName, stBase);
 }
 
 locale_t __wrap_duplocale(locale_t stLocale) {
-    return wap::test::Refused() ? nullptr : __real_duplocale(stLocale);
+    return !wap::test::IsCLocale(stLocale) && wap::test::Refused() ? nullptr
+                                                                   : __real_duplocale(stLocale);
 }
 
 void *__wrap_dlopen(const char *pcName, int iFlags) {

@@ -1,0 +1,213 @@
+#include "common/json_parse.h"
+
+#include <json-c/json_tokener.h>
+#include <json-c/json_visit.h>
+#include <json-c/linkhash.h>
+#include <json-c/printbuf.h>
+#include <limits.h>
+#include <locale.h>
+#include <string.h>
+
+namespace wap {
+
+namespace {
+
+/// More than json-c adds to a text that it collects.
+constexpr size_t kCollectorSpare = 16;
+
+/// The C locale for the calling thread. json-c switches to it anyway, with a copy of the caller's
+/// locale, and crashes when there is no memory for the copy. Where the caller's is the C locale
+/// itself, nothing needs to be copied.
+class PlainLocale {
+  public:
+    PlainLocale(const PlainLocale &) = delete;
+    PlainLocale &operator=(const PlainLocale &) = delete;
+#ifdef LC_ALL_MASK
+    PlainLocale() : m_stOwn(newlocale(LC_ALL_MASK, "C", nullptr)) {
+        if (m_stOwn != nullptr) {
+            m_stBefore = uselocale(m_stOwn);
+        }
+    }
+    ~PlainLocale() {
+        if (m_stOwn != nullptr) {
+            (void)uselocale(m_stBefore);
+            freelocale(m_stOwn);
+        }
+    }
+    explicit operator bool() const {
+        return m_stOwn != nullptr;
+    }
+
+  private:
+    locale_t m_stOwn;
+    locale_t m_stBefore = nullptr;
+#else
+    // json-c copies no locales where threads have none.
+    PlainLocale() = default;
+    explicit operator bool() const {
+        return true;
+    }
+#endif
+};
+
+/// A tokener that survives a lack of memory, which json-c's own does not in three places:
+/// - What it collects of a text is cut when its buffer can't grow. So the buffer is made large
+///   enough for the whole text before; that way it also leaves no copies behind.
+/// - A member name that it could not copy makes it crash when the value has been read. So it is fed
+///   up to each colon, and the name looked at, before it goes on.
+/// - A member that the object has no memory for gets lost. So the member is put there before, and
+///   the tokener finds it.
+/// An array of more than 32 elements that can't grow still costs the element, which json-c forgets;
+/// the text is then refused.
+/// Names and members need a look into the tokener, whose parts its header shows but asks to leave
+/// alone: json-c offers no other way.
+class Tokener {
+  public:
+    Tokener(Grammar eGrammar, Secrecy eSecrecy)
+        : m_pstTokener(json_tokener_new()), m_eSecrecy(eSecrecy) {
+        if (m_pstTokener != nullptr && eGrammar == Grammar::kStrict) {
+            json_tokener_set_flags(m_pstTokener, JSON_TOKENER_STRICT);
+        }
+    }
+    Tokener(const Tokener &) = delete;
+    Tokener &operator=(const Tokener &) = delete;
+    ~Tokener() {
+        if (m_pstTokener == nullptr) {
+            return;
+        }
+        if (m_eSecrecy == Secrecy::kSecret) {
+            WipeRemains();
+        }
+        json_tokener_free(m_pstTokener);
+    }
+    explicit operator bool() const { return m_pstTokener != nullptr; }
+
+    json_object *Parse(const char *pcText) {
+        if (!MakeRoom(strlen(pcText))) {
+            return nullptr;
+        }
+        const char *pcAt = pcText;
+        for (const char *pcColon = strchr(pcAt, ':'); pcColon != nullptr;
+             pcColon = strchr(pcAt, ':')) {
+            const auto iLength = static_cast<int>(pcColon + 1 - pcAt);
+            json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
+            if (Error() != json_tokener_continue) {
+                return pstRoot;
+            }
+            if (!PrepareMember()) {
+                return nullptr;
+            }
+            pcAt = pcColon + 1;
+        }
+        return ParseLast(pcAt);
+    }
+    json_tokener_error Error() const { return json_tokener_get_error(m_pstTokener); }
+
+  private:
+    bool MakeRoom(size_t ulLength) {
+        if (ulLength > INT_MAX - kCollectorSpare ||
+            printbuf_memset(m_pstTokener->pb, 0, 0, static_cast<int>(ulLength + kCollectorSpare)) !=
+                0) {
+            return false;
+        }
+        printbuf_reset(m_pstTokener->pb);
+        return true;
+    }
+
+    /// What remains of the text, with its zero. json-c takes a list that can't grow for the end of
+    /// everything, so a text that is strictly JSON must have been read to its end.
+    json_object *ParseLast(const char *pcAt) {
+        json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, -1);
+        const bool bStrict = (m_pstTokener->flags & JSON_TOKENER_STRICT) != 0;
+        if (pstRoot != nullptr && bStrict &&
+            pcAt[json_tokener_get_parse_end(m_pstTokener)] != '\0') {
+            Discard(pstRoot);
+            return nullptr;
+        }
+        return pstRoot;
+    }
+
+    /// After a colon: when it ended a member name, that name and a place for its value are there.
+    bool PrepareMember() {
+        const json_tokener_srec &stLevel = m_pstTokener->stack[m_pstTokener->depth];
+        if (stLevel.saved_state != json_tokener_state_object_value) {
+            return true;
+        }
+        if (stLevel.obj_field_name == nullptr) {
+            return false;
+        }
+        json_object *pstEarlier = nullptr;
+        if (json_object_object_get_ex(stLevel.current, stLevel.obj_field_name, &pstEarlier) != 0) {
+            // The value that comes now will replace it.
+            if (m_eSecrecy == Secrecy::kSecret) {
+                WipeTexts(pstEarlier);
+            }
+            return true;
+        }
+        return GrowTable(json_object_get_object(stLevel.current)) &&
+               json_object_object_add(stLevel.current, stLevel.obj_field_name, nullptr) == 0;
+    }
+
+    /// Makes room for one more member, by json-c's rule. It does so itself, but when it fails there
+    /// it forgets the copy of the name.
+    static bool GrowTable(lh_table *pstTable) {
+        return pstTable->count < pstTable->size * LH_LOAD_FACTOR ||
+               (pstTable->size <= INT_MAX / 2 &&
+                lh_table_resize(pstTable, pstTable->size * 2) == 0);
+    }
+
+    void Discard(json_object *pstRoot) const {
+        if (m_eSecrecy == Secrecy::kSecret) {
+            WipeTexts(pstRoot);
+        }
+        (void)json_object_put(pstRoot);
+    }
+
+    /// Of a text that did not parse, the values that it began with are still here.
+    void WipeRemains() {
+        for (int i = 0; i <= m_pstTokener->depth; ++i) {
+            WipeTexts(m_pstTokener->stack[i].current);
+        }
+        Wipe(m_pstTokener->pb->buf, static_cast<uint32_t>(m_pstTokener->pb->size));
+    }
+
+    json_tokener *m_pstTokener;
+    Secrecy m_eSecrecy;
+};
+
+int WipeText(json_object *pstValue, int iFlags, json_object *, const char *, size_t *, void *) {
+    if (iFlags == 0 && json_object_is_type(pstValue, json_type_string) != 0) {
+        // The value's own memory, lent as constant.
+        Wipe(const_cast<char *>(json_object_get_string(pstValue)),
+             static_cast<uint32_t>(json_object_get_string_len(pstValue)));
+    }
+    return JSON_C_VISIT_RETURN_CONTINUE;
+}
+
+}  // namespace
+
+json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, Secrecy eSecrecy) {
+    if (pcText == nullptr) {
+        RecordFault(stSpot, kJsonErrNull);
+        return nullptr;
+    }
+    const PlainLocale stLocale;
+    Tokener stTokener(eGrammar, eSecrecy);
+    if (!stLocale || !stTokener) {
+        RecordFault(stSpot, kJsonErrNull);
+        return nullptr;
+    }
+    json_object *pstRoot = stTokener.Parse(pcText);
+    if (pstRoot == nullptr) {
+        RecordFault(stSpot, kJsonErrObject, static_cast<uint32_t>(stTokener.Error()));
+    }
+    return pstRoot;
+}
+
+void WipeTexts(json_object *pstRoot) {
+    if (pstRoot != nullptr) {
+        (void)json_c_visit(pstRoot, 0, WipeText, nullptr);
+    }
+}
+
+}  // namespace wap

@@ -1,0 +1,40 @@
+// Parsing of JSON texts with json-c, where memory may run out and where texts may be secrets.
+#ifndef WAP_COMMON_JSON_PARSE_H
+#define WAP_COMMON_JSON_PARSE_H
+
+#include <json-c/json_object.h>
+
+#include "common/jni_base.h"
+#include "common/owners.h"
+#include "common/report.h"
+
+namespace wap {
+
+/// Which texts are JSON.
+enum class Grammar { kLenient, kStrict };
+
+/**
+ * Parses one JSON text, whole or not at all.
+ * @param pcText   zero-terminated; null is recorded and gives null
+ * @param eSecrecy of the text; nothing of a secret one stays behind in what is released here. What
+ *                 becomes of the values is the caller's business, see SecretJson
+ * @return the root, owned by the caller; null, recorded, when the text does not parse or is JSON
+ *         null, or when memory runs out
+ */
+json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, Secrecy eSecrecy);
+
+/// Overwrites all string values of a tree with zeros; null has none. Member names, numbers and what
+/// json-c copied by itself stay.
+void WipeTexts(json_object *pstRoot);
+
+/// A JSON root with secrets among its string values: they are overwritten before it is released.
+class SecretJson : public JsonValue {
+  public:
+    /// Adopts; null is allowed.
+    explicit SecretJson(json_object *pstValue) : JsonValue(pstValue) {}
+    ~SecretJson() { WipeTexts(Lend()); }
+};
+
+}  // namespace wap
+
+#endif

@@ -1,0 +1,184 @@
+package com.veltra.domoline.deviceservice.kavo.wap.ozi.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * Tells how the gateway's WAN connections and its optical uplink (PON) are doing.
+ *
+ * <p>A WAN connection is named by its WAN index, four numbers in one: the type in bits 31 to 28 (1
+ * an IP connection, 2 a PPP connection), the WAN device in bits 27 to 20, the connection device in
+ * bits 19 to 12, and the connection in bits 11 to 0. So {@code 0x10101001} is the IP connection
+ * 1.1.1. Nobody checks it here; the gateway decides what it answers about one that does not exist.
+ *
+ * <p>All methods but {@link #getWANIfList()} ask the process {@code app_m}, which writes the texts;
+ * the members that the examples show are the simulated gateway's, and a real one may have others.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads. Each asks one process of the gateway and waits for the answer, 5
+ * seconds at most; a process that is not running makes it fail without waiting. No method throws
+ * because of the gateway's state, and none returns null unless the virtual machine runs out of
+ * memory.
+ */
+public class AccessInfoQueryServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public AccessInfoQueryServiceJNI() {}
+
+    /**
+     * Lists the WAN connections, at most eight. Asks the process {@code gulm}, at most 5 seconds.
+     *
+     * <p>Example answer, which is one line:
+     *
+     * <pre>{@code
+     * { "Result": 0, "List": [ { "Index": 269488129, "Name": "1_INTERNET_R_VID_100" },
+     *   { "Index": 269488130, "Name": "2_TR069_R_VID_46" } ] }
+     * }</pre>
+     *
+     * <p>{@code Index} is the WAN index as a signed number (269488129 is {@code 0x10101001}),
+     * {@code Name} what the gateway calls the connection.
+     *
+     * @return the list; an empty one with result 0, <code>{ "Result": 0, "List": [ ] }</code>, also
+     *     when {@code gulm} doesn't answer or refuses; <code>{"Result":-1}</code> (no blanks) when
+     *     the list is longer than 511 bytes of UTF-8 or when memory runs out. A connection for
+     *     which the list cannot grow is left out of it
+     */
+    public native String getWANIfList();
+
+    /**
+     * Tells the statistics of a WAN connection. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getWANIfStats(0x10101001)} answers
+     *
+     * <pre>{@code
+     * {"Result":0, "UsBytes":1048576, "DsBytes":8388608}
+     * }</pre>
+     *
+     * @param iWanIndex the WAN connection
+     * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
+     *     {@code app_m} doesn't answer, refuses or answers nothing
+     */
+    public native String getWANIfStats(int iWanIndex);
+
+    /**
+     * Describes a WAN connection. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getWANIfInfo(0x10101001)} answers
+     *
+     * <pre>{@code
+     * {"Result":0, "Name":"1_INTERNET_R_VID_100", "ConnectionStatus":"Connected",
+     *   "ExternalIPAddress":"203.0.113.20"}
+     * }</pre>
+     *
+     * @param iWanIndex the WAN connection
+     * @return the process's text, at most 2048 bytes; <code>{"Result":-1}</code> (no blanks) when
+     *     {@code app_m} doesn't answer, refuses or answers nothing, or when memory runs out
+     */
+    public native String getWANIfInfo(int iWanIndex);
+
+    /**
+     * Tells the bandwidth of a WAN connection. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getWanIfBandwidth(0x10101001)} answers
+     *
+     * <pre>{@code
+     * {"Result":0, "UsBandwidth":100000, "DsBandwidth":1000000}
+     * }</pre>
+     *
+     * @param iWanIndex the WAN connection
+     * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
+     *     {@code app_m} doesn't answer, refuses or answers nothing
+     */
+    public native String getWanIfBandwidth(int iWanIndex);
+
+    /**
+     * Tells the status of a WAN connection. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getWANIfStatus(0x10101001)} answers
+     *
+     * <pre>{@code
+     * {"Result":0, "ConnectionStatus":"Connected"}
+     * }</pre>
+     *
+     * @param iWanIndex the WAN connection
+     * @return the process's text, at most 512 bytes; <code>{"Result":-1}</code> (no blanks) when
+     *     {@code app_m} doesn't answer, refuses or answers nothing
+     */
+    public native String getWANIfStatus(int iWanIndex);
+
+    /**
+     * Tells which WAN connection carries internet service. Asks the process {@code app_m}, at most
+     * 5 seconds.
+     *
+     * <p>Example answer: {@code 269488129}, which is {@code 0x10101001}.
+     *
+     * @return its WAN index; -1 when {@code app_m} doesn't answer or refuses
+     */
+    public native int getInternetWANIndex();
+
+    /**
+     * Tells the state of the optical module: transmitted and received power, temperature, supply
+     * voltage and bias current. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0, "TXPower": 2, "RXPower": -18,"TransceiverTemperature": 45,
+     *   "SupplyVottage": 3300,"BiasCurrent": 12}
+     * }</pre>
+     *
+     * <p>The spelling of {@code SupplyVottage} is the interface's.
+     *
+     * @return the process's text, at most 512 bytes; a text of the same members, all 0, whose
+     *     {@code Result} is -2 when {@code app_m} says that it can't tell (its code
+     *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
+     */
+    public native String getPONIfPhyStatus();
+
+    /**
+     * Tells how long the PON has been up, in the gateway's unit. Asks the process {@code app_m}, at
+     * most 5 seconds.
+     *
+     * <p>Example answer: {@code 86400}.
+     *
+     * @return the time; -2 when {@code app_m} says that it can't tell (its code
+     *     {@code 0xFFFFFFFE}); -1 when it doesn't answer or refuses otherwise. A time of such a
+     *     value looks the same
+     */
+    public native int getPONIfUpTime();
+
+    /**
+     * Tells whether the gateway is registered with the optical network. Asks the process
+     * {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0, "RegisterStatus": "REG_AUTH"}
+     * }</pre>
+     *
+     * @return the process's text, at most 128 bytes; a text with the status {@code NO_REG_NO_AUTH}
+     *     whose {@code Result} is -2 when {@code app_m} says that it can't tell (its code
+     *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
+     */
+    public native String getPONIfRegisterStatus();
+
+    /**
+     * Tells the upstream and downstream counters of the uplink. Asks the process {@code app_m}, at
+     * most 5 seconds.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0, "UsStats": 1048576, "DsStats": 8388608}
+     * }</pre>
+     *
+     * @return the process's text, at most 128 bytes;
+     *     <code>{"Result":-1, "UsStats": 0, "DsStats": 0}</code> when {@code app_m} doesn't answer,
+     *     refuses (with whichever code) or answers nothing
+     */
+    public native String getUplinkIfStats();
+}
