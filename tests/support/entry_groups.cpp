@@ -5,11 +5,13 @@
 #include "support/entry_table_lan.h"
 #include "support/entry_table_macfilter.h"
 #include "support/entry_table_portmap.h"
+#include "support/entry_table_route.h"
 #include "support/entry_table_vlanbind.h"
 #include "support/furnish_attach.h"
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
 #include "support/furnish_portmap.h"
+#include "support/furnish_route.h"
 #include "support/furnish_vlanbind.h"
 
 namespace wap::test {
@@ -22,6 +24,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {MacFilterEntries(), FurnishMacFilter},
         {AttachEntries(), FurnishAttach},
         {VlanBindEntries(), FurnishVlanBind},
+        {RouteEntries(), FurnishRoutes},
     };
     return s_astGroups;
 }
