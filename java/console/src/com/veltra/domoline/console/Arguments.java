@@ -2,8 +2,10 @@ package com.veltra.domoline.console;
 
 import java.lang.reflect.Array;
 import java.lang.reflect.Method;
+import java.lang.reflect.Parameter;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.function.IntSupplier;
 
 /**
  * Turns typed words into the arguments of a method.
@@ -25,6 +27,7 @@ import java.util.List;
 public final class Arguments {
     private static final String kNull = "null";
     private static final String kLiteral = "text:";
+    private static final String kWanIndex = "iWanIndex";
 
     private Arguments() {}
 
@@ -123,7 +126,7 @@ public final class Arguments {
         if (type == boolean.class && (word.equals("true") || word.equals("false"))) {
             return Boolean.valueOf(word);
         }
-        if (type == char.class&& word.length() == 1) {
+        if (type == char.class && word.length() == 1) {
             return word.charAt(0);
         }
         String wanted = type == boolean.class ? "true or false" : "one character";
@@ -182,16 +185,20 @@ public final class Arguments {
     }
 
     /**
-     * Makes up arguments for trying a query: 10 for every number, false for a boolean, and a list
-     * without texts, which asks about everything that there is.
+     * Makes up arguments for trying a query: a WAN connection that there is, 10 for every other
+     * number, false for a boolean, and a list without texts, which asks about everything.
      *
      * @param method a method
+     * @param wanIndex tells a WAN connection's index
      * @return the arguments, or null when a parameter has no value that is good for a trial
      */
-    static Object[] samples(Method method) {
+    static Object[] samples(Method method, IntSupplier wanIndex) {
         List<String> words = new ArrayList<>();
-        for (Class<?> type : method.getParameterTypes()) {
-            if (type == boolean.class) {
+        for (Parameter parameter : method.getParameters()) {
+            Class<?> type = parameter.getType();
+            if (type == int.class && parameter.getName().equals(kWanIndex)) {
+                words.add(Integer.toString(wanIndex.getAsInt()));
+            } else if (type == boolean.class) {
                 words.add("false");
             } else if (type.isPrimitive() && type != char.class) {
                 words.add("10");

@@ -124,4 +124,23 @@ public final class Gateway {
                 .filter(ServiceCatalog::isQuery)
                 .collect(Collectors.toList());
     }
+
+    /**
+     * Asks which WAN connection carries internet service, as one to try queries with.
+     *
+     * @return its index; -1 when there is none or nobody tells
+     */
+    int internetWan() {
+        for (Method method : catalog.methods()) {
+            if (method.getName().equals("getInternetWANIndex")) {
+                try {
+                    Object value = call(new Arguments.Call(method, new Object[0])).value();
+                    return value instanceof Integer ? (Integer) value : -1;
+                } catch (UnreachableException e) {
+                    return -1;
+                }
+            }
+        }
+        return -1;
+    }
 }

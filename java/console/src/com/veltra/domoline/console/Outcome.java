@@ -33,7 +33,8 @@ public final class Outcome {
      * Tells whether the call failed: it threw, answered no text, answered JSON whose "Result" is
      * negative, or answered a failure number. A query's number fails only with -1, because sizes
      * and times above two thousand million arrive as other negative numbers; a change's number
-     * fails when it is negative, and that of {@code startThread} when it isn't 0.
+     * fails when it is negative, and that of {@code startThread} when it isn't 0. Some have
+     * failures of their own: an empty IPTV status, and -2 as the time that the PON is up.
      *
      * @return true for a failure
      */
@@ -53,7 +54,13 @@ public final class Outcome {
             if (method.getName().equals(Gateway.kStartMethod)) {
                 return lValue != 0;
             }
+            if (method.getName().equals("getPONIfUpTime") && lValue == -2) {
+                return true;
+            }
             return ServiceCatalog.isQuery(method) ? lValue == -1 : lValue < 0;
+        }
+        if (method.getName().equals("getIPTVStatus") && value.equals("")) {
+            return true;
         }
         return value instanceof String && hasNegativeResult((String) value);
     }
@@ -111,5 +118,14 @@ public final class Outcome {
      */
     public long milliseconds() {
         return lMilliseconds;
+    }
+
+    /**
+     * Gives the answer itself.
+     *
+     * @return what the method returned; null when it returned nothing or threw
+     */
+    public Object value() {
+        return value;
     }
 }

@@ -195,11 +195,14 @@ public final class ServiceCatalog {
      * Writes a method as Java would declare it.
      *
      * @param method a service method
-     * @return for example {@code int getCPUOccupancyRate(int)}
+     * @return for example {@code int getCPUOccupancyRate(int iSample)}; without the names when the
+     *     class was compiled without them
      */
     public static String signature(Method method) {
-        return Arrays.stream(method.getParameterTypes())
-                .map(Class::getSimpleName)
+        return Arrays.stream(method.getParameters())
+                .map(parameter
+                        -> parameter.getType().getSimpleName()
+                                + (parameter.isNamePresent() ? " " + parameter.getName() : ""))
                 .collect(Collectors.joining(", ",
                         method.getReturnType().getSimpleName() + " " + method.getName() + "(",
                         ")"));

@@ -14,6 +14,10 @@ class AnswersTest {
     interface Sample {
         String getText();
 
+        String getIPTVStatus();
+
+        int getPONIfUpTime();
+
         int getNumber();
 
         int setNumber();
@@ -83,12 +87,18 @@ class AnswersTest {
         assertFalse(outcome("getText", "{\"List\":[{\"Result\":-1}]}").failed());
         assertFalse(outcome("getText", "-1").failed());
         assertFalse(outcome("getText", "").failed());
+        assertTrue(outcome("getIPTVStatus", "").failed());
+        assertFalse(outcome("getIPTVStatus", "IPTV_DISCONNECT").failed());
     }
 
     @Test
     void numbersFailByTheKindOfMethod() {
         assertTrue(outcome("getNumber", -1).failed());
         assertFalse(outcome("getNumber", Integer.MIN_VALUE).failed());
+        assertFalse(outcome("getNumber", -2).failed());
+        assertTrue(outcome("getPONIfUpTime", -2).failed());
+        assertTrue(outcome("getPONIfUpTime", -1).failed());
+        assertFalse(outcome("getPONIfUpTime", 3600).failed());
         assertFalse(outcome("getNumber", 0).failed());
         assertTrue(outcome("setNumber", -2).failed());
         assertFalse(outcome("setNumber", 3).failed());

@@ -24,12 +24,15 @@ class ConsoleTest {
 
     @Test
     void servicesAreFoundOnTheClassPath() {
-        assertEquals(List.of("DeviceInfoQueryServiceJNI", "DeviceSecretInfoQueryServiceJNI",
-                             "JNINativeMethods", "LANHostsInfoQueryServiceJNI",
-                             "LANIPConfigServiceJNI", "LANIPInfoQueryServiceJNI",
-                             "LanHostSpeedLimitServiceJNI", "LanHostSpeedQueryServiceJNI",
-                             "LanNetworkAccessConfigServiceJNI", "LanNetworkNameConfigServiceJNI",
-                             "PortMappingConfigServiceJNI", "PortMappingQueryServiceJNI"),
+        assertEquals(List.of("AccessInfoQueryServiceJNI", "DeviceInfoQueryServiceJNI",
+                             "DeviceSecretInfoQueryServiceJNI", "JNINativeMethods",
+                             "LANHostsInfoQueryServiceJNI", "LANIPConfigServiceJNI",
+                             "LANIPInfoQueryServiceJNI", "LanHostSpeedLimitServiceJNI",
+                             "LanHostSpeedQueryServiceJNI", "LanNetworkAccessConfigServiceJNI",
+                             "LanNetworkNameConfigServiceJNI", "PortMappingConfigServiceJNI",
+                             "PortMappingQueryServiceJNI", "StaticLayer3ForwardingConfigServiceJNI",
+                             "TransferQueryServiceJNI", "VLANBindConfigServiceJNI",
+                             "WanConfigServiceJNI"),
                 List.copyOf(catalog.classNames()));
         assertTrue(ServiceCatalog.scan("/nowhere:/etc/hostname").classNames().isEmpty());
     }
@@ -55,15 +58,27 @@ class ConsoleTest {
     }
 
     @Test
+    void trialsOfQueriesAreAboutAConnectionThatThereIs() throws UsageException {
+        assertArrayEquals(new Object[] {269488129},
+                Arguments.samples(catalog.findMethods("getWANIfInfo").get(0), () -> 269488129));
+        assertArrayEquals(new Object[] {10},
+                Arguments.samples(
+                        catalog.findMethods("getCPUOccupancyRate").get(0), () -> 269488129));
+    }
+
+    @Test
     void listingsPrintToTheOutput() {
         assertEquals(0, console.execute("services"));
         assertTrue(out.toString().contains("JNINativeMethods                       1 method\n"));
         assertEquals(0, console.execute("methods", "DeviceInfoQueryServiceJNI"));
-        assertTrue(out.toString().contains("\nint getCPUOccupancyRate(int)\n"));
+        assertTrue(out.toString().contains("\nint getCPUOccupancyRate(int iSample)\n"));
         assertEquals(0, console.execute("methods", "PortMappingConfigServiceJNI"));
-        assertTrue(out.toString().endsWith("\nint addPortMapping(int, int, int, String, String)\n"
-                           + "int deletePortMapping(int, int)\n"
-                           + "int setPortMappingSwitch(int, int, boolean)\n"),
+        assertTrue(
+                out.toString().endsWith(
+                        "int addPortMapping(int iWanIndex, int iExternalPort, int iInternalPort, "
+                        + "String sProtocol, String sInternalClient)\n"
+                        + "int deletePortMapping(int iWanIndex, int iInstId)\n"
+                        + "int setPortMappingSwitch(int iWanIndex, int iInstId, boolean bEnable)\n"),
                 out.toString());
         assertEquals("", err.toString());
     }
