@@ -57,7 +57,7 @@ TEST_F(LiveGatewayTest, ProxyAndUsbCallsFailAfterThirtySecondsAndTheirThreadsGoO
     CtlOk({"fault", "usb_mngt", "any", "--drop", "--times", "1"});
     std::thread stProxy([] {
         FakeJni stEnv;
-        const Entry &stMac = EntryOf("getDeviceMAC");
+        const Entry stMac = EntryOf("getDeviceMAC");
         const auto stBegin = Clock::now();
         EXPECT_EQ(stMac.fnCall(stEnv), TextAnswerOf("{ \"Result\": -1 }"));
         ExpectWaited(stBegin, 30000);

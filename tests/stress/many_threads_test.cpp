@@ -17,6 +17,7 @@
 #include "common/jni_common.h"
 #include "support/entries.h"
 #include "support/entry_groups.h"
+#include "support/expect.h"
 #include "support/load_time.h"
 #include "system/wap_msg_jni.h"
 
@@ -27,7 +28,6 @@ namespace {
 constexpr uint32_t kThreads = 16;
 constexpr uint32_t kProxyCallsEach = 5;
 constexpr uint32_t kProxyCalls = kProxyCallsEach * kThreads;
-constexpr size_t kSndMidAt = 72;
 constexpr std::chrono::milliseconds kUsualTime(1500);
 
 /// Runs fnBody(thread number) on kThreads threads, all let go at once, each in its own World.
@@ -64,7 +64,7 @@ class Tally {
     std::map<std::string, uint64_t> mapCounts;
 };
 
-std::string SenderOf(uint32_t uiSndMid) {
+std::string SenderName(uint32_t uiSndMid) {
     return "sender " + std::to_string(uiSndMid);
 }
 
@@ -72,9 +72,7 @@ std::string SenderOf(uint32_t uiSndMid) {
 void TallyRecords(const Platform &stPlatform, Tally &stTally) {
     for (const RpcRecord &stRpc : stPlatform.astRpcs) {
         if (std::strcmp(stRpc.sHead.c_str() + 40, "osgi_proxy") == 0) {
-            uint32_t uiSndMid = 0;
-            std::memcpy(&uiSndMid, stRpc.sHead.data() + kSndMidAt, sizeof(uiSndMid));
-            stTally.Add(SenderOf(uiSndMid), 1);
+            stTally.Add(SenderName(SenderOf(stRpc)), 1);
             stTally.Add("proxy calls", 1);
         }
     }
@@ -89,8 +87,8 @@ void TallyRecords(const Platform &stPlatform, Tally &stTally) {
 void ExpectRotation(Tally &stTally, uint64_t ulCalls) {
     EXPECT_EQ(stTally.Of("proxy calls"), ulCalls);
     for (uint32_t i = 0; i < 6; ++i) {
-        EXPECT_EQ(stTally.Of(SenderOf(281 + i)), ulCalls / 6 + (i < ulCalls % 6 ? 1 : 0))
-            << SenderOf(281 + i);
+        EXPECT_EQ(stTally.Of(SenderName(281 + i)), ulCalls / 6 + (i < ulCalls % 6 ? 1 : 0))
+            << SenderName(281 + i);
     }
 }
 

@@ -84,13 +84,17 @@ const std::vector<Entry> &BasicEntries() {
     return s_astEntries;
 }
 
-const Entry &EntryOf(const std::string &sMethod) {
-    for (const Entry &stEntry : BasicEntries()) {
+Entry EntryOf(const std::vector<Entry> &astEntries, const std::string &sMethod) {
+    for (const Entry &stEntry : astEntries) {
         if (stEntry.sMethod == sMethod) {
             return stEntry;
         }
     }
     throw std::invalid_argument("no entry " + sMethod);
+}
+
+Entry EntryOf(const std::string &sMethod) {
+    return EntryOf(BasicEntries(), sMethod);
 }
 
 }  // namespace wap::test

@@ -41,8 +41,10 @@ struct Entry {
 /// The entries of the start and of the device services. Those that give secrets give the ones named
 /// below.
 const std::vector<Entry> &BasicEntries();
-/// One of them.
-const Entry &EntryOf(const std::string &sMethod);
+/// The entry of a table with this method's name.
+Entry EntryOf(const std::vector<Entry> &astEntries, const std::string &sMethod);
+/// One of the basic ones.
+Entry EntryOf(const std::string &sMethod);
 
 inline constexpr const char *kDevicePassword = "device-pass-0123456789";
 inline constexpr const char *kSsidPassword = "ssid-pass-ABCDEFGHIJKL";

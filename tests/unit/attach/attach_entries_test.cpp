@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/entry_calls.h"
 #include "support/entry_table_attach.h"
 #include "support/furnish_attach.h"
 #include "unit/attach/attach_home.h"
@@ -28,26 +29,22 @@ JavaMacs JavaMany(uint32_t uiCount) {
 class AttachEntriesTest : public AttachTest {
   protected:
     jint Limit(jstring jMac, jint iUp, jint iDown) {
-        return Ended(
-            Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanHostSpeedLimitServiceJNI_setLANHostSpeedLimit(
-                &stEnv, stEnv.JavaObject(), jMac, iUp, iDown));
+        return Ended(WAP_METHOD(LanHostSpeedLimit, setLANHostSpeedLimit)(&stEnv, stEnv.JavaObject(),
+                                                                         jMac, iUp, iDown));
     }
     jint Bar(jobjectArray jMacs) {
-        return Ended(
-            Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_addLANHostToStorageBlackList(
-                &stEnv, stEnv.JavaObject(), jMacs));
+        return Ended(WAP_METHOD(LanNetworkAccessConfig, addLANHostToStorageBlackList)(
+            &stEnv, stEnv.JavaObject(), jMacs));
     }
     jint Bar(const JavaMacs &asMacs) { return Bar(stEnv.JavaTexts(asMacs)); }
     jint Allow(jobjectArray jMacs) {
-        return Ended(
-            Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromStorageBlackList(
-                &stEnv, stEnv.JavaObject(), jMacs));
+        return Ended(WAP_METHOD(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList)(
+            &stEnv, stEnv.JavaObject(), jMacs));
     }
     jint Allow(const JavaMacs &asMacs) { return Allow(stEnv.JavaTexts(asMacs)); }
     std::string Report(jobjectArray jMacs) {
-        const jstring jText =
-            Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI_getLANHostSpeedLimitInfo(
-                &stEnv, stEnv.JavaObject(), jMacs);
+        const jstring jText = WAP_METHOD(LANHostsInfoQuery, getLANHostSpeedLimitInfo)(
+            &stEnv, stEnv.JavaObject(), jMacs);
         return Ended(stEnv.Utf8Of(jText).value_or("null"));
     }
     std::string Report(const JavaMacs &asMacs) { return Report(stEnv.JavaTexts(asMacs)); }

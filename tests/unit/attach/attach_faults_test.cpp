@@ -14,16 +14,6 @@
 namespace wap::test {
 namespace {
 
-const Entry &AttachEntry(const std::string &sMethod) {
-    static const std::vector<Entry> s_astEntries = AttachEntries();
-    for (const Entry &stEntry : s_astEntries) {
-        if (stEntry.sMethod == sMethod) {
-            return stEntry;
-        }
-    }
-    throw std::invalid_argument(sMethod);
-}
-
 /// The storage rights and limits of a home in short.
 std::string StateOf(const AttachHome &stHome) {
     std::string sState;
@@ -50,8 +40,8 @@ Subject SubjectOf(const std::string &sMethod, const std::vector<Record> &astReco
         pstState->stHome.asFilterMacs = {kMacB};
         pstState->stHome.AnswerFor(stWorld.stPlatform);
     };
-    stSubject.fnCall = [=](FakeJni &stEnv) {
-        pstState->stAnswer = AttachEntry(sMethod).fnCall(stEnv);
+    stSubject.fnCall = [pstState, stEntry = EntryOf(AttachEntries(), sMethod)](FakeJni &stEnv) {
+        pstState->stAnswer = stEntry.fnCall(stEnv);
     };
     stSubject.fnOutcome = [=](FakeJni &) {
         return TextOf(pstState->stAnswer) + StateOf(pstState->stHome);

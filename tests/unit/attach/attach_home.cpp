@@ -1,7 +1,10 @@
 #include "unit/attach/attach_home.h"
 
 #include <memory>
+#include <numeric>
 #include <ostream>
+
+#include "support/furnish_macfilter.h"
 
 namespace wap::test {
 
@@ -26,10 +29,8 @@ Record RecordAt(const std::string &sBytes, size_t uiAt, uint32_t uiInst) {
     return stRecord;
 }
 
-std::string ModeReply(uint32_t uiMode) {
-    return Word(uiMode) + Word(1) + std::string(60, '\0') + Word(uiMode) + Word(1) +
-           std::string(52, '\0');
-}
+/// The ids of the filter's wired entries, which count from here.
+constexpr uint32_t kFilterIds = 70;
 
 std::string Hex(uint32_t uiNumber) {
     char acText[16];
@@ -64,7 +65,7 @@ Requests FilterRequests(uint32_t uiEntries) {
     Requests astAll = {{"gulm", 56, kFilterModeId, Word(0), 128},
                        {"gulm", 56, kLanIndexId, Word(0), 132}};
     for (uint32_t i = 0; i < uiEntries; ++i) {
-        astAll.push_back({"gulm", 56, kLanEntryId, Word(70 + i), 116});
+        astAll.push_back({"gulm", 56, kLanEntryId, Word(kFilterIds + i), 116});
     }
     astAll.push_back({"gulm", 56, kWlanIndexId, Word(0), 1028});
     return astAll;
@@ -129,25 +130,22 @@ std::optional<Reply> AttachHome::AnswerTo(const RpcRecord &stRpc) {
     }
     switch (stRpc.uiRpcId) {
         case kFilterModeId:
-            return Reply{0, ModeReply(uiMode)};
+            return Reply{0, ModeBytes(uiMode, 1)};
         case kLanIndexId: {
-            std::string sIds;
-            for (uint32_t i = 0; i < asFilterMacs.size(); ++i) {
-                sIds += Word(70 + i);
-            }
-            return Reply{0, Word(static_cast<uint32_t>(asFilterMacs.size())) + Field(sIds, 128)};
+            std::vector<uint32_t> auiIds(asFilterMacs.size());
+            std::iota(auiIds.begin(), auiIds.end(), kFilterIds);
+            return Reply{0, IndexBytes(auiIds, 32)};
         }
         case kLanEntryId:
-            return Reply{0, Word(1) + Field(asFilterMacs.at(WordAt(stRpc.sRequest, 0) - 70), 32) +
-                                std::string(80, '\0')};
+            return Reply{0, LanEntryBytes(asFilterMacs.at(WordAt(stRpc.sRequest, 0) - kFilterIds))};
         case kWlanIndexId:
-            return Reply{0, std::string(1028, '\0')};
+            return Reply{0, IndexBytes({}, 256)};
         case kListId: {
-            std::string sIds;
+            std::vector<uint32_t> auiIds;
             for (const Record &stRecord : astRecords) {
-                sIds += Word(stRecord.uiInst);
+                auiIds.push_back(stRecord.uiInst);
             }
-            return Reply{0, Word(static_cast<uint32_t>(astRecords.size())) + Field(sIds, 512)};
+            return Reply{0, IndexBytes(auiIds, 128)};
         }
         case kRecordId:
             for (const Record &stRecord : astRecords) {

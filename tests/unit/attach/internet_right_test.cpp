@@ -1,4 +1,5 @@
 // The internet right that goes with every change of a record: by the MAC filter's list and mode.
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -88,22 +89,31 @@ class FilterFailureTest : public AttachTest {};
 TEST_F(FilterFailureTest, NothingIsChangedWithoutTheFilter) {
     stHome.astRecords = {{5, kMacA}};
     stHome.asFilterMacs = {kMacA};
-    for (const uint32_t uiRpcId : {kFilterModeId, 0x47309024u, 0x40007000u, 0x47309027u}) {
-        const auto fnExpectFailure = [&](uint32_t uiResult) {
-            EXPECT_EQ(uiResult, kMinusOne);
+    const struct {
+        uint32_t uiRpcId;
+        uint32_t uiCode;
+    } astCases[] = {{kFilterModeId, kRefused},
+                    {0x47309024, kRefused},
+                    // An entry that can't be read is the filter's own failure.
+                    {0x40007000, 1},
+                    {0x47309027, kRefused}};
+    for (const auto &stCase : astCases) {
+        const auto fnExpectFailure = [&](const std::function<uint32_t()> &fnCall) {
+            stPlatform.ClearRecords();
+            stHome.RefuseAt(stCase.uiRpcId, 1);
+            EXPECT_EQ(fnCall(), kMinusOne);
             const Requests astSent = Sent();
             ASSERT_FALSE(astSent.empty());
-            EXPECT_EQ(astSent.back().uiRpcId, uiRpcId);
-            EXPECT_TRUE(HasFault(stPlatform, kMinusOne) || HasFault(stPlatform, kRefused) ||
-                        HasFault(stPlatform, 1));
+            EXPECT_EQ(astSent.back().uiRpcId, stCase.uiRpcId);
+            EXPECT_EQ(stPlatform.astFaults.front().uiCode, kRefused);
+            EXPECT_EQ(stPlatform.astFaults.back().uiCode, stCase.uiCode);
             EXPECT_EQ(stPlatform.astFaults.back().sFile, kWorkerFile);
         };
-        stHome.RefuseAt(uiRpcId, 1);
-        fnExpectFailure(VT_JNI_setLANHostSpeedLimit(kMacA, 1, 2));
-        stHome.RefuseAt(uiRpcId, 1);
-        fnExpectFailure(VT_JNI_addLANHostToStorageBlackList(MacTexts({kMacA}).Table(), 1));
-        stHome.RefuseAt(uiRpcId, 1);
-        fnExpectFailure(VT_JNI_delLANHostFromStorageBlackList(nullptr, 0));
+        SCOPED_TRACE(stCase.uiRpcId);
+        fnExpectFailure([] { return VT_JNI_setLANHostSpeedLimit(kMacA, 1, 2); });
+        fnExpectFailure(
+            [] { return VT_JNI_addLANHostToStorageBlackList(MacTexts({kMacA}).Table(), 1); });
+        fnExpectFailure([] { return VT_JNI_delLANHostFromStorageBlackList(nullptr, 0); });
     }
     EXPECT_EQ(stHome.astRecords, (std::vector<Record>{{5, kMacA}}));
 }

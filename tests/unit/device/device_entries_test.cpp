@@ -156,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(Methods, DeviceSecretTest, ::testing::ValuesIn(DeviceEn
 class DeviceMethodTest : public BridgeTest {
   protected:
     Answer CallWith(const std::string &sMethod, const std::string &sReply) {
-        const Entry &stEntry = EntryOf(sMethod);
+        const Entry stEntry = EntryOf(sMethod);
         stPlatform.mapReplies[stEntry.uiRpcId] = {0, sReply};
         Answer stAnswer = stEntry.fnCall(stEnv);
         stEnv.EndCall();

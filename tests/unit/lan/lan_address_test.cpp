@@ -19,18 +19,18 @@ constexpr uint32_t kSetDhcp = 0x47209099;
 class LanAddressTest : public LanTest {
   protected:
     Answer GetAddress() {
-        return Ended(WAP_LAN_METHOD(LANIPInfoQuery, getLANHostIP)(&stEnv, stEnv.JavaObject()));
+        return Ended(WAP_METHOD(LANIPInfoQuery, getLANHostIP)(&stEnv, stEnv.JavaObject()));
     }
     Answer GetDhcp() {
-        return Ended(WAP_LAN_METHOD(LANIPInfoQuery, getLANDHCPInfo)(&stEnv, stEnv.JavaObject()));
+        return Ended(WAP_METHOD(LANIPInfoQuery, getLANDHCPInfo)(&stEnv, stEnv.JavaObject()));
     }
     Answer SetAddress(jstring jAddress, jstring jMask) {
         return Ended(
-            WAP_LAN_METHOD(LANIPConfig, setLANHostIP)(&stEnv, stEnv.JavaObject(), jAddress, jMask));
+            WAP_METHOD(LANIPConfig, setLANHostIP)(&stEnv, stEnv.JavaObject(), jAddress, jMask));
     }
     Answer SetDhcp(jstring jStatus, jstring jStart, jstring jEnd, jint iDuration) {
-        return Ended(WAP_LAN_METHOD(LANIPConfig, setLANDHCPInfo)(&stEnv, stEnv.JavaObject(),
-                                                                 jStatus, jStart, jEnd, iDuration));
+        return Ended(WAP_METHOD(LANIPConfig, setLANDHCPInfo)(&stEnv, stEnv.JavaObject(), jStatus,
+                                                             jStart, jEnd, iDuration));
     }
 
     static std::string AddressRequest(const std::string &sAddress, const std::string &sMask) {

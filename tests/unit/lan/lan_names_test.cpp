@@ -23,7 +23,7 @@ class HostSpeed : public LanTest {
   protected:
     Answer Ask(jstring jMac) {
         return Ended(
-            WAP_LAN_METHOD(LanHostSpeedQuery, getLANHostSpeed)(&stEnv, stEnv.JavaObject(), jMac));
+            WAP_METHOD(LanHostSpeedQuery, getLANHostSpeed)(&stEnv, stEnv.JavaObject(), jMac));
     }
     Answer Ask(const std::string &sMac) { return Ask(Java(sMac)); }
 };
@@ -89,11 +89,11 @@ TEST_F(HostSpeed, WorkerRefusesNull) {
 class GatewayName : public LanTest {
   protected:
     Answer Ask() {
-        return Ended(WAP_LAN_METHOD(LANHostsInfoQuery, getGatewayName)(&stEnv, stEnv.JavaObject()));
+        return Ended(WAP_METHOD(LANHostsInfoQuery, getGatewayName)(&stEnv, stEnv.JavaObject()));
     }
     Answer Set(jstring jName) {
-        return Ended(WAP_LAN_METHOD(LanNetworkNameConfig, setGatewayName)(
-            &stEnv, stEnv.JavaObject(), jName));
+        return Ended(
+            WAP_METHOD(LanNetworkNameConfig, setGatewayName)(&stEnv, stEnv.JavaObject(), jName));
     }
     Answer Set(const std::string &sName) { return Set(Java(sName)); }
 };
@@ -187,8 +187,8 @@ TEST_F(GatewayName, RefusedChangeIsMinusOne) {
 class HostName : public LanTest {
   protected:
     Answer Set(jstring jMac, jstring jName) {
-        return Ended(WAP_LAN_METHOD(LanNetworkNameConfig, setLANHostName)(
-            &stEnv, stEnv.JavaObject(), jMac, jName));
+        return Ended(WAP_METHOD(LanNetworkNameConfig, setLANHostName)(&stEnv, stEnv.JavaObject(),
+                                                                      jMac, jName));
     }
     Answer Set(const std::string &sMac, const std::string &sName) {
         return Set(Java(sMac), Java(sName));

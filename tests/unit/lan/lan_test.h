@@ -9,13 +9,10 @@
 #include <vector>
 
 #include "support/entries.h"
+#include "support/entry_calls.h"
 #include "support/entry_table_lan.h"
 #include "support/expect.h"
 #include "support/furnish_lan.h"
-
-/// A native method of one of the services, "ServiceJNI" left out of the class's name.
-#define WAP_LAN_METHOD(type, method) \
-    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_##type##ServiceJNI_##method
 
 namespace wap::test {
 

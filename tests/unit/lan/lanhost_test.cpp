@@ -42,10 +42,10 @@ struct MacMethod {
 };
 
 const MacMethod kMacMethods[] = {
-    {"getLANHostInfoByMAC", WAP_LAN_METHOD(LANHostsInfoQuery, getLANHostInfoByMAC),
+    {"getLANHostInfoByMAC", WAP_METHOD(LANHostsInfoQuery, getLANHostInfoByMAC),
      VT_JNI_getLANHostInfoByMAC, 0x471030B1, kHostsByMacText, kNoHosts, 0,
      "\r\n uiArrayLength  is too long called \r\n"},
-    {"getLANHostStats", WAP_LAN_METHOD(LANHostsInfoQuery, getLANHostStats), VT_JNI_getLANHostStats,
+    {"getLANHostStats", WAP_METHOD(LANHostsInfoQuery, getLANHostStats), VT_JNI_getLANHostStats,
      0x471030B4, kHostStatsText, kFault, kRefused, "\r\n uiMacAddrCount  is too long \r\n"},
 };
 
@@ -264,8 +264,8 @@ TEST_F(HostInfoByMac, WithoutMemoryForItsOwnAnswerItFailsAfterAll) {
     char *pcText = &cMark;
     EXPECT_EQ(VT_JNI_getLANHostInfoByMAC(nullptr, 0, &pcText), 1u);
     EXPECT_EQ(pcText, nullptr);
-    const Answer stAnswer = Ended(WAP_LAN_METHOD(LANHostsInfoQuery, getLANHostInfoByMAC)(
-        &stEnv, stEnv.JavaObject(), nullptr));
+    const Answer stAnswer = Ended(
+        WAP_METHOD(LANHostsInfoQuery, getLANHostInfoByMAC)(&stEnv, stEnv.JavaObject(), nullptr));
     stWorld.Plan({});
     EXPECT_EQ(stAnswer, TextAnswerOf(kFault));
     EXPECT_EQ(TakeFaults().back(), (FileCode{"LANHostsInfoQueryServiceJNI.cpp", 1}));
@@ -282,9 +282,9 @@ struct WordMethod {
 };
 
 const WordMethod kWordMethods[] = {
-    {"getLANHostInfoByClass", WAP_LAN_METHOD(LANHostsInfoQuery, getLANHostInfoByClass),
+    {"getLANHostInfoByClass", WAP_METHOD(LANHostsInfoQuery, getLANHostInfoByClass),
      VT_JNI_getLANHostInfoByClass, 0x471030B2, kHostsByClassText},
-    {"getLANHostInfoByInterface", WAP_LAN_METHOD(LANHostsInfoQuery, getLANHostInfoByInterface),
+    {"getLANHostInfoByInterface", WAP_METHOD(LANHostsInfoQuery, getLANHostInfoByInterface),
      VT_JNI_getLANHostInfoByInterface, 0x471030B3, kHostsByInterfaceText},
 };
 

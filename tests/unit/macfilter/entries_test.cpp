@@ -2,16 +2,12 @@
 #include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI.h>
 #include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI.h>
 
+#include "support/entry_calls.h"
 #include "support/entry_table_macfilter.h"
 #include "unit/macfilter/filter_gateway.h"
 
 namespace wap::test {
 namespace {
-
-#define WAP_ACCESS(method) \
-    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_##method
-#define WAP_HOSTS(method) \
-    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LANHostsInfoQueryServiceJNI_##method
 
 using JavaMacs = std::vector<std::optional<std::u16string>>;
 
@@ -30,14 +26,14 @@ void PrintTo(const ListMethod &stMethod, std::ostream *pstOut) {
 }
 
 const ListMethod kMethods[] = {
-    {"addLANHostToBlackList", WAP_ACCESS(addLANHostToBlackList), true, 0, 8,
+    {"addLANHostToBlackList", WAP_METHOD(LanNetworkAccessConfig, addLANHostToBlackList), true, 0, 8,
      "\r\n uiArrayLength  is too long called \r\n"},
-    {"deleteLANHostFromBlackList", WAP_ACCESS(deleteLANHostFromBlackList), false, 0, 128,
-     "\r\n uiMacAddrCount  is too long called \r\n"},
-    {"addLANHostToTrustList", WAP_ACCESS(addLANHostToTrustList), true, 1, 8,
+    {"deleteLANHostFromBlackList", WAP_METHOD(LanNetworkAccessConfig, deleteLANHostFromBlackList),
+     false, 0, 128, "\r\n uiMacAddrCount  is too long called \r\n"},
+    {"addLANHostToTrustList", WAP_METHOD(LanNetworkAccessConfig, addLANHostToTrustList), true, 1, 8,
      "\r\n uiArrayLength  is too long called \r\n"},
-    {"deleteLANHostFromTrustList", WAP_ACCESS(deleteLANHostFromTrustList), false, 1, 8,
-     "\r\n uiMacAddrCount  is too long called \r\n"},
+    {"deleteLANHostFromTrustList", WAP_METHOD(LanNetworkAccessConfig, deleteLANHostFromTrustList),
+     false, 1, 8, "\r\n uiMacAddrCount  is too long called \r\n"},
 };
 
 class MacListTest : public MacFltTest, public ::testing::WithParamInterface<ListMethod> {
@@ -163,8 +159,13 @@ INSTANTIATE_TEST_SUITE_P(Of, MacListTest, ::testing::ValuesIn(kMethods),
 
 class MacModeEntryTest : public MacFltTest {
   protected:
-    jint Set(jint iPara) { return WAP_ACCESS(setMacFilterMode)(&stEnv, stEnv.JavaObject(), iPara); }
-    jint Get() { return WAP_HOSTS(getMacFilterMode)(&stEnv, stEnv.JavaObject()); }
+    jint Set(jint iPara) {
+        return WAP_METHOD(LanNetworkAccessConfig, setMacFilterMode)(&stEnv, stEnv.JavaObject(),
+                                                                    iPara);
+    }
+    jint Get() {
+        return WAP_METHOD(LANHostsInfoQuery, getMacFilterMode)(&stEnv, stEnv.JavaObject());
+    }
 };
 
 TEST_F(MacModeEntryTest, WhatIsSetIsRead) {

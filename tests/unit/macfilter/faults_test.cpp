@@ -24,16 +24,6 @@ const Case kCases[] = {{"getMacFilterMode", 0},      {"setMacFilterMode", 0},
                        {"addLANHostToBlackList", 0}, {"deleteLANHostFromBlackList", 0},
                        {"addLANHostToTrustList", 1}, {"deleteLANHostFromTrustList", 1}};
 
-Entry EntryNamed(const std::string &sMethod) {
-    for (const Entry &stEntry : MacFilterEntries()) {
-        if (stEntry.sMethod == sMethod) {
-            return stEntry;
-        }
-    }
-    ADD_FAILURE() << "no entry " << sMethod;
-    return {};
-}
-
 /// The filter before each call: the address that the entries are called with is on it, and others.
 void Fill(FilterGateway &stGateway, uint32_t uiMode) {
     stGateway.uiMode = uiMode;
@@ -58,7 +48,7 @@ class MacFltFaultTest : public ::testing::TestWithParam<Case> {};
 
 TEST_P(MacFltFaultTest, LeavesTheTablesInStepWhateverFails) {
     const Case &stCase = GetParam();
-    const Entry stEntry = EntryNamed(stCase.sMethod);
+    const Entry stEntry = EntryOf(MacFilterEntries(), stCase.sMethod);
     const bool bReads = stCase.sMethod == "getMacFilterMode";
     const bool bSets = stCase.sMethod == "setMacFilterMode";
     const bool bDeletes = stCase.sMethod.rfind("delete", 0) == 0;

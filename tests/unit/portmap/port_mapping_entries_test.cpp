@@ -3,14 +3,12 @@
 
 #include <string>
 
+#include "support/entry_calls.h"
 #include "support/entry_table_portmap.h"
 #include "unit/portmap/portmap_fixture.h"
 
 namespace wap::test {
 namespace {
-
-#define WAP_CONFIG(method) \
-    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_PortMappingConfigServiceJNI_##method
 
 constexpr jint kWan = 0x10101003;
 
@@ -101,8 +99,8 @@ INSTANTIATE_TEST_SUITE_P(Methods, MappingEntryTest, ::testing::ValuesIn(PortMapp
 class AddEntryTest : public PortMappingTest {
   protected:
     jint Add(jstring jProtocol, jstring jClient) {
-        const jint iResult = WAP_CONFIG(addPortMapping)(&stEnv, stEnv.JavaObject(), kWan, 8080, -1,
-                                                        jProtocol, jClient);
+        const jint iResult = WAP_METHOD(PortMappingConfig, addPortMapping)(
+            &stEnv, stEnv.JavaObject(), kWan, 8080, -1, jProtocol, jClient);
         stEnv.EndCall();
         return iResult;
     }
@@ -160,7 +158,8 @@ TEST_F(AddEntryTest, RefusalOfTheServiceReachesJava) {
 class ChangeEntryTest : public PortMappingTest {
   protected:
     jint Switch(jboolean bEnable) {
-        return WAP_CONFIG(setPortMappingSwitch)(&stEnv, stEnv.JavaObject(), kWan, -5, bEnable);
+        return WAP_METHOD(PortMappingConfig, setPortMappingSwitch)(&stEnv, stEnv.JavaObject(), kWan,
+                                                                   -5, bEnable);
     }
 };
 
@@ -183,7 +182,8 @@ TEST_F(ChangeEntryTest, SwitchTellsAMissingEntryFromAFailedChange) {
 }
 
 TEST_F(ChangeEntryTest, DeleteArgumentsReachTheirPlaces) {
-    EXPECT_EQ(WAP_CONFIG(deletePortMapping)(&stEnv, stEnv.JavaObject(), -1, -5), 0);
+    EXPECT_EQ(WAP_METHOD(PortMappingConfig, deletePortMapping)(&stEnv, stEnv.JavaObject(), -1, -5),
+              0);
     EXPECT_EQ(stPlatform.astRpcs.at(0).sRequest, Word(0) + Word(0xFFFFFFFF));
     EXPECT_EQ(stPlatform.astRpcs.at(1).sRequest,
               Word(1) + Word(1) + Word(2) + Word(3) + Word(0xFFFFFFFB));
