@@ -79,27 +79,16 @@ class Tokener {
             WipeRemains();
         }
         json_tokener_free(m_pstTokener);
+        LetGo();
     }
     explicit operator bool() const { return m_pstTokener != nullptr; }
 
     json_object *Parse(const char *pcText) {
-        if (!MakeRoom(strlen(pcText))) {
-            return nullptr;
+        json_object *pstRoot = MakeRoom(strlen(pcText)) ? ParseByStops(pcText) : nullptr;
+        if (pstRoot != nullptr) {
+            LetGo();
         }
-        const char *pcAt = pcText;
-        for (const char *pcColon = strchr(pcAt, ':'); pcColon != nullptr;
-             pcColon = strchr(pcAt, ':')) {
-            const auto iLength = static_cast<int>(pcColon + 1 - pcAt);
-            json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
-            if (Error() != json_tokener_continue) {
-                return pstRoot;
-            }
-            if (!PrepareMember()) {
-                return nullptr;
-            }
-            pcAt = pcColon + 1;
-        }
-        return ParseLast(pcAt);
+        return pstRoot;
     }
     json_tokener_error Error() const { return json_tokener_get_error(m_pstTokener); }
 
@@ -112,6 +101,27 @@ class Tokener {
         }
         printbuf_reset(m_pstTokener->pb);
         return true;
+    }
+
+    json_object *ParseByStops(const char *pcAt) {
+        // Commas matter for secrets alone: arrays have no colons.
+        const char *pcStops = m_eSecrecy == Secrecy::kSecret ? ":," : ":";
+        for (const char *pcStop = strpbrk(pcAt, pcStops); pcStop != nullptr;
+             pcStop = strpbrk(pcAt, pcStops)) {
+            const auto iLength = static_cast<int>(pcStop + 1 - pcAt);
+            json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
+            if (Error() != json_tokener_continue) {
+                return pstRoot;
+            }
+            if (m_eSecrecy == Secrecy::kSecret) {
+                Hold();
+            }
+            if (!PrepareMember()) {
+                return nullptr;
+            }
+            pcAt = pcStop + 1;
+        }
+        return ParseLast(pcAt);
     }
 
     /// What remains of the text, with its zero. json-c takes a list that can't grow for the end of
@@ -163,16 +173,41 @@ class Tokener {
         (void)json_object_put(pstRoot);
     }
 
+    /// Takes a share in what the levels have so far: json-c lets go of it without asking when it
+    /// has no memory for a value. What a level had before is part of the level above it by now.
+    void Hold() {
+        for (int i = 0; i < kLevels; ++i) {
+            json_object *pstNow =
+                i <= m_pstTokener->depth ? m_pstTokener->stack[i].current : nullptr;
+            if (pstNow != m_apstHeld[i]) {
+                (void)json_object_put(m_apstHeld[i]);
+                m_apstHeld[i] = json_object_get(pstNow);
+            }
+        }
+    }
+    void LetGo() {
+        for (json_object *&pstHeld : m_apstHeld) {
+            (void)json_object_put(pstHeld);
+            pstHeld = nullptr;
+        }
+    }
+
     /// Of a text that did not parse, the values that it began with are still here.
     void WipeRemains() {
         for (int i = 0; i <= m_pstTokener->depth; ++i) {
             WipeTexts(m_pstTokener->stack[i].current);
         }
+        for (json_object *pstHeld : m_apstHeld) {
+            WipeTexts(pstHeld);
+        }
         Wipe(m_pstTokener->pb->buf, static_cast<uint32_t>(m_pstTokener->pb->size));
     }
 
+    static constexpr int kLevels = JSON_TOKENER_DEFAULT_DEPTH;
+
     json_tokener *m_pstTokener;
     Secrecy m_eSecrecy;
+    json_object *m_apstHeld[kLevels] = {};
 };
 
 int WipeText(json_object *pstValue, int iFlags, json_object *, const char *, size_t *, void *) {

@@ -16,15 +16,16 @@ enum class Grammar { kLenient, kStrict };
 /**
  * Parses one JSON text, whole or not at all.
  * @param pcText   zero-terminated; null is recorded and gives null
- * @param eSecrecy of the text; nothing of a secret one stays behind in what is released here. What
- *                 becomes of the values is the caller's business, see SecretJson
+ * @param eSecrecy with kSecret no string value stays behind in what is released here, except for
+ *                 one that json-c loses: an element for which an array can't grow. The root is the
+ *                 caller's to wipe, see SecretJson
  * @return the root, owned by the caller; null, recorded, when the text does not parse or is JSON
  *         null, or when memory runs out
  */
 json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, Secrecy eSecrecy);
 
-/// Overwrites all string values of a tree with zeros; null has none. Member names, numbers and what
-/// json-c copied by itself stay.
+/// Overwrites all string values of a tree with zeros; null has none. Member names and numbers stay:
+/// json-c has copies of names that it gives to nobody.
 void WipeTexts(json_object *pstRoot);
 
 /// A JSON root with secrets among its string values: they are overwritten before it is released.

@@ -44,13 +44,17 @@ inline auto Flag(bool bFlag) {
 
 }  // namespace wap::test
 
-/// The function of a method of a service class; the class's name without "ServiceJNI".
-#define WAP_METHOD(service, method) \
-    Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_##service##ServiceJNI_##method
+/// The function of a method of a service class; the class's name without "ServiceJNI". Most classes
+/// are in the package gulm.jni.
+#define WAP_METHOD_OF(package, service, method) \
+    Java_com_veltra_domoline_deviceservice_kavo_wap_##package##_jni_##service##ServiceJNI_##method
+#define WAP_METHOD(service, method) WAP_METHOD_OF(gulm, service, method)
 #define WAP_NAME_OF(name) #name
 #define WAP_SYMBOL_OF(function) WAP_NAME_OF(function)
-#define WAP_ENTRY(service, method, ...)                  \
-    WAP_SYMBOL_OF(WAP_METHOD(service, method)), #method, \
-        ::wap::test::Calling(WAP_METHOD(service, method) __VA_OPT__(, ) __VA_ARGS__)
+#define WAP_ENTRY_OF(package, service, method, ...)                  \
+    WAP_SYMBOL_OF(WAP_METHOD_OF(package, service, method)), #method, \
+        ::wap::test::Calling(WAP_METHOD_OF(package, service, method) __VA_OPT__(, ) __VA_ARGS__)
+#define WAP_ENTRY(service, method, ...) \
+    WAP_ENTRY_OF(gulm, service, method __VA_OPT__(, ) __VA_ARGS__)
 
 #endif

@@ -7,12 +7,14 @@
 #include "support/entry_table_portmap.h"
 #include "support/entry_table_route.h"
 #include "support/entry_table_vlanbind.h"
+#include "support/entry_table_wanconfig.h"
 #include "support/furnish_attach.h"
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
 #include "support/furnish_portmap.h"
 #include "support/furnish_route.h"
 #include "support/furnish_vlanbind.h"
+#include "support/furnish_wanconfig.h"
 
 namespace wap::test {
 
@@ -25,6 +27,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {AttachEntries(), FurnishAttach},
         {VlanBindEntries(), FurnishVlanBind},
         {RouteEntries(), FurnishRoutes},
+        {WanConfigEntries(), FurnishWanConfig},
     };
     return s_astGroups;
 }

@@ -1,0 +1,161 @@
+// The PPP user and password on their way through setWANIf: nothing of them stays behind or is
+// shown. What is found in a released block is complained about when a test ends, see SecretWatch.
+#include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_WanConfigServiceJNI.h>
+
+#include "faults/fault_sweep.h"
+#include "support/entry_calls.h"
+#include "unit/wanconfig/wanconfig_fixture.h"
+
+namespace wap::test {
+namespace {
+
+constexpr jint kWan = 0x10101001;
+const std::string kUser = kPppUser;
+const std::string kPassword = kPppPassword;
+const std::string kCredentials =
+    "\"Username\":\"" + kUser + "\",\"Password\":\"" + kPassword + "\"";
+
+class WanSecretsTest : public WanConfigTest {
+  protected:
+    jint Set(const std::string &sJson) {
+        const jint iResult = WAP_METHOD(WanConfig, setWANIf)(&stEnv, stEnv.JavaObject(), kWan,
+                                                             stEnv.JavaText(FromUtf8(sJson)));
+        stEnv.EndCall();
+        return iResult;
+    }
+
+    /// Nothing that was written for somebody to read holds a secret.
+    void ExpectNothingShown() {
+        for (const std::string &sSecret : {kUser, kPassword}) {
+            for (const TraceRecord &stTrace : stPlatform.astTraces) {
+                EXPECT_EQ(stTrace.sText.find(sSecret), std::string::npos) << stTrace.sText;
+            }
+            for (const std::string &sText : stPlatform.asConsole) {
+                EXPECT_EQ(sText.find(sSecret), std::string::npos) << sText;
+            }
+        }
+    }
+};
+
+TEST_F(WanSecretsTest, CredentialsAreSentAndGone) {
+    EXPECT_EQ(Set("{" + kCredentials + "}"), 0);
+    ASSERT_EQ(Rpcs(), Codes{kSet});
+    EXPECT_EQ(stPlatform.astRpcs[0].sRequest.substr(144, 68), Field(kUser, 68));
+    EXPECT_EQ(stPlatform.astRpcs[0].sRequest.substr(212, 68), Field(kPassword, 68));
+    ExpectNothingShown();
+}
+
+// Each of these lets json-c keep or copy the texts in another place.
+TEST_F(WanSecretsTest, WhateverTheTextLooksLike) {
+    const std::string sLong(3000, 'l');
+    const std::string asTexts[] = {
+        "{" + kCredentials + "} x",
+        "{" + kCredentials,
+        "{" + kCredentials + ",\"VLANMode\":",
+        "{" + kCredentials + ",\"VLANMode\":}",
+        "{\"Password\":\"" + kPassword,
+        "{\"Password\":\"" + kPassword + "\\",
+        "{\"Password\":\"" + kPassword + "\\x\"}",
+        "{\"Password\":\"" + kPassword + sLong + "\"}",
+        "{\"Password\":\"" + sLong + kPassword + "\"}",
+        "{\"Password\":\"" + kPassword + "\",\"Password\":\"\"}",
+        "{\"Password\":\"\",\"Password\":\"" + kPassword + "\"}",
+        "{\"Password\":[\"" + kPassword + "\",{\"a\":\"" + kUser + "\"}],\"Password\":1}",
+        "{\"a\":{\"b\":{" + kCredentials + "}}}",
+        "{\"a\":{\"b\":{" + kCredentials + "}}",
+        "{\"a\":{\"b\":{" + kCredentials + "},",
+        "{\"a\":[[{" + kCredentials + "}],\"" + kPassword + "\"]}",
+        "{\"a\":[[{" + kCredentials + "}],\"" + kPassword + "\"",
+        "[\"" + kPassword + "\"]",
+        "\"" + kPassword + "\"",
+        kPassword,
+        "{\"\\u0050assword\":\"" + kPassword + "\"}",
+        "{" + kCredentials + ",\"IPMode\":\"4\"}",
+        "{" + kCredentials + ",\"ServiceList\":\"TR069\"}",
+        "{" + kCredentials + ",\"a\":" + std::string(40, '[') + "}",
+    };
+    for (const std::string &sText : asTexts) {
+        SCOPED_TRACE(sText.substr(0, 200));
+        (void)Set(sText);
+        stWorld.ExpectClean();
+        ExpectNothingShown();
+    }
+}
+
+TEST_F(WanSecretsTest, WhicheverRequestFails) {
+    for (const uint32_t uiRpcId : {kAskList, kAskIpDns, kSet, kAskIpv6Dns, kSetIpv6Dns}) {
+        FurnishWanConfig(stWorld);
+        Refuse(uiRpcId);
+        (void)Set("{" + kCredentials +
+                  ",\"ServiceList\":\"TR069\",\"DNSServers\":\"192.0.2.9\","
+                  "\"IPv6DNSServers\":\"2001:db8::9\"}");
+        stWorld.ExpectClean();
+        ExpectNothingShown();
+    }
+}
+
+TEST_F(WanSecretsTest, SecretsDoNotStayOnTheStack) {
+    const auto Keeps = [this](const std::string &sJson, jint iWanted) {
+        const jstring jJson = stEnv.JavaText(FromUtf8(sJson));
+        return StackKeeps(
+            [=, this] {
+                EXPECT_EQ(WAP_METHOD(WanConfig, setWANIf)(&stEnv, stEnv.JavaObject(), kWan, jJson),
+                          iWanted);
+            },
+            {kUser, kPassword});
+    };
+    EXPECT_FALSE(Keeps("{" + kCredentials + "}", 0));
+    EXPECT_FALSE(Keeps("{" + kCredentials + "}x", -1));
+    Refuse(kSet);
+    EXPECT_FALSE(Keeps("{" + kCredentials + "}", -1));
+}
+
+// Every single fault: nothing may stay, and a setting must not get lost without a word.
+TEST_F(WanSecretsTest, WhateverFails) {
+    const std::string sJson =
+        "{" + kCredentials +
+        ",\"DNSServers\":\"192.0.2.9\",\"IPv6DNSServers\":\"2001:db8::9\",\"VLANMode\":\"1\","
+        "\"LanInterface\":\"LAN1\",\"802-1pMark\":\"3\",\"MACAddress\":\"02:00:00:00:00:01\","
+        "\"ConnectionTrigger\":\"AlwaysOn\",\"NATEnabled\":\"TRUE\",\"IPMode\":\"3\","
+        "\"SubnetMask\":\"255.255.255.0\",\"AddressingType\":\"Static\"}";
+    World *pstWorld = nullptr;
+    jint iResult = 0;
+    Subject stSubject;
+    stSubject.sName = "setWANIf";
+    stSubject.fnFurnish = [&](World &stOther) {
+        pstWorld = &stOther;
+        FurnishWanConfig(stOther);
+        stOther.stPlatform.ClearRecords();
+    };
+    stSubject.fnCall = [&](FakeJni &stJni) {
+        iResult = WAP_METHOD(WanConfig, setWANIf)(&stJni, stJni.JavaObject(), kWan,
+                                                  stJni.JavaText(FromUtf8(sJson)));
+    };
+    std::string sSent;
+    stSubject.fnOutcome = [&](FakeJni &) {
+        std::string sRecord = "none";
+        for (const RpcRecord &stRpc : pstWorld->stPlatform.astRpcs) {
+            sRecord = stRpc.uiRpcId == kSet ? stRpc.sRequest : sRecord;
+        }
+        if (sSent.empty()) {
+            sSent = sRecord;
+        }
+        const std::string sWhich = sRecord == sSent ? "whole" : sRecord == "none" ? "none" : "less";
+        return std::to_string(iResult) + " " + sWhich;
+    };
+    stSubject.sGood = "0 whole";
+    stSubject.fnAllowed = [](const FaultPlan &stPlan) -> std::
+                                                          set<std::string> {
+                                                              // Names and locks are no reason to
+                                                              // refuse.
+                                                              return stPlan.eOp == Op::kPlatform ? std::set<std::string>{"0 whole"}
+                                           : std::set<std::string>{"-1 none", "-1 whole"};
+                                                          };
+    const OpCounts auiCounts = SweepFaults(stSubject);
+    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 50u);
+    EXPECT_EQ(CountOf(auiCounts, Op::kRpc), 4u);
+    EXPECT_EQ(sSent.size(), 1080u);
+}
+
+}  // namespace
+}  // namespace wap::test
