@@ -48,6 +48,17 @@ bool AppendObjectOrFail(SourceSpot stSpot, const JsonValue &stList, const JsonIt
     return AppendOrTell(stSpot, stList.Lend(), pstItems, uiCount, uiRefusal) && uiRefusal == 0;
 }
 
+uint32_t ComposeListInto(SourceSpot stSpot, JsonValue &stList, char *pcOut, uint32_t uiOutCap) {
+    const JsonItem stItem = {"List", reinterpret_cast<uintptr_t>(stList.Lend()), kItemObject,
+                             kEmptyAsText};
+    const uint32_t uiResult = Compose(&stItem, 1, pcOut, uiOutCap, 0, Completeness::kWhole);
+    if (uiResult != kErrFailed) {
+        // Attached, or released by the attempt.
+        (void)stList.Release();
+    }
+    return Recorded(stSpot, uiResult, uiOutCap);
+}
+
 uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList, uint32_t uiCap,
                      char **ppcText) {
     if (pcWorker != nullptr) {
@@ -58,15 +69,7 @@ uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList,
     if (!stText.Make(uiCap, stSpot)) {
         return Recorded(stSpot, 1, uiCap);
     }
-    const JsonItem stItem = {"List", reinterpret_cast<uintptr_t>(stList.Lend()), kItemObject,
-                             kEmptyAsText};
-    auto *pcText = static_cast<char *>(stText.Lend());
-    const uint32_t uiResult = Compose(&stItem, 1, pcText, uiCap, 0, Completeness::kWhole);
-    if (uiResult != kErrFailed) {
-        (void)stList.Release();
-    }
-    if (uiResult != 0) {
-        RecordFault(stSpot, uiResult, uiCap);
+    if (ComposeListInto(stSpot, stList, static_cast<char *>(stText.Lend()), uiCap) != 0) {
         return 1;
     }
     *ppcText = static_cast<char *>(stText.Release());

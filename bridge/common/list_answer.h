@@ -43,6 +43,16 @@ template <size_t kItems>
 }
 
 /**
+ * Composes the answer in the caller's buffer.
+ * @param stList   given away unless there was no object to attach it to
+ * @param pcOut    receives the answer and its zero; success only
+ * @param uiOutCap size of pcOut in bytes
+ * @return 0; kErrFailed, recorded, when there is no object; 1, recorded, when there is no text or
+ *         it does not fit
+ */
+uint32_t ComposeListInto(SourceSpot stSpot, JsonValue &stList, char *pcOut, uint32_t uiOutCap);
+
+/**
  * Composes the answer in a block of its own.
  * @param pcWorker who traces the block's size; null for those who don't
  * @param stList   given away unless there was no object to attach it to

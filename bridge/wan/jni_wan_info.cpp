@@ -19,16 +19,34 @@ constexpr uint32_t kErrNoName = 1;
 /// What stands before the VLAN in a connection's name.
 constexpr char kVlanMark[] = "_VID_";
 
-/// The list in a block of its own. 0; 1 without memory; the platform's code.
-uint32_t MakeWanList(SourceSpot stSpot, PlatformBlock &stBlock) {
+/// Writes an output that somebody wants.
+template <class Number>
+void PutUnlessNull(Number *pOut, uint32_t uiValue) {
+    if (pOut != nullptr) {
+        *pOut = static_cast<Number>(uiValue);
+    }
+}
+
+/// Asks for the list and hands out its connections, until fnGoesOn says no.
+/// @return 0; 1 without memory; the platform's code
+template <class Visitor>
+uint32_t VisitWans(SourceSpot stSpot, Visitor fnGoesOn) {
+    PlatformBlock stBlock;
     if (!stBlock.Make(sizeof(WanIfList), stSpot)) {
         return Recorded(stSpot, kErrNoMemory, static_cast<uint32_t>(sizeof(WanIfList)));
     }
-    return AskWanList(*static_cast<WanIfList *>(stBlock.Lend()));
-}
-
-const WanIfList &ListIn(const PlatformBlock &stBlock) {
-    return *static_cast<const WanIfList *>(stBlock.Lend());
+    auto &stList = *static_cast<WanIfList *>(stBlock.Lend());
+    const uint32_t uiResult = AskWanList(stList);
+    if (uiResult != 0) {
+        return uiResult;
+    }
+    for (uint32_t i = 0; i < CountWans(stList); ++i) {
+        const FieldText stName(stList.astEntries[i].acName);
+        if (!fnGoesOn(stList.astEntries[i].uiWanIndex, stName.Lend())) {
+            break;
+        }
+    }
+    return 0;
 }
 
 /// A text begins with the decimal digits of a number.
@@ -62,18 +80,10 @@ uint32_t wap::AskWanList(WanIfList &stList) {
 
 void VT_API_ParseWanIndex(uint32_t uiWanIndex, uint32_t *puiKind, uint8_t *pucWanDev,
                           uint8_t *pucConnDev, uint16_t *pusConnIns) {
-    if (puiKind != nullptr) {
-        *puiKind = uiWanIndex >> 28;
-    }
-    if (pucWanDev != nullptr) {
-        *pucWanDev = static_cast<uint8_t>(uiWanIndex >> 20);
-    }
-    if (pucConnDev != nullptr) {
-        *pucConnDev = static_cast<uint8_t>(uiWanIndex >> 12);
-    }
-    if (pusConnIns != nullptr) {
-        *pusConnIns = static_cast<uint16_t>(uiWanIndex & 0xFFF);
-    }
+    PutUnlessNull(puiKind, uiWanIndex >> 28);
+    PutUnlessNull(pucWanDev, uiWanIndex >> 20 & 0xFF);
+    PutUnlessNull(pucConnDev, uiWanIndex >> 12 & 0xFF);
+    PutUnlessNull(pusConnIns, uiWanIndex & 0xFFF);
 }
 
 uint32_t VT_API_GetWanIfName(uint32_t uiWanIndex, char *pcName) {
@@ -91,64 +101,43 @@ uint32_t VT_API_GetWanIfName(uint32_t uiWanIndex, char *pcName) {
 }
 
 uint32_t VT_API_IsTR069Exsit(uint32_t *puiFound, uint32_t *puiWanIndex) {
-    PlatformBlock stBlock;
-    const uint32_t uiResult = MakeWanList(WAP_SPOT, stBlock);
-    if (uiResult != 0) {
-        return uiResult;
-    }
-    const WanIfList &stList = ListIn(stBlock);
-    for (uint32_t i = 0; i < CountWans(stList); ++i) {
-        const WanIfListEntry &stEntry = stList.astEntries[i];
-        if (VT_OS_StrCaseStr(FieldText(stEntry.acName).Lend(), kManagementMark) == nullptr) {
-            continue;
+    return VisitWans(WAP_SPOT, [=](uint32_t uiWanIndex, const char *pcName) {
+        if (VT_OS_StrCaseStr(pcName, kManagementMark) == nullptr) {
+            return true;
         }
-        WAP_TRACE(kTraceEntries, "tr069 wan index:0x%x \r\n", stEntry.uiWanIndex);
-        if (puiFound != nullptr) {
-            *puiFound = 1;
-        }
-        if (puiWanIndex != nullptr) {
-            *puiWanIndex = stEntry.uiWanIndex;
-        }
-        break;
-    }
-    return 0;
+        WAP_TRACE(kTraceEntries, "tr069 wan index:0x%x \r\n", uiWanIndex);
+        PutUnlessNull(puiFound, 1u);
+        PutUnlessNull(puiWanIndex, uiWanIndex);
+        return false;
+    });
 }
 
 uint32_t VT_API_IsVlanExsit(uint32_t uiVlan, uint32_t *puiFound) {
-    PlatformBlock stBlock;
-    const uint32_t uiResult = MakeWanList(WAP_SPOT, stBlock);
-    if (uiResult != 0) {
-        return uiResult;
-    }
-    const WanIfList &stList = ListIn(stBlock);
-    for (uint32_t i = 0; i < CountWans(stList); ++i) {
-        const FieldText stName(stList.astEntries[i].acName);
-        const char *pcMark = VT_OS_StrCaseStr(stName.Lend(), kVlanMark);
+    return VisitWans(WAP_SPOT, [=](uint32_t, const char *pcName) {
+        const char *pcMark = VT_OS_StrCaseStr(pcName, kVlanMark);
         if (pcMark == nullptr) {
             // The end of the search, deliberately: creating connections on gateways in the field
             // rests on those behind an untagged one not being seen.
-            break;
+            return false;
         }
-        if (BeginsWithNumber(pcMark + sizeof(kVlanMark) - 1, uiVlan)) {
-            if (puiFound != nullptr) {
-                *puiFound = 1;
-            }
-            break;
+        if (!BeginsWithNumber(pcMark + sizeof(kVlanMark) - 1, uiVlan)) {
+            return true;
         }
-    }
-    return 0;
+        PutUnlessNull(puiFound, 1u);
+        return false;
+    });
 }
 
-uint32_t VT_API_ConvertWanListToJson(const WanIfListEntry *pstFirst, uint32_t uiCount, char *pcOut,
+uint32_t VT_API_ConvertWanListToJson(const WanIfListEntry *pstFirst, uint32_t uiWans, char *pcOut,
                                      uint32_t uiOutCap) {
-    if ((pstFirst == nullptr && uiCount != 0) || pcOut == nullptr) {
-        return Recorded(WAP_SPOT, kErrFailed, uiCount, uiOutCap);
+    if ((pstFirst == nullptr && uiWans != 0) || pcOut == nullptr) {
+        return Recorded(WAP_SPOT, kErrFailed, uiWans, uiOutCap);
     }
     JsonValue stList(JNI_JSON_ObjNewArray());
     if (!stList) {
-        return Recorded(WAP_SPOT, kErrFailed, uiCount);
+        return Recorded(WAP_SPOT, kErrFailed, uiWans);
     }
-    for (uint32_t i = 0; i < uiCount && i < kWansMax; ++i) {
+    for (uint32_t i = 0; i < uiWans && i < kWansMax; ++i) {
         const FieldText stName(pstFirst[i].acName);
         const JsonItem astItems[] = {
             {"Index", pstFirst[i].uiWanIndex, kItemInt, kEmptyAsText},
@@ -158,12 +147,5 @@ uint32_t VT_API_ConvertWanListToJson(const WanIfListEntry *pstFirst, uint32_t ui
             return Recorded(WAP_SPOT, kErrFailed, pstFirst[i].uiWanIndex);
         }
     }
-    const JsonItem stItem = {"List", reinterpret_cast<uintptr_t>(stList.Lend()), kItemObject,
-                             kEmptyAsText};
-    const uint32_t uiResult = Compose(&stItem, 1, pcOut, uiOutCap, 0, Completeness::kWhole);
-    if (uiResult != kErrFailed) {
-        // Attached, or released by the attempt.
-        (void)stList.Release();
-    }
-    return Recorded(WAP_SPOT, uiResult, uiOutCap);
+    return ComposeListInto(WAP_SPOT, stList, pcOut, uiOutCap);
 }

@@ -71,14 +71,14 @@ WAP_EXPORT uint32_t VT_API_IsVlanExsit(uint32_t uiVlan, uint32_t *puiFound);
 
 /**
  * Writes the answer for a list of connections: index and name of each.
- * @param pstFirst uiCount entries, of which kWansMax at most are looked at
+ * @param pstFirst uiWans entries, of which kWansMax at most are looked at
  * @param pcOut    receives the text and its zero; success only
  * @param uiOutCap size of pcOut in bytes
  * @return 0; -1 (as unsigned) for a null argument or when memory runs out; 1 when the text does not
  *         fit
  */
 WAP_EXPORT uint32_t VT_API_ConvertWanListToJson(const wap::WanIfListEntry *pstFirst,
-                                                uint32_t uiCount, char *pcOut, uint32_t uiOutCap);
+                                                uint32_t uiWans, char *pcOut, uint32_t uiOutCap);
 
 // ---- settings ----
 

@@ -24,7 +24,7 @@ class WanDnsTest : public WanTest {
             EXPECT_EQ(sField, sBefore);
             return "";
         }
-        const std::string sText = sField.c_str();
+        std::string sText = sField.c_str();
         EXPECT_EQ(sField, Field(sText, 64));
         return sText;
     }

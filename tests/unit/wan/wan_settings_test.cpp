@@ -129,11 +129,11 @@ TEST_F(WanSettingsTest, ReadingNeverFails) {
 
 TEST_F(WanSettingsTest, FlagFollowsResultAndText) {
     const struct {
-        uint32_t uiResult;
         const char *pcField;
+        uint32_t uiResult;
         uint8_t ucFlag;
-    } astCases[] = {{0, "x", 1},     {0, "", 0},      {1, "x", 0}, {0xF710000C, "x", 0},
-                    {0, nullptr, 0}, {1, nullptr, 0}, {1, "", 0}};
+    } astCases[] = {{"x", 0, 1},     {"", 0, 0},      {"x", 1, 0}, {"x", 0xF710000C, 0},
+                    {nullptr, 0, 0}, {nullptr, 1, 0}, {"", 1, 0}};
     for (const auto &stCase : astCases) {
         for (const uint8_t ucBefore : {uint8_t{0}, uint8_t{1}, uint8_t{0xFF}}) {
             uint8_t ucFlag = ucBefore;
