@@ -140,8 +140,8 @@ uint32_t wap::FindConnectionName(const char *pcAlias, char (&acName)[kConnection
     if (uiResult != 0) {
         return uiResult;
     }
-    // No connection has the index 0, nor does an index of another kind have a name.
-    if (uiWanIndex == 0 || VT_API_GetWanIfName(uiWanIndex, acName) != 0) {
+    // An index without a kind, and so that of an unknown alias, has no name.
+    if (VT_API_GetWanIfName(uiWanIndex, acName) != 0) {
         return Recorded(WAP_SPOT, kErrNoName, uiWanIndex);
     }
     return 0;

@@ -117,6 +117,8 @@ TEST_F(ConnectionNameTest, EverythingElseIsNoName) {
                                "wan1.2.ip18446744073709551617"}) {
         EXPECT_EQ(IndexOf(pcName), kUntouched) << pcName;
     }
+    EXPECT_EQ(IndexOf("wan"), kUntouched);
+    EXPECT_EQ(stPlatform.astFaults.back().auiArgs[0], 3u);
     EXPECT_EQ(IndexOf(nullptr), kUntouched);
     EXPECT_EQ(ParseConnectionName("wan1.2.ip3", nullptr), 1u);
 }
@@ -127,6 +129,8 @@ TEST_F(ConnectionNameTest, LooksAtThirtyOneBytes) {
     EXPECT_EQ(IndexOf((sHead + "1234").c_str()), 0x201020D2u);
     EXPECT_EQ(IndexOf((sHead + "12345").c_str()), 0x201020D2u);
     EXPECT_EQ(IndexOf((sHead + "12345.ip9").c_str()), 0x201020D2u);
+    // The last byte is a point, and nothing but the end of the place is behind it.
+    EXPECT_EQ(IndexOf(("wan1." + std::string(25, '0') + ".ip3").c_str()), kUntouched);
     const std::string sLong = "wan" + std::string(5000, '0') + "1.2.ip3";
     EXPECT_EQ(IndexOf(sLong.c_str()), kUntouched);
 }
