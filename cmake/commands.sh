@@ -7,6 +7,7 @@ kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11
 kTestPackages="libgtest-dev libgmock-dev junit5 binutils"
 kFormatPackages="git clang-format"
 kLintPackages="git clang-tidy"
+kFuzzPackages="clang libclang-rt-dev llvm"
 kArmPackages="g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.

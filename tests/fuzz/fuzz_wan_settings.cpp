@@ -1,6 +1,7 @@
 #include <json-c/json.h>
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <optional>
 #include <string>
@@ -19,8 +20,9 @@ constexpr uint32_t kPppWan = 0x20102003;
 constexpr uint32_t kSet = 0x47209078;
 constexpr size_t kRecordSize = 1080;
 constexpr uint32_t kFailed = 0xFFFFFFFF;
-/// Shorter ones may stand elsewhere by chance.
-constexpr size_t kSecretMin = 16;
+/// What secrets begin with that are followed: the fuzzer finds out what the traces say, and makes
+/// passwords of it.
+constexpr const char *kSecretMark = "a-secret-like-";
 
 using Texts = std::map<std::string, std::string>;
 
@@ -38,7 +40,9 @@ std::optional<Texts> TextsOf(const std::string &sJson) {
     if (json_object_is_type(pstRoot, json_type_object) != 0) {
         json_object_object_foreach(pstRoot, pcKey, pstValue) {
             if (json_object_is_type(pstValue, json_type_string) != 0) {
-                mapTexts[pcKey] = json_object_get_string(pstValue);
+                mapTexts[pcKey] =
+                    std::string(json_object_get_string(pstValue),
+                                static_cast<size_t>(json_object_get_string_len(pstValue)));
             }
         }
     }
@@ -46,20 +50,21 @@ std::optional<Texts> TextsOf(const std::string &sJson) {
     return mapTexts;
 }
 
-/// Follows the PPP users and passwords of a text, also of one that is no JSON, where nothing else
-/// in it can look like them.
-void WatchSecrets(World &stWorld, const std::string &sJson) {
-    if (sJson.find('\\') != std::string::npos) {
+/// Follows the PPP users and passwords in a text that may be no JSON, where they stand only once in
+/// all that comes from outside.
+void WatchSecrets(World &stWorld, const std::string &sJson, const std::string &sDnsServers) {
+    // json-c lets a member's name be quoted like this, and then anything may be part of the name.
+    if (sJson.find_first_of("\\'") != std::string::npos) {
         return;
     }
-    for (const std::string sKey : {"\"Username\":\"", "\"Password\":\""}) {
-        for (size_t uiAt = sJson.find(sKey); uiAt != std::string::npos;
-             uiAt = sJson.find(sKey, uiAt + 1)) {
-            const size_t uiBegin = uiAt + sKey.size();
+    for (const char *pcKey : {"\"Username\":\"", "\"Password\":\""}) {
+        const std::string sStart = std::string(pcKey) + kSecretMark;
+        for (size_t uiAt = sJson.find(sStart); uiAt != std::string::npos;
+             uiAt = sJson.find(sStart, uiAt + 1)) {
+            const size_t uiBegin = uiAt + std::strlen(pcKey);
             const size_t uiEnd = sJson.find('"', uiBegin);
-            const std::string sSecret =
-                uiEnd == std::string::npos ? "" : sJson.substr(uiBegin, uiEnd - uiBegin);
-            if (sSecret.size() >= kSecretMin && CountOf(sJson, sSecret) == 1) {
+            const std::string sSecret = sJson.substr(uiBegin, uiEnd - uiBegin);
+            if (uiEnd != std::string::npos && CountOf(sJson + sDnsServers, sSecret) == 1) {
                 stWorld.stSecrets.Watch(sSecret);
             }
         }
@@ -92,7 +97,8 @@ void CheckSetting(const std::string &sRecord, const SettingPlace &stPlace, const
     if (it == mapTexts.end()) {
         Require(cFlag == 0 && sText.empty(), "what is not given is not set");
     } else if (it->second.size() < stPlace.uiSize && std::string(stPlace.pcKey) != "DNSServers") {
-        Require(sText == it->second, "a field holds what is given");
+        // Up to a zero, which a text of JSON may hold.
+        Require(sText == it->second.c_str(), "a field holds what is given");
     }
 }
 
@@ -107,7 +113,7 @@ void FuzzWanSettings(const uint8_t *pucData, size_t uiSize) {
     for (const uint32_t uiWanIndex : {kIpWan, kPppWan, 0u}) {
         World stWorld;
         FurnishWans(stWorld, sDnsServers);
-        WatchSecrets(stWorld, sJson);
+        WatchSecrets(stWorld, sJson, sDnsServers);
         const uint32_t uiResult = VT_JNI_SetWANIf(uiWanIndex, sJson.c_str());
         Require(uiResult == 0 || uiResult == kFailed, "settings are sent or not");
         const auto &astRpcs = stWorld.stPlatform.astRpcs;
