@@ -62,27 +62,25 @@ enum DeviceMethod implements GatewayMethod {
 
     static final String kFaultObject = "{ \"Result\": -1 }";
 
+    /** Apart, as an enum's constructor must not use the enum's own fields. */
+    private static final class Services {
+        static final DeviceInfoQueryServiceJNI kInfo = new DeviceInfoQueryServiceJNI();
+        static final DeviceSecretInfoQueryServiceJNI kSecret =
+                new DeviceSecretInfoQueryServiceJNI();
+    }
+
     private static final DeviceInfoQueryServiceJNI kInfo = new DeviceInfoQueryServiceJNI();
     private static final DeviceSecretInfoQueryServiceJNI kSecret =
             new DeviceSecretInfoQueryServiceJNI();
 
-    /** The process that is asked; null when none is. */
-    final String process;
+    private final Query query;
 
-    final int iRpc;
-    final Object failure;
-    private final BiFunction<DeviceInfoQueryServiceJNI, DeviceSecretInfoQueryServiceJNI, Object>
-            call;
-    private final Predicate<Object> success;
-
+    /** @param process the process that is asked; null when none is */
     DeviceMethod(String process, int iRpc,
             BiFunction<DeviceInfoQueryServiceJNI, DeviceSecretInfoQueryServiceJNI, Object> call,
             Predicate<Object> success, Object failure) {
-        this.process = process;
-        this.iRpc = iRpc;
-        this.call = call;
-        this.success = success;
-        this.failure = failure;
+        query = new Query(process == null ? List.of() : List.of(process), iRpc,
+                () -> call.apply(Services.kInfo, Services.kSecret), success, failure);
     }
 
     DeviceMethod(String process, int iRpc,
@@ -92,27 +90,7 @@ enum DeviceMethod implements GatewayMethod {
     }
 
     @Override
-    public List<String> processes() {
-        return process == null ? List.of() : List.of(process);
-    }
-
-    @Override
-    public int rpc() {
-        return iRpc;
-    }
-
-    @Override
-    public Object call() {
-        return call.apply(kInfo, kSecret);
-    }
-
-    @Override
-    public boolean isSuccess(Object answer) {
-        return answer != null && success.test(answer);
-    }
-
-    @Override
-    public boolean isFailure(Object answer) {
-        return failure != null && failure.equals(answer);
+    public Query query() {
+        return query;
     }
 }

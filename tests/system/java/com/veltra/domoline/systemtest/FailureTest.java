@@ -40,7 +40,8 @@ class FailureTest {
     }
 
     @ParameterizedTest
-    @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp, Gateway.kAppM, Gateway.kGulm})
+    @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp, Gateway.kAppM, Gateway.kGulm,
+            Gateway.kIgmp})
     void killedProcessFailsItsMethodsUntilItIsBack(String process) {
         for (GatewayMethod method : GatewayMethod.all()) {
             method.assertSucceeds(); // and so leaves a connection behind that will break
@@ -95,14 +96,16 @@ class FailureTest {
     @Test
     void truncatedReplyLeavesTheRestEmpty() {
         Gateway.fault(
-                Gateway.kOsgiProxy, DeviceMethod.INFO.iRpc, "--truncate", "8", "--times", "1");
+                Gateway.kOsgiProxy, DeviceMethod.INFO.rpc(), "--truncate", "8", "--times", "1");
         assertEquals("{\"Result\":0 , \"Vendor\":\"\", \"ProductCLass\":\"\", \"HardwareVer\":\"\","
                         + " \"FirmwareVer\":\"\", \"FlashSize\":262144, \"RamSize\":524288,"
                         + " \"MainChipClass\":\"\", \"NFC\":\"\"}",
                 DeviceMethod.INFO.call());
-        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--truncate", "5", "--times", "1");
+        Gateway.fault(
+                Gateway.kOsgiProxy, DeviceMethod.MAC.rpc(), "--truncate", "5", "--times", "1");
         assertEquals("02:A1", DeviceMethod.MAC.call());
-        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--truncate", "0", "--times", "1");
+        Gateway.fault(
+                Gateway.kOsgiProxy, DeviceMethod.MAC.rpc(), "--truncate", "0", "--times", "1");
         assertNull(new DeviceInfoQueryServiceJNI().getDeviceMAC());
     }
 
@@ -131,7 +134,8 @@ class FailureTest {
 
     @Test
     void slowAnswerIsWaitedFor() {
-        Gateway.fault(Gateway.kOsgiProxy, DeviceMethod.MAC.iRpc, "--delay", "1500", "--times", "1");
+        Gateway.fault(
+                Gateway.kOsgiProxy, DeviceMethod.MAC.rpc(), "--delay", "1500", "--times", "1");
         long lBegin = System.nanoTime();
         DeviceMethod.MAC.assertSucceeds();
         long lMilliseconds = (System.nanoTime() - lBegin) / 1_000_000;

@@ -21,6 +21,7 @@ final class Gateway {
     static final String kGulm = "gulm";
     static final String kOsgiProxy = "osgi_proxy";
     static final String kCwmp = "cwmp";
+    static final String kIgmp = "igmp";
 
     private Gateway() {}
 

@@ -6,10 +6,12 @@ import com.google.gson.JsonArray;
 import com.google.gson.JsonElement;
 import com.google.gson.JsonObject;
 import java.io.IOException;
+import java.io.UncheckedIOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.function.Consumer;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import java.util.stream.StreamSupport;
@@ -74,9 +76,63 @@ final class Home {
                 "protocol", "client");
     }
 
-    /** Writes the home that is now, but with hosts of {@link Lan#manyMac}, into a file. */
-    static Path withHosts(Path file, int iCount) throws IOException {
+    List<String> connections() {
+        return list("wan", "index", "name");
+    }
+
+    /** The devices that have connections: device and connection device. */
+    List<String> connectionDevices() {
+        return list("wanDevices", "deviceInstance", "connDeviceInstance");
+    }
+
+    List<String> ipv4Routes() {
+        return list("routes.ipv4", "id", "destination", "mask", "gateway", "lanInterface",
+                "connection");
+    }
+
+    List<String> ipv6Routes() {
+        return list("routes.ipv6", "id", "prefix", "nextHop", "interface");
+    }
+
+    /** The LAN ports and what they are bound to. */
+    List<String> ports() {
+        return list("lanPorts", "port", "mode", "bind");
+    }
+
+    /** The SSIDs that were ever bound. */
+    List<String> ssids() {
+        return list("ssidBindings", "ssid", "mode", "bind");
+    }
+
+    /** What a connection is set to, as JSON. */
+    String settings(int iWan) {
+        for (JsonElement wan : home.getAsJsonArray("wan")) {
+            if (wan.getAsJsonObject().get("index").getAsInt() == iWan) {
+                return kGson.toJson(wan.getAsJsonObject().get("settings"));
+            }
+        }
+        throw new AssertionError(String.format("no connection 0x%x", iWan));
+    }
+
+    /** Ends the gateway and starts it with the home that is now, but changed. */
+    static void startOverWith(Consumer<JsonObject> change) {
         JsonObject home = now().home;
+        change.accept(home);
+        try {
+            Path file = Files.createTempFile("home-", ".json");
+            try {
+                Gateway.startOver("--home",
+                        Files.writeString(file, kGson.toJson(home)).toString());
+            } finally {
+                Files.delete(file);
+            }
+        } catch (IOException e) {
+            throw new UncheckedIOException(e);
+        }
+    }
+
+    /** Replaces the hosts of a home by those of {@link Lan#manyMac}. */
+    static void putHosts(JsonObject home, int iCount) {
         JsonArray hosts = home.getAsJsonArray("hosts");
         JsonObject model = hosts.get(0).getAsJsonObject();
         JsonArray many = new JsonArray();
@@ -90,7 +146,6 @@ final class Home {
             many.add(host);
         }
         home.add("hosts", many);
-        return Files.writeString(file, kGson.toJson(home));
     }
 
     /** The values of one member in the list of an answer. */

@@ -52,43 +52,15 @@ enum LanMethod implements GatewayMethod {
                     + " ] } ] }",
             "{\"Result\":-1}");
 
-    private final List<String> processes;
-    private final int iRpc;
-    private final Supplier<Object> call;
-    private final Object golden;
-    private final Object failure;
+    private final Query query;
 
     LanMethod(List<String> processes, int iRpc, Supplier<Object> call, Object golden,
             Object failure) {
-        this.processes = processes;
-        this.iRpc = iRpc;
-        this.call = call;
-        this.golden = golden;
-        this.failure = failure;
+        query = new Query(processes, iRpc, call, golden, failure);
     }
 
     @Override
-    public List<String> processes() {
-        return processes;
-    }
-
-    @Override
-    public int rpc() {
-        return iRpc;
-    }
-
-    @Override
-    public Object call() {
-        return call.get();
-    }
-
-    @Override
-    public boolean isSuccess(Object answer) {
-        return golden.equals(answer);
-    }
-
-    @Override
-    public boolean isFailure(Object answer) {
-        return failure.equals(answer);
+    public Query query() {
+        return query;
     }
 }

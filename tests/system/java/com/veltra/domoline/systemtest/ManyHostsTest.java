@@ -2,9 +2,6 @@ package com.veltra.domoline.systemtest;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
-import java.io.IOException;
-import java.nio.file.Files;
-import java.nio.file.Path;
 import java.util.Arrays;
 import java.util.List;
 import org.junit.jupiter.api.AfterAll;
@@ -41,13 +38,8 @@ class ManyHostsTest {
 
     @ParameterizedTest
     @ValueSource(ints = {128, 2000})
-    void aLargeHomeIsListedWhole(int iHosts) throws IOException {
-        Path home = Files.createTempFile("home-", ".json");
-        try {
-            Gateway.startOver("--home", Home.withHosts(home, iHosts).toString());
-        } finally {
-            Files.delete(home);
-        }
+    void aLargeHomeIsListedWhole(int iHosts) {
+        Home.startOverWith(home -> Home.putHosts(home, iHosts));
         List<String> all = Arrays.asList(Lan.manyMacs(iHosts));
 
         String answer = Lan.kHosts.getLANHostInfoByMAC(null);

@@ -23,7 +23,9 @@ class TimeoutTest {
             DeviceMethod.UP_TIME, DeviceMethod.PASSWORD, DeviceMethod.SSID_NAME, DeviceMethod.OUI);
     private static final List<GatewayMethod> kHasty = List.of(LanMethod.ADDRESS,
             LanMethod.GATEWAY_NAME, LanMethod.ALL_HOSTS, LanMethod.STATISTICS,
-            LanMethod.FILTER_MODE, LanMethod.SPEED_LIMITS, LanMethod.PORT_MAPPINGS);
+            LanMethod.FILTER_MODE, LanMethod.SPEED_LIMITS, LanMethod.PORT_MAPPINGS,
+            WanMethod.WAN_LIST, WanMethod.WAN_INFO, WanMethod.PON_PHYSICAL, WanMethod.IPV4_STATIC,
+            WanMethod.IPV6_CURRENT, WanMethod.VLAN_BINDINGS, WanMethod.IPTV_STATUS);
 
     @BeforeAll
     static void attach() {
