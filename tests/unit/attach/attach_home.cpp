@@ -177,6 +177,13 @@ Requests AttachTest::Sent() {
     return astSent;
 }
 
+void AttachTest::ExpectSent(const Requests &astWanted, const std::string &sLastBytes) {
+    const Requests astSent = Sent();
+    ASSERT_EQ(astSent, astWanted);
+    EXPECT_EQ(astSent.back().sRequest, sLastBytes);
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
 std::vector<std::string> AttachTest::Traces(const std::string &sStart) const {
     std::vector<std::string> asFound;
     for (const TraceRecord &stTrace : stPlatform.astTraces) {

@@ -99,6 +99,9 @@ class AttachTest : public BridgeTest {
 
     /// What was asked since the last call; checks the rest of each header, and the time-out.
     Requests Sent();
+    /// Expects these requests and no fault, and the last of them once more as bytes that no helper
+    /// has written.
+    void ExpectSent(const Requests &astWanted, const std::string &sLastBytes);
     /// The texts of the traces that start like this.
     std::vector<std::string> Traces(const std::string &sStart) const;
 

@@ -13,31 +13,24 @@ class SpeedLimitTest : public AttachTest {};
 TEST_F(SpeedLimitTest, AKnownHostGetsNewLimitsInItsRecord) {
     stHome.astRecords = {{5, kMacB}, {6, kMacA, 7, 0, 100, 200, 30, 40, 0x11223344}};
     EXPECT_EQ(VT_JNI_setLANHostSpeedLimit(kMacA, 0x01020304, 0xFFFFFFFF), 0u);
-    const Requests astSent = Sent();
-    EXPECT_EQ(astSent,
-              FilterRequests() + ListRequests({5, 6}) +
-                  SetRequest({6, kMacA, 1, 0, 0x01020304, 0xFFFFFFFF, 30, 40, 0x11223344}, 0x3D));
-    // The same once more, without any helper.
-    EXPECT_EQ(astSent.back().sRequest,
-              std::string("\x06\0\0\0"
-                          "02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\x01\0\0\0\0\0\0\0\x04\x03\x02\x01\xFF\xFF\xFF\xFF\x1E\0\0\0\x28\0\0\0"
-                          "\x44\x33\x22\x11\x06\0\0\0\x3D\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                          84));
-    EXPECT_TRUE(stPlatform.astFaults.empty());
+    ExpectSent(FilterRequests() + ListRequests({5, 6}) +
+                   SetRequest({6, kMacA, 1, 0, 0x01020304, 0xFFFFFFFF, 30, 40, 0x11223344}, 0x3D),
+               std::string("\x06\0\0\0"
+                           "02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                           "\x01\0\0\0\0\0\0\0\x04\x03\x02\x01\xFF\xFF\xFF\xFF\x1E\0\0\0\x28\0\0\0"
+                           "\x44\x33\x22\x11\x06\0\0\0\x3D\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+                           84));
 }
 
 TEST_F(SpeedLimitTest, AnUnknownHostGetsARecord) {
     stHome.astRecords = {{5, kMacB}};
     EXPECT_EQ(VT_JNI_setLANHostSpeedLimit(kMacA, 1000, 2000), 0u);
-    const Requests astSent = Sent();
-    EXPECT_EQ(astSent, FilterRequests() + ListRequests({5}) +
-                           AddRequest({0, kMacA, 1, 1, 1000, 2000}, 0xFF));
-    EXPECT_EQ(astSent.back().sRequest,
-              std::string("02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\x01\0\0\0\x01\0\0\0\xE8\x03\0\0\xD0\x07\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\0\0\0\0\xFF\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                          80));
+    ExpectSent(
+        FilterRequests() + ListRequests({5}) + AddRequest({0, kMacA, 1, 1, 1000, 2000}, 0xFF),
+        std::string("02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                    "\x01\0\0\0\x01\0\0\0\xE8\x03\0\0\xD0\x07\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                    "\0\0\0\0\xFF\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+                    80));
 }
 
 TEST_F(SpeedLimitTest, LimitsThatAHostHasAreNotSent) {

@@ -33,29 +33,23 @@ TEST_F(StorageRightTest, BarringNobodyAsksNobody) {
 TEST_F(StorageRightTest, BarringSendsTheRecordAsItWasReadWithTheRightsReplaced) {
     stHome.astRecords = {{5, kMacB}, {6, kMacA, 7, 1, 100, 200, 30, 40, 0x11223344}};
     EXPECT_EQ(Bar({kMacA}), 0u);
-    const Requests astSent = Sent();
-    EXPECT_EQ(astSent, FilterRequests() + ListRequests({5, 6}) +
-                           SetRequest({6, kMacA, 1, 0, 100, 200, 30, 40, 0x11223344}, 0x0F));
-    // The same once more, without any helper.
-    EXPECT_EQ(astSent.back().sRequest,
-              std::string("\x06\0\0\0"
-                          "02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\x01\0\0\0\0\0\0\0\x64\0\0\0\xC8\0\0\0\x1E\0\0\0\x28\0\0\0"
-                          "\x44\x33\x22\x11\x06\0\0\0\x0F\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                          84));
-    EXPECT_TRUE(stPlatform.astFaults.empty());
+    ExpectSent(FilterRequests() + ListRequests({5, 6}) +
+                   SetRequest({6, kMacA, 1, 0, 100, 200, 30, 40, 0x11223344}, 0x0F),
+               std::string("\x06\0\0\0"
+                           "02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                           "\x01\0\0\0\0\0\0\0\x64\0\0\0\xC8\0\0\0\x1E\0\0\0\x28\0\0\0"
+                           "\x44\x33\x22\x11\x06\0\0\0\x0F\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+                           84));
 }
 
 TEST_F(StorageRightTest, BarringAHostWithoutARecordMakesOne) {
     stHome.astRecords = {{5, kMacB}};
     EXPECT_EQ(Bar({kMacA}), 0u);
-    const Requests astSent = Sent();
-    EXPECT_EQ(astSent, FilterRequests() + ListRequests({5}) + AddRequest({0, kMacA, 1, 0}, 0x0F));
-    EXPECT_EQ(astSent.back().sRequest,
-              std::string("02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\x01\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
-                          "\x0F\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                          80));
+    ExpectSent(FilterRequests() + ListRequests({5}) + AddRequest({0, kMacA, 1, 0}, 0x0F),
+               std::string("02:00:00:00:00:0A\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                           "\x01\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"
+                           "\x0F\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+                           80));
     EXPECT_EQ(stHome.astRecords, (std::vector<Record>{{5, kMacB}, {900, kMacA, 1, 0}}));
 }
 

@@ -7,10 +7,9 @@ import java.util.ArrayList;
 import java.util.Collections;
 import java.util.List;
 import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
@@ -19,24 +18,16 @@ import org.junit.jupiter.params.provider.ValueSource;
  * gateway. In the rows below a MAC address is followed by the internet right, the storage right,
  * and the limits up and down.
  */
+@ExtendWith(AttachedGateway.class)
 class AttachControlTest {
     private static final int kAddRecord = 0x47209096;
     private static final int kSetRecord = 0x47209097;
 
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
     @BeforeEach
     void newGateway() {
-        // Those that these tests ask.
-        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kCwmp);
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
+        // Those that these tests ask, and those that the home is not whole without.
+        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kCwmp,
+                Gateway.kIgmp);
     }
 
     @AfterAll

@@ -9,25 +9,15 @@ import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceInfoQueryServic
 import java.time.Duration;
 import java.util.List;
 import java.util.stream.Collectors;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.MethodSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** What Java sees when the gateway's processes are away, refuse, or answer nonsense. */
+@ExtendWith(AttachedGateway.class)
 class FailureTest {
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
     static List<GatewayMethod> askingMethods() {
         return GatewayMethod.all()
                 .stream()

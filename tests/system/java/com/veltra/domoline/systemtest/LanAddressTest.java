@@ -3,25 +3,20 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** The gateway's own address on the LAN, and its DHCP server. */
+@ExtendWith(AttachedGateway.class)
 class LanAddressTest {
     private static final int kSetAddress = 0x47209098;
     private static final int kSetDhcp = 0x47209099;
 
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
     @AfterEach
     void putBack() {
-        Gateway.clear();
         assertEquals(0, Lan.kAddressConfig.setLANHostIP("192.168.1.1", "255.255.255.0"));
         assertEquals(0, setDhcp("TRUE", "192.168.1.2", "192.168.1.254"));
         LanMethod.ADDRESS.assertSucceeds();

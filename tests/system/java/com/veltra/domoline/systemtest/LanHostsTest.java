@@ -3,28 +3,18 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.EnumSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** Who is on the LAN, and the names of the gateway and of the hosts. */
+@ExtendWith(AttachedGateway.class)
 class LanHostsTest {
     private static final int kSetHostName = 0x4720909D;
     private static final int kSetGatewayName = 0x4720909E;
     private static final String kGuest = "02:A1:B2:00:20:09";
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
 
     @ParameterizedTest
     @EnumSource(LanMethod.class)

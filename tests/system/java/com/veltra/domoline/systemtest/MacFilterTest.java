@@ -9,8 +9,8 @@ import java.util.Collections;
 import java.util.List;
 import java.util.function.ToIntFunction;
 import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
@@ -18,6 +18,7 @@ import org.junit.jupiter.params.provider.ValueSource;
  * The MAC filter. The home has the wireless networks 1, 2 and 5, of which the second is kept out of
  * the filter.
  */
+@ExtendWith(AttachedGateway.class)
 class MacFilterTest {
     private static final int kAddWired = 0x47209092;
     private static final int kDeleteWired = 0x47209093;
@@ -26,14 +27,8 @@ class MacFilterTest {
     private static final int kSetMode = 0x47209091;
     private static final int kIsExcluded = 0x49350180;
 
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
     @AfterEach
     void putBack() {
-        Gateway.clear();
         Gateway.set("macFilter.mode", "0");
         Gateway.set("macFilter.status", "0");
         assertEquals(0, unblock());

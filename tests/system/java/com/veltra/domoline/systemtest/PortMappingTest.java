@@ -4,13 +4,14 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.util.List;
 import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** Port mappings. The home as shipped has one, for its first WAN connection. */
+@ExtendWith(AttachedGateway.class)
 class PortMappingTest {
     private static final int kGetWan = 0x47301049;
     private static final int kGetMapping = 0x47309010;
@@ -19,14 +20,8 @@ class PortMappingTest {
     private static final int kSwitch = 0x4720909C;
     private static final String kShipped = row(1, Lan.kFirst, "true 8443 443 TCP 192.168.1.10");
 
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
     @AfterEach
     void putBack() {
-        Gateway.clear();
         for (String row : Home.now().list("portMapping", "id", "wanIndex")) {
             int iId = Integer.parseInt(row.split(" ")[0]);
             if (iId != 1) {
