@@ -58,6 +58,9 @@ TEST_F(WanSecretsTest, WhateverTheTextLooksLike) {
         "{\"Password\":\"" + kPassword + "\\x\"}",
         "{\"Password\":\"" + kPassword + sLong + "\"}",
         "{\"Password\":\"" + sLong + kPassword + "\"}",
+        "{\"Password\":\"" + kPassword + "\\n" + sLong + "\"}",
+        "[\"" + kPassword + "\"",
+        "[\"" + kPassword + "\" x",
         "{\"Password\":\"" + kPassword + "\",\"Password\":\"\"}",
         "{\"Password\":\"\",\"Password\":\"" + kPassword + "\"}",
         "{\"Password\":[\"" + kPassword + "\",{\"a\":\"" + kUser + "\"}],\"Password\":1}",
@@ -108,6 +111,24 @@ TEST_F(WanSecretsTest, SecretsDoNotStayOnTheStack) {
     EXPECT_FALSE(Keeps("{" + kCredentials + "}x", -1));
     Refuse(kSet);
     EXPECT_FALSE(Keeps("{" + kCredentials + "}", -1));
+}
+
+TEST_F(WanSecretsTest, WhateverFailsAfterSecretsInAnArray) {
+    const std::string sJson = "{\"a\":[\"" + kUser + "\",\"" + kPassword + "\",{\"b\":[\"" +
+                              kPassword + "\",\"c\",\"d\"]},\"e\"],\"f\":\"g\"}";
+    jint iResult = 0;
+    Subject stSubject;
+    stSubject.sName = "setWANIf of an array";
+    stSubject.fnFurnish = FurnishWanConfig;
+    stSubject.fnCall = [&](FakeJni &stJni) {
+        iResult = WAP_METHOD(WanConfig, setWANIf)(&stJni, stJni.JavaObject(), kWan,
+                                                  stJni.JavaText(FromUtf8(sJson)));
+    };
+    stSubject.fnOutcome = [&](FakeJni &) { return std::to_string(iResult); };
+    stSubject.sGood = "0";
+    stSubject.fnAllowed = [](const FaultPlan &) -> std::set<std::string> { return {"0", "-1"}; };
+    const OpCounts auiCounts = SweepFaults(stSubject);
+    EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 20u);
 }
 
 // Every single fault: nothing may stay, and a setting must not get lost without a word.
