@@ -18,7 +18,7 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * by any number of threads. Each asks one process of the gateway and waits for the answer, 5
  * seconds at most; a process that is not running makes it fail without waiting. No method throws
  * because of the gateway's state, and none returns null unless the virtual machine runs out of
- * memory.
+ * memory. The examples stand on several lines where the answer is one.
  */
 public class AccessInfoQueryServiceJNI {
     static {
@@ -31,7 +31,7 @@ public class AccessInfoQueryServiceJNI {
     /**
      * Lists the WAN connections, at most eight. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example answer, which is one line:
+     * <p>Example answer:
      *
      * <pre>{@code
      * { "Result": 0, "List": [ { "Index": 269488129, "Name": "1_INTERNET_R_VID_100" },
@@ -54,7 +54,7 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example: {@code getWANIfStats(0x10101001)} answers
      *
      * <pre>{@code
-     * {"Result":0, "UsBytes":1048576, "DsBytes":8388608}
+     * {"Result":0,"UsStats":52428800,"DsStats":734003200}
      * }</pre>
      *
      * @param iWanIndex the WAN connection
@@ -69,8 +69,10 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example: {@code getWANIfInfo(0x10101001)} answers
      *
      * <pre>{@code
-     * {"Result":0, "Name":"1_INTERNET_R_VID_100", "ConnectionStatus":"Connected",
-     *   "ExternalIPAddress":"203.0.113.20"}
+     * {"Result":0,"Index":269488129,"Name":"1_INTERNET_R_VID_100","ConnectionType":"IP_Routed",
+     *   "ServiceList":"INTERNET","LanInterface":"","VLANMode":"2","VLANIDMark":"100","802-1pMark":"",
+     *   "MulticastVlan":"","IPMode":"3","NATEnabled":"TRUE","AddressingType":"DHCP",
+     *   "DNSEnabled":"TRUE"}
      * }</pre>
      *
      * @param iWanIndex the WAN connection
@@ -85,7 +87,7 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example: {@code getWanIfBandwidth(0x10101001)} answers
      *
      * <pre>{@code
-     * {"Result":0, "UsBandwidth":100000, "DsBandwidth":1000000}
+     * {"Result":0,"UsBandwidth":1250000000,"DsBandwidth":2500000000}
      * }</pre>
      *
      * @param iWanIndex the WAN connection
@@ -100,7 +102,10 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example: {@code getWANIfStatus(0x10101001)} answers
      *
      * <pre>{@code
-     * {"Result":0, "ConnectionStatus":"Connected"}
+     * {"Result":0,"ConnectionStatus":"Connected","ExternalIPAddress":"203.0.113.10",
+     *   "SubnetMask":"255.255.255.0","DefaultGateway":"203.0.113.1",
+     *   "DNSServers":"192.0.2.53,192.0.2.54","IPv6IPAddress":"2001:db8:0:1::10",
+     *   "IPv6DNSServers":"2001:db8::53,2001:db8::54"}
      * }</pre>
      *
      * @param iWanIndex the WAN connection
@@ -126,8 +131,8 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * {"Result":0, "TXPower": 2, "RXPower": -18,"TransceiverTemperature": 45,
-     *   "SupplyVottage": 3300,"BiasCurrent": 12}
+     * {"Result":0,"TXPower":2150,"RXPower":-18200,"TransceiverTemperature":45,
+     *   "SupplyVottage":3300,"BiasCurrent":12}
      * }</pre>
      *
      * <p>The spelling of {@code SupplyVottage} is the interface's.
@@ -157,7 +162,7 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * {"Result":0, "RegisterStatus": "REG_AUTH"}
+     * {"Result":0,"RegisterStatus":"REG_AUTH"}
      * }</pre>
      *
      * @return the process's text, at most 128 bytes; a text with the status {@code NO_REG_NO_AUTH}
@@ -173,7 +178,7 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * {"Result":0, "UsStats": 1048576, "DsStats": 8388608}
+     * {"Result":0,"UsStats":53739520,"DsStats":5031600128}
      * }</pre>
      *
      * @return the process's text, at most 128 bytes;
