@@ -31,8 +31,8 @@ public class WanConfigServiceJNI {
      * {@code osgi_proxy} for the new one, at most 5 seconds each.
      *
      * <p>Whether the VLAN is taken shows in the names of the connections, such as {@code
-     * 2_INTERNET_B_VID_200}. They are looked at in the order of the list, up to the first that names
-     * no VLAN.
+     * 2_INTERNET_B_VID_200}. They are looked at in the order of the list, up to the first that
+     * names no VLAN.
      *
      * <p>Example: {@code addWANIf("2", "200", "IP_Routed")} answers {@code 269492225}, the
      * index {@code 0x10102001} that the gateway chose.
@@ -43,8 +43,8 @@ public class WanConfigServiceJNI {
      * @param sConnectionType {@code "IP_Routed"}, {@code "IP_Bridged"}, {@code "PPPoE_Bridged"} or
      *     {@code "PPPoE_Routed"}, in upper or lower case; not null
      * @return the new connection's WAN index; -2 when a connection has the VLAN already; -1 when an
-     *     argument is missing or out of its bounds (nobody is asked then), or when a process doesn't
-     *     answer or refuses
+     *     argument is missing or out of its bounds (nobody is asked then), or when a process
+     *     doesn't answer or refuses
      */
     public native int addWANIf(String sVlanMode, String sVlan, String sConnectionType);
 
@@ -86,8 +86,8 @@ public class WanConfigServiceJNI {
      * "FALSE"}, in upper case.
      *
      * @param iWanIndex the WAN connection
-     * @param sJson the settings, strictly JSON: nothing behind the object, names and texts in double
-     *     quotes, 32 levels at most; not null, not empty
+     * @param sJson the settings, strictly JSON: nothing behind the object, names and texts in
+     *     double quotes, 32 levels at most; not null, not empty
      * @return 0, also for an object without any of the settings; -1 when the text is missing or no
      *     JSON, when a setting is out of its bounds, when another connection serves {@code TR069}
      *     already, when a process doesn't answer or refuses, or when memory runs out. A failure may

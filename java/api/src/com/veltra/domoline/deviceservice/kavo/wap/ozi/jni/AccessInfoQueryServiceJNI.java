@@ -70,9 +70,9 @@ public class AccessInfoQueryServiceJNI {
      *
      * <pre>{@code
      * {"Result":0,"Index":269488129,"Name":"1_INTERNET_R_VID_100","ConnectionType":"IP_Routed",
-     *   "ServiceList":"INTERNET","LanInterface":"","VLANMode":"2","VLANIDMark":"100","802-1pMark":"",
-     *   "MulticastVlan":"","IPMode":"3","NATEnabled":"TRUE","AddressingType":"DHCP",
-     *   "DNSEnabled":"TRUE"}
+     *   "ServiceList":"INTERNET","LanInterface":"","VLANMode":"2","VLANIDMark":"100",
+     *   "802-1pMark":"","MulticastVlan":"","IPMode":"3","NATEnabled":"TRUE",
+     *   "AddressingType":"DHCP","DNSEnabled":"TRUE"}
      * }</pre>
      *
      * @param iWanIndex the WAN connection
