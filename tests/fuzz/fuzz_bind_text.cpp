@@ -17,11 +17,10 @@ struct Pair {
     long long iWan = 0;
 
     bool Reads(const std::string &sText) {
-        // The C library's own scanning, in a width that no 128 bytes overflow without its saying.
-        return std::sscanf(sText.c_str(), "%lld/%lld", &iUser, &iWan) >=
-                   1 &&  // NOLINT(cert-err34-c)
-               iUser >= 1 &&
-               iUser <= 4094 && iWan >= 1 && iWan <= 4094;
+        // The C library's own scanning; numbers too large for it become its largest.
+        // NOLINTNEXTLINE(cert-err34-c)
+        const int iItems = std::sscanf(sText.c_str(), "%lld/%lld", &iUser, &iWan);
+        return iItems >= 1 && iUser >= 1 && iUser <= 4094 && iWan >= 1 && iWan <= 4094;
     }
 };
 

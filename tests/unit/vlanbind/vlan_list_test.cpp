@@ -1,6 +1,7 @@
 // The list of the bindings of all LAN ports and SSIDs.
 #include <json-c/json.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,13 +45,13 @@ class VlanListTest : public VlanBindTest {
         char *pcText = nullptr;
         EXPECT_EQ(VT_JNI_GetAllVlanBind(&pcText), uiWanted);
         EXPECT_EQ(pcText == nullptr, uiWanted != 0);
-        const std::string sText = pcText == nullptr ? "" : pcText;
+        std::string sText = pcText == nullptr ? "" : pcText;
         VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
         return sText;
     }
 
     /// Answers the query about each port with what the function makes of its number.
-    void AnswerEachPort(std::function<Reply(uint32_t)> fnReply) {
+    void AnswerEachPort(const std::function<Reply(uint32_t)> &fnReply) {
         stPlatform.fnReply = [=](const RpcRecord &stRpc) -> std::optional<Reply> {
             if (stRpc.uiRpcId != kAskLanBind) {
                 return std::nullopt;
