@@ -155,26 +155,28 @@ uint32_t wap::ParseConnectionName(const char *pcName, uint32_t *puiWanIndex) {
         return Recorded(WAP_SPOT, kErrNoName, uiLength);
     }
     const char *pcAt = acName + kWanWordLength;
-    const uint32_t uiWanDev = ReadNumber(pcAt);
-    uint32_t uiConnDev = kNoNumber;
+    WanPlace stPlace = {0, ReadNumber(pcAt), kNoNumber, kNoNumber};
     if (*pcAt == '.') {
         ++pcAt;
-        uiConnDev = ReadNumber(pcAt);
+        stPlace.uiConnDev = ReadNumber(pcAt);
     }
     const char *pcPoint = strrchr(acName, '.');
     const char *pcNumber = FindConnectionNumber(pcPoint);
     if (pcNumber == nullptr) {
-        return Recorded(WAP_SPOT, kErrNoName, uiWanDev, uiConnDev);
+        return Recorded(WAP_SPOT, kErrNoName, stPlace.uiWanDev, stPlace.uiConnDev);
     }
     const char *pcWord = pcPoint + 1;
-    const uint32_t uiKind = KindOf(pcWord, static_cast<uint32_t>(pcNumber - pcWord));
-    const uint32_t uiConnIns = ReadNumber(pcNumber);
-    if (uiKind == 0 || uiWanDev == kNoNumber || uiConnDev == kNoNumber || uiConnIns == kNoNumber) {
-        return Recorded(WAP_SPOT, kErrNoName, uiWanDev, uiConnDev, uiConnIns);
+    stPlace.uiKind = KindOf(pcWord, static_cast<uint32_t>(pcNumber - pcWord));
+    stPlace.uiConnIns = ReadNumber(pcNumber);
+    if (stPlace.uiKind == 0 || stPlace.uiWanDev == kNoNumber || stPlace.uiConnDev == kNoNumber ||
+        stPlace.uiConnIns == kNoNumber) {
+        return Recorded(WAP_SPOT, kErrNoName, stPlace.uiWanDev, stPlace.uiConnDev,
+                        stPlace.uiConnIns);
     }
     // 8 bits of the last number, though an index has room for 12: those who number the connections
     // of routes count on the narrow form.
-    *puiWanIndex = PackWanIndex(uiKind, uiWanDev, uiConnDev, uiConnIns & 0xFF);
+    *puiWanIndex =
+        PackWanIndex(stPlace.uiKind, stPlace.uiWanDev, stPlace.uiConnDev, stPlace.uiConnIns & 0xFF);
     return 0;
 }
 

@@ -224,7 +224,8 @@ class PrefixTest : public BridgeTest {
         return "";
     }
 
-    static std::string Bytes(std::string sHead, std::string sTail, uint32_t uiLength) {
+    static std::string Bytes(const std::string &sHead, const std::string &sTail,
+                             uint32_t uiLength) {
         return sHead + std::string(16 - sHead.size() - sTail.size(), '\0') + sTail + Word(uiLength);
     }
 };
