@@ -14,10 +14,9 @@ final class Wan {
     static final int kManagement = 0x20104001;
     /** Indexes of connections that are made: each gets the next connection device. */
     static final int kFifthIp = 0x10105001;
-    static final int kFifthPpp = 0x20105001;
-    static final int kSixthIp = 0x10106001;
     static final int kSixthPpp = 0x20106001;
     static final int kSeventhIp = 0x10107001;
+    static final int kSecondPpp = 0x20102001;
 
     static final String kInternetName = "1_INTERNET_R_VID_100";
     static final String kOtherName = "2_OTHER_R_VID_200";
@@ -34,6 +33,12 @@ final class Wan {
     static final String kFailed = Lan.kFailed;
 
     private Wan() {}
+
+    /** Starts over with the processes that hold the home. */
+    static void startOver() {
+        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kIgmp,
+                Gateway.kCwmp);
+    }
 
     /** An element of the list of connections. */
     static String entry(int iIndex, String name) {
