@@ -56,11 +56,15 @@ class ConsoleProgramTest {
     void tourCallsEveryQuery() {
         Gateway.Result result = console(null);
         assertEquals(0, result.iExit, result.err);
-        assertTrue(result.out.endsWith("\n20 methods, 0 failed, 3 left out\n"), result.out);
+        assertTrue(result.out.endsWith("\n36 methods, 0 failed, 3 left out\n"), result.out);
         for (String answer : List.of("SH-GW100", "02:A1:B2:00:10:01", "sim-web-pass", "02A1B2",
                      "\"DevName\": \"living-room-tv\"", "\"RxBytes\": 2147483648",
                      "getMacFilterMode\n0\n", "\"WANName\": \"1_INTERNET_R_VID_100\"",
-                     "left out: needs arguments, String getLANHostSpeed(String)")) {
+                     "\"DestIPPrefix\": \"2001:db8:100::/48\"",
+                     "getIPTVStatus\nIPTV_BUSSINESS_OK\n",
+                     "\"RegisterStatus\": \"REG_AUTH\"", "\"LanInterface\": \"SSID5\"",
+                     "\"NATEnabled\": \"TRUE\"",
+                     "left out: needs arguments, String getLANHostSpeed(String sMac)")) {
             assertTrue(result.out.contains(answer), answer + " is missing in " + result.out);
         }
     }
@@ -75,8 +79,8 @@ class ConsoleProgramTest {
         assertTrue(result.err.contains("gatewayctl status"), result.err);
         Gateway.Result tour = console(empty, "tour");
         assertEquals(1, tour.iExit);
-        // The gateway's name is empty then, which is no failure.
-        assertTrue(tour.out.endsWith("\n20 methods, 16 failed, 3 left out\n"), tour.out);
+        // The gateway's name and the list of connections are empty then, which is no failure.
+        assertTrue(tour.out.endsWith("\n36 methods, 31 failed, 3 left out\n"), tour.out);
     }
 
     @Test
@@ -112,6 +116,9 @@ class ConsoleProgramTest {
         assertEquals("false", Home.now().list("portMapping", "enabled").get(0));
         assertEquals("0\n", console(null, "call", "setPortMappingSwitch", wan, "1", "true").out);
         assertEquals("true", Home.now().list("portMapping", "enabled").get(0));
+        assertEquals("0\n", console(null, "call", "setWANIf", wan, "{\"VLANIDMark\":\"101\"}").out);
+        assertEquals("1_INTERNET_R_VID_101", Home.now().list("wan", "name").get(0));
+        assertEquals("0\n", console(null, "call", "setWANIf", wan, "{\"VLANIDMark\":\"100\"}").out);
         Gateway.Result refused =
                 console(null, "call", "addPortMapping", wan, "8443", "1", "TCP", "192.168.1.11");
         assertEquals("-2\n", refused.out);
