@@ -52,10 +52,11 @@ final class Verbs {
     static final class Services extends Verb {
         @Override
         int run() throws UsageException {
+            int iWidth = catalog().classNames().stream().mapToInt(String::length).max().orElse(1);
             for (String name : catalog().classNames()) {
                 int iMethods = catalog().methodsOf(catalog().findClass(name)).size();
-                out().printf(
-                        "%-36s %3d %s%n", name, iMethods, iMethods == 1 ? "method" : "methods");
+                out().printf("%-" + iWidth + "s %3d %s%n", name, iMethods,
+                        iMethods == 1 ? "method" : "methods");
             }
             return Console.kDone;
         }

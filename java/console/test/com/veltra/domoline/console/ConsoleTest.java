@@ -69,7 +69,7 @@ class ConsoleTest {
     @Test
     void listingsPrintToTheOutput() {
         assertEquals(0, console.execute("services"));
-        assertTrue(out.toString().contains("JNINativeMethods                       1 method\n"));
+        assertTrue(out.toString().contains("\nJNINativeMethods                         1 method\n"));
         assertEquals(0, console.execute("methods", "DeviceInfoQueryServiceJNI"));
         assertTrue(out.toString().contains("\nint getCPUOccupancyRate(int iSample)\n"));
         assertEquals(0, console.execute("methods", "PortMappingConfigServiceJNI"));
