@@ -4,17 +4,13 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.EnumSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** How the WAN connections and the PON are doing. Each test begins with a new gateway. */
-class AccessInfoTest {
+class AccessInfoTest extends NewGatewayEachTime {
     private static final String kNoConnections = "{ \"Result\": 0, \"List\": [ ] }";
     private static final String kUnknownPhysical =
             "{\"Result\":-2, \"TXPower\": 0, \"RXPower\": 0,\"TransceiverTemperature\": 0,"
@@ -33,26 +29,6 @@ class AccessInfoTest {
             WanMethod.PON_PHYSICAL, WanMethod.PON_REGISTRATION, WanMethod.UPLINK_STATISTICS);
     private static final List<WanMethod> kPon = List.of(WanMethod.PON_PHYSICAL,
             WanMethod.PON_UP_TIME, WanMethod.PON_REGISTRATION, WanMethod.UPLINK_STATISTICS);
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static void faultAll(List<WanMethod> methods, String... what) {
         for (WanMethod method : methods) {

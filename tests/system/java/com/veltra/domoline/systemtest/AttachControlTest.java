@@ -6,10 +6,7 @@ import static org.junit.jupiter.api.Assertions.assertFalse;
 import java.util.ArrayList;
 import java.util.Collections;
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
@@ -18,22 +15,9 @@ import org.junit.jupiter.params.provider.ValueSource;
  * gateway. In the rows below a MAC address is followed by the internet right, the storage right,
  * and the limits up and down.
  */
-@ExtendWith(AttachedGateway.class)
-class AttachControlTest {
+class AttachControlTest extends NewGatewayEachTime {
     private static final int kAddRecord = 0x47209096;
     private static final int kSetRecord = 0x47209097;
-
-    @BeforeEach
-    void newGateway() {
-        // Those that these tests ask, and those that the home is not whole without.
-        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kCwmp,
-                Gateway.kIgmp);
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static int limit(String mac, int iUp, int iDown) {
         return Lan.kLimits.setLANHostSpeedLimit(mac, iUp, iDown);

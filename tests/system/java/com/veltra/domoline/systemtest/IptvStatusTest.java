@@ -3,14 +3,10 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.util.Set;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
 /** Whether IPTV works, in each of its words. Each test begins with a new gateway. */
-class IptvStatusTest {
+class IptvStatusTest extends NewGatewayEachTime {
     private static final int kGetWan = 0x47317140;
     private static final int kGetStatus = 0x47317145;
     private static final int kGetUsers = 0x47305019;
@@ -20,26 +16,6 @@ class IptvStatusTest {
     private static final String kWatched = "IPTV_BUSSINESS_OK";
     private static final String kIdle = "IPTV_BUSSINESS_NOK";
     private static final String kFailed = "";
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static void assertStatus(String word, String... change) {
         if (change.length != 0) {

@@ -6,16 +6,12 @@ import com.google.gson.JsonArray;
 import com.google.gson.JsonObject;
 import java.util.ArrayList;
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** Static routes, and the routes in force. Each test begins with a new gateway. */
-class RouteTest {
+class RouteTest extends NewGatewayEachTime {
     private static final int kGetIpv4 = 0x47304002;
     private static final int kGetIpv6 = 0x47100004;
     private static final int kGetWan = 0x47301049;
@@ -23,26 +19,6 @@ class RouteTest {
     private static final String kShipped4 = "2 10.20.0.0 255.255.0.0 203.0.113.1  wan1.1.ip1";
     private static final String kLan6 = "1 fd00:1::/64  br0";
     private static final String kShipped6 = "2 2001:db8:100::/48 2001:db8:0:1::1 wan1.1.ip1";
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static int add4(String destination, String mask, String gateway, String alias) {
         return Wan.kRoutes.addLayer3ForwardingStatic(destination, mask, gateway, alias);

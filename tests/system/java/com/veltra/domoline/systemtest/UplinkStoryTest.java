@@ -6,18 +6,19 @@ import java.util.List;
 import org.junit.jupiter.api.AfterAll;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 
 /**
  * A home changes its provider's services. After each thing that is done, every list tells it,
  * through Java and in the processes that own it; and they still do when these processes have
  * crashed and are back.
  */
+@ExtendWith(AttachedGateway.class)
 class UplinkStoryTest {
     private final UplinkState home = new UplinkState();
 
     @BeforeAll
-    static void attach() {
-        Gateway.attach();
+    static void newGateway() {
         Gateway.startOver();
     }
 

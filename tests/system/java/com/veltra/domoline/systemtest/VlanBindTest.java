@@ -5,16 +5,12 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import com.google.gson.JsonArray;
 import com.google.gson.JsonObject;
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** LAN ports and SSIDs and their VLANs. Each test begins with a new gateway. */
-class VlanBindTest {
+class VlanBindTest extends NewGatewayEachTime {
     private static final int kChange = 0x47209075;
     private static final int kGetPort = 0x47603122;
     private static final int kGetSsids = 0x47103093;
@@ -22,26 +18,6 @@ class VlanBindTest {
     private static final String kSsid1 = Wan.bound("SSID1", "");
     private static final String kSsid2 = Wan.bound("SSID2", "");
     private static final String kSsid5 = Wan.bound("SSID5", "");
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static int bind(String lanInterface, String pairs) {
         return Wan.kBinding.setVLANBind(lanInterface, pairs);

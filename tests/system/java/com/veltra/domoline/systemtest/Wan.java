@@ -34,12 +34,6 @@ final class Wan {
 
     private Wan() {}
 
-    /** Starts over with the processes that hold the home. */
-    static void startOver() {
-        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kIgmp,
-                Gateway.kCwmp);
-    }
-
     /** An element of the list of connections. */
     static String entry(int iIndex, String name) {
         return "{ \"Index\": " + iIndex + ", \"Name\": \"" + name + "\" }";

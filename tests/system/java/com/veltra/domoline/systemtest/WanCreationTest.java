@@ -6,16 +6,12 @@ import static org.junit.jupiter.api.Assertions.assertFalse;
 import com.google.gson.JsonArray;
 import com.google.gson.JsonObject;
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** WAN connections come and go. Each test begins with a new gateway. */
-class WanCreationTest {
+class WanCreationTest extends NewGatewayEachTime {
     private static final int kAdd = 0x47209076;
     private static final int kDelete = 0x47209077;
     private static final int kCountPpp = 0x47301012;
@@ -24,26 +20,6 @@ class WanCreationTest {
             Wan.kOther + " " + Wan.kOtherName, Wan.kIptv + " " + Wan.kIptvName,
             Wan.kManagement + " " + Wan.kManagementName);
     private static final List<String> kShippedDevices = List.of("1 1", "1 2", "1 3", "1 4");
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static int add(String vlanMode, String vlan, String type) {
         return Wan.kConfig.addWANIf(vlanMode, vlan, type);

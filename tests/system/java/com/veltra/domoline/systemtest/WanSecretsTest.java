@@ -6,29 +6,19 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import java.util.ArrayList;
 import java.util.List;
 import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 
 /**
  * Gives the secrets of this run away in every way that a setting can come through or fail. The
  * trace is on; the driver script then looks for them in all that the processes left behind.
  */
+@ExtendWith(AttachedGateway.class)
 class WanSecretsTest {
     private static final int kSet = 0x47209078;
     private static final int kSetIpv6Dns = 0x4730105A;
     private static final String kUser = Gateway.property("wap.secret.user");
     private static final String kPassword = Gateway.property("wap.secret.password");
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
 
     /** What was set must not stay in the gateway, which keeps the user's name. */
     @AfterAll
@@ -60,7 +50,8 @@ class WanSecretsTest {
     @Test
     void theyAreRefusedInTheirPlace() {
         // Too long, of another type, given as a name, and twice.
-        assertEquals(0, set(Wan.json("Username", kUser.repeat(9), "Password", kPassword.repeat(9))));
+        assertEquals(
+                0, set(Wan.json("Username", kUser.repeat(9), "Password", kPassword.repeat(9))));
         assertEquals(0, set("{\"Username\":[\"" + kUser + "\"],\"Password\":{\"a\":\"" + kPassword
                                    + "\"}}"));
         assertEquals(0, set(Wan.json(kUser, kPassword)));

@@ -5,16 +5,12 @@ import static org.junit.jupiter.api.Assertions.assertTimeout;
 
 import java.time.Duration;
 import java.util.List;
-import org.junit.jupiter.api.AfterAll;
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /** What WAN connections are set to. Each test begins with a new gateway. */
-class WanSettingsTest {
+class WanSettingsTest extends NewGatewayEachTime {
     private static final int kSet = 0x47209078;
     private static final int kAskIpDns = 0x4730100B;
     private static final int kAskIpv6Dns = 0x4930000F;
@@ -25,26 +21,6 @@ class WanSettingsTest {
             + "\"IPMode\":\"1\",\"NATEnabled\":\"TRUE\",\"AddressingType\":\"DHCP\","
             + "\"ExternalIPAddress\":\"198.51.100.20\",\"SubnetMask\":\"255.255.255.0\","
             + "\"DefaultGateway\":\"198.51.100.1\",\"DNSServers\":\"198.51.100.53\"}";
-
-    @BeforeAll
-    static void attach() {
-        Gateway.attach();
-    }
-
-    @BeforeEach
-    void newGateway() {
-        Wan.startOver();
-    }
-
-    @AfterEach
-    void clear() {
-        Gateway.clear();
-    }
-
-    @AfterAll
-    static void startOver() {
-        Gateway.startOver();
-    }
 
     private static int setJson(String json) {
         return Wan.kConfig.setWANIf(Wan.kOther, json);
