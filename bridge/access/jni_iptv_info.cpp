@@ -15,7 +15,7 @@ constexpr GeneralRoute kAskStatus = {"gulm", 321, kRpcGetIptvWanStatus};
 constexpr GeneralRoute kAskUsers = {"igmp", 54, kRpcGetMulticastUserNum};
 
 /// The service types of connections that carry IPTV. 12 is deliberately not among them, though it
-/// lies between them: "gulm" does not count it to IPTV either.
+/// lies between them.
 constexpr uint32_t kIptvServiceTypes[] = {7, 8, 9, 10, 11, 13, 14, 15, 16};
 
 bool CarriesIptv(uint32_t uiServiceType) {

@@ -7,6 +7,7 @@
 #include "common/jni_common.h"
 #include "common/report.h"
 #include "common/requests.h"
+#include "common/scan.h"
 #include "records/wan_record.h"
 #include "wan/jni_wan_info.h"
 
@@ -35,17 +36,11 @@ bool IsHexDigit(char cChar) {
     return IsDigit(cChar) || (cChar >= 'a' && cChar <= 'f') || (cChar >= 'A' && cChar <= 'F');
 }
 
-/// Reads digits, as many as there are, and moves behind them.
+/// Reads a number as an unsigned one of 32 bits, to which negative ones wrap, and moves behind it.
 uint32_t ReadNumber(const char *&pcAt) {
-    if (!IsDigit(*pcAt)) {
-        return kNoNumber;
-    }
-    uint64_t ulValue = 0;
-    for (; IsDigit(*pcAt); ++pcAt) {
-        ulValue = ulValue * 10 + static_cast<uint64_t>(*pcAt - '0');
-        ulValue = ulValue < kNoNumber ? ulValue : kNoNumber;
-    }
-    return static_cast<uint32_t>(ulValue);
+    int64_t lNumber = 0;
+    const bool bFits = ScanNumber(pcAt, lNumber) && lNumber > -kScanTooLarge && lNumber < kNoNumber;
+    return bFits ? static_cast<uint32_t>(lNumber) : kNoNumber;
 }
 
 /// The kind of connection that a word says; 0 for none.
@@ -61,8 +56,8 @@ uint32_t KindOf(const char *pcWord, uint32_t uiLength) {
 }
 
 /// Where the connection's own number begins behind the last point: from the second character on,
-/// and with one of these digits only. Deliberate: instances that begin with a 0 or a 9 don't exist,
-/// and the services name none so.
+/// and with one of these digits only. Deliberate: names whose last number begins with a 0 or a 9
+/// are not converted, though a connection may be called so.
 const char *FindConnectionNumber(const char *pcPoint) {
     if (pcPoint == nullptr || pcPoint[1] == '\0') {
         return nullptr;

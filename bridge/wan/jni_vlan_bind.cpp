@@ -8,6 +8,7 @@
 #include "common/owners.h"
 #include "common/report.h"
 #include "common/requests.h"
+#include "common/scan.h"
 #include "records/vlan_bind.h"
 
 using namespace wap;
@@ -27,59 +28,28 @@ bool HasText(const char *pcText) {
     return pcText != nullptr && pcText[0] != '\0';
 }
 
-bool IsBlank(char cChar) {
-    return cChar == ' ' || (cChar >= '\t' && cChar <= '\r');
-}
-
-bool IsDigit(char cChar) {
-    return cChar >= '0' && cChar <= '9';
-}
-
-/**
- * Reads an integer as scanning for "%d" does, blanks before it and a sign among that, and moves
- * behind it. One that is beyond every VLAN stays so, however many digits it has.
- */
-bool ReadNumber(const char *&pcAt, int32_t &iNumber) {
-    const char *pcChar = pcAt;
-    while (IsBlank(*pcChar)) {
-        ++pcChar;
-    }
-    const bool bNegative = *pcChar == '-';
-    if (bNegative || *pcChar == '+') {
-        ++pcChar;
-    }
-    if (!IsDigit(*pcChar)) {
-        return false;
-    }
-    int32_t iValue = 0;
-    for (; IsDigit(*pcChar); ++pcChar) {
-        iValue = iValue > kVlanLast ? iValue : iValue * 10 + (*pcChar - '0');
-    }
-    iNumber = bNegative ? -iValue : iValue;
-    pcAt = pcChar;
-    return true;
-}
-
 struct VlanPair {
-    int32_t iUser = 0;
-    int32_t iWan = 0;
+    int64_t lUser = 0;
+    int64_t lWan = 0;
 };
 
 /// Checks the pair that a text begins with. A text without a second number leaves that of the pair
 /// before it in place, deliberately: bundles that bind several VLANs to one WAN-side VLAN may say
 /// it once.
 uint32_t CheckPair(const char *pcText, VlanPair &stPair) {
-    if (!ReadNumber(pcText, stPair.iUser)) {
+    if (!ScanNumber(pcText, stPair.lUser)) {
         return Recorded(WAP_SPOT, kErrRefused);
     }
     if (*pcText == '/') {
         ++pcText;
-        (void)ReadNumber(pcText, stPair.iWan);
+        (void)ScanNumber(pcText, stPair.lWan);
     }
-    const int32_t aiVlans[] = {stPair.iUser, stPair.iWan};
-    for (const int32_t iVlan : aiVlans) {
-        if (iVlan < kVlanFirst || iVlan > kVlanLast) {
-            return Recorded(WAP_SPOT, kErrRefused, static_cast<uint32_t>(iVlan));
+    const int64_t alVlans[] = {stPair.lUser, stPair.lWan};
+    for (const int64_t lVlan : alVlans) {
+        if (lVlan < kVlanFirst || lVlan > kVlanLast) {
+            const bool bTooLarge = lVlan == kScanTooLarge || lVlan == -kScanTooLarge;
+            return Recorded(WAP_SPOT, kErrRefused,
+                            bTooLarge ? UINT32_MAX : static_cast<uint32_t>(lVlan));
         }
     }
     return 0;
@@ -126,7 +96,7 @@ uint32_t AddLanPort(json_object *pstList, uint32_t uiPort, uint32_t &uiRefusal) 
 
 /// Lists an SSID, whatever its mode.
 uint32_t AddSsid(json_object *pstList, const WlanVlanBind &stSsid, uint32_t &uiRefusal) {
-    // An instance number of more than three digits is cut, as the name's readers expect.
+    // A name has room for three digits; more are cut.
     char acName[8] = {};
     (void)VT_OS_Snprintf_S(acName, sizeof(acName), sizeof(acName) - 1, "SSID%d",
                            static_cast<int32_t>(stSsid.uiSsid));

@@ -144,7 +144,8 @@ TEST_F(CurrentListTest, BlockWithoutRoutes) {
 
 TEST_F(CurrentListTest, BlockMustHoldThatManyRoutes) {
     const std::string s4 = CurrentBytes(CurrentRoute4{}) + CurrentBytes(CurrentRoute4{});
-    for (const uint32_t uiNum : {3u, 0x02000000u, 0xFFFFFFFFu}) {
+    // 0x10000000 rows of 112 bytes are 7 * 2^32 bytes.
+    for (const uint32_t uiNum : {3u, 0x02000000u, 0x10000000u, 0xFFFFFFFFu}) {
         stPlatform.ClearRecords();
         AnswerBlock(uiNum, s4);
         EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter, 1), "");
@@ -154,6 +155,9 @@ TEST_F(CurrentListTest, BlockMustHoldThatManyRoutes) {
     AnswerBlock(2, s4.substr(0, 223));
     EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter, 1), "");
     AnswerBlock(1, CurrentBytes(CurrentRoute6{}).substr(0, 219));
+    EXPECT_EQ(List(VT_JNI_GetL3Ipv6CurrentRouter, 1), "");
+    // 0x40000000 rows of 220 bytes are 55 * 2^32 bytes.
+    AnswerBlock(0x40000000, CurrentBytes(CurrentRoute6{}));
     EXPECT_EQ(List(VT_JNI_GetL3Ipv6CurrentRouter, 1), "");
     // What the count leaves out is not there.
     AnswerBlock(1, s4);

@@ -96,10 +96,10 @@ TEST_F(ConnectionNameTest, EverythingElseIsNoName) {
                                "wan1ip3",
                                "wanx.2.ip3",
                                "wan1.x.ip3",
-                               "wan 1.2.ip3",
                                "wan-1.2.ip3",
-                               "wan+1.2.ip3",
-                               "wan1. 2.ip3",
+                               "wan1 .2.ip3",
+                               "wan+ 1.2.ip3",
+                               "wan-4294967296.2.ip3",
                                "wan1.2.p3",
                                "wan1.2.pp3",
                                "wan1.2.pppp3",
@@ -121,6 +121,14 @@ TEST_F(ConnectionNameTest, EverythingElseIsNoName) {
     EXPECT_EQ(stPlatform.astFaults.back().auiArgs[0], 3u);
     EXPECT_EQ(IndexOf(nullptr), kUntouched);
     EXPECT_EQ(ParseConnectionName("wan1.2.ip3", nullptr), 1u);
+}
+
+TEST_F(ConnectionNameTest, BlanksAndSignsStandBeforeTheFirstTwoNumbers) {
+    for (const char *pcName : {"wan 1.2.ip3", "wan+1.2.ip3", "wan1. \t2.ip3", "wan1.+2.ip3"}) {
+        EXPECT_EQ(IndexOf(pcName), 0x10102003u) << pcName;
+    }
+    EXPECT_EQ(IndexOf("wan-2.2.ip3"), 0x1FE02003u);
+    EXPECT_EQ(IndexOf("wan-4294967295.2.ip3"), 0x10102003u);
 }
 
 TEST_F(ConnectionNameTest, LooksAtThirtyOneBytes) {

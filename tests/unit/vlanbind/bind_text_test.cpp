@@ -122,7 +122,7 @@ TEST_F(BindTextTest, NothingAndNothingButCommasAreAcceptable) {
 }
 
 TEST_F(BindTextTest, OnlyTheFirst127BytesAreLookedAt) {
-    // 21 pairs of 6 bytes, "1/4094" at the end: 127 bytes.
+    // 20 pairs of 6 bytes each, with a pair of 7 at the end: 127 bytes.
     std::string sPairs;
     while (sPairs.size() < 120) {
         sPairs += "1/400,";

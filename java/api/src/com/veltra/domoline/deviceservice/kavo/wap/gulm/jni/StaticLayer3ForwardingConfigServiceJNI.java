@@ -27,8 +27,8 @@ public class StaticLayer3ForwardingConfigServiceJNI {
      * Adds an IPv4 route. Asks {@code gulm} for the WAN connections and then {@code osgi_proxy} for
      * the change, at most 5 seconds each. Whether the addresses are right is decided there.
      *
-     * <p>Example: {@code addLayer3ForwardingStatic("10.20.0.0", "255.255.0.0", "100.64.0.1",
-     * "1_INTERNET_R_VID_100")} answers {@code 1}.
+     * <p>Example: {@code addLayer3ForwardingStatic("10.30.0.0", "255.255.0.0", "203.0.113.1",
+     * "1_INTERNET_R_VID_100")} answers {@code 3}.
      *
      * @param sDestIP the destination's address, 1 to 15 bytes of UTF-8
      * @param sDestMask the destination's mask, 1 to 15 bytes of UTF-8
@@ -47,7 +47,7 @@ public class StaticLayer3ForwardingConfigServiceJNI {
     /**
      * Deletes an IPv4 route. Asks {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteLayer3ForwardingStatic(1)} answers {@code 0}.
+     * <p>Example: {@code deleteLayer3ForwardingStatic(3)} answers {@code 0}.
      *
      * @param iInstId the route: {@code Index} in the list
      * @return 0; -1 when the gateway's service refuses or doesn't answer
@@ -58,8 +58,8 @@ public class StaticLayer3ForwardingConfigServiceJNI {
      * Adds an IPv6 route, which must not be the default route. Asks {@code gulm} for the WAN
      * connections and then {@code osgi_proxy} for the change, at most 5 seconds each.
      *
-     * <p>Example: {@code addIPv6Layer3ForwardingStatic("2001:db8:20::/48", "fe80::1",
-     * "1_INTERNET_R_VID_100")} answers {@code 1}.
+     * <p>Example: {@code addIPv6Layer3ForwardingStatic("2001:db8:200::/48", "fe80::1",
+     * "1_INTERNET_R_VID_100")} answers {@code 3}.
      *
      * @param sDestIPPrefix the destination's prefix, as address, slash and length; 1 to 63 bytes of
      *     UTF-8
@@ -78,7 +78,7 @@ public class StaticLayer3ForwardingConfigServiceJNI {
     /**
      * Deletes an IPv6 route. Asks {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteIPv6Layer3ForwardingStatic(1)} answers {@code 0}.
+     * <p>Example: {@code deleteIPv6Layer3ForwardingStatic(3)} answers {@code 0}.
      *
      * @param iInstId the route: {@code Index} in the list
      * @return 0; -1 when the gateway's service refuses or doesn't answer

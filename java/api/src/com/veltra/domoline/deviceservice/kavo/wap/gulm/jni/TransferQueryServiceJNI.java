@@ -35,8 +35,8 @@ public class TransferQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "Index": "1", "DestIPAddress": "10.20.0.0",
-     *   "DestSubnetMask": "255.255.0.0", "GatewayIPAddress": "100.64.0.1",
+     * { "Result": 0, "List": [ { "Index": "2", "DestIPAddress": "10.20.0.0",
+     *   "DestSubnetMask": "255.255.0.0", "GatewayIPAddress": "203.0.113.1",
      *   "Interface": "1_INTERNET_R_VID_100" } ] }
      * }</pre>
      *
@@ -45,8 +45,11 @@ public class TransferQueryServiceJNI {
      * route the list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
-     *     refuses, or doesn't know a route or its WAN connection, when the answer exceeds 256 bytes
-     *     for each route and 256 more, or when memory runs out
+     *     refuses, tells of more than 192 routes, or doesn't know a route or its WAN connection;
+     *     when the interface of a listed route is shorter than 6 characters, is called like a WAN
+     *     connection but numbered like none, or is shown with more than 127 bytes; when the answer
+     *     reaches 256 bytes for each route, those left out among them, and 256 more; or when memory
+     *     runs out
      */
     public native String getLayer3ForwardingStaticConfigInfo();
 
@@ -57,8 +60,8 @@ public class TransferQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "Index": "1", "DestIPPrefix": "2001:db8:20::\/48",
-     *   "NextHop": "fe80::1", "Interface": "1_INTERNET_R_VID_100" } ] }
+     * { "Result": 0, "List": [ { "Index": "2", "DestIPPrefix": "2001:db8:100::\/48",
+     *   "NextHop": "2001:db8:0:1::1", "Interface": "1_INTERNET_R_VID_100" } ] }
      * }</pre>
      *
      * <p>{@code Index} is what {@link
@@ -78,16 +81,20 @@ public class TransferQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "Index": "1", "DestIPAddress": "0.0.0.0",
-     *   "DestSubnetMask": "0.0.0.0", "GatewayIPAddress": "100.64.0.1",
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPAddress": "10.20.0.0",
+     *   "DestSubnetMask": "255.255.0.0", "GatewayIPAddress": "203.0.113.1",
+     *   "Interface": "1_INTERNET_R_VID_100" }, { "Index": "2", "DestIPAddress": "0.0.0.0",
+     *   "DestSubnetMask": "0.0.0.0", "GatewayIPAddress": "203.0.113.1",
      *   "Interface": "1_INTERNET_R_VID_100" } ] }
      * }</pre>
      *
      * <p>{@code Index} counts the listed routes from 1; it names nothing.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
-     *     refuses, or doesn't know a WAN connection, when the answer exceeds 256 bytes for each
-     *     listed route and 256 more, or when memory runs out
+     *     refuses, or doesn't know a WAN connection; when its table can't be read or is shorter
+     *     than the number of routes that it tells; for the interface of a listed route as in {@link
+     *     #getLayer3ForwardingStaticConfigInfo()}; when the answer reaches 256 bytes for each
+     *     listed route and 256 more; or when memory runs out
      */
     public native String getLayer3ForwardingCurrent();
 
@@ -98,8 +105,8 @@ public class TransferQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "Index": "1", "DestIPPrefix": "::\/0",
-     *   "NextHop": "fe80::1", "Interface": "1_INTERNET_R_VID_100" } ] }
+     * { "Result": 0, "List": [ { "Index": "1", "DestIPPrefix": "2001:db8:100::\/48",
+     *   "NextHop": "2001:db8:0:1::1", "Interface": "1_INTERNET_R_VID_100" } ] }
      * }</pre>
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons
