@@ -111,7 +111,8 @@ class Tokener {
             const auto iLength = static_cast<int>(pcStop + 1 - pcAt);
             json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
             if (Error() != json_tokener_continue) {
-                return pstRoot;
+                // Strictly, nothing can end at a colon or comma that is not in a text.
+                return IsStrict() ? Refuse(pstRoot) : RefuseInner(pstRoot);
             }
             if (m_eSecrecy == Secrecy::kSecret) {
                 Hold();
@@ -124,17 +125,30 @@ class Tokener {
         return ParseLast(pcAt);
     }
 
-    /// What remains of the text, with its zero. json-c takes a list that can't grow for the end of
-    /// everything, so a text that is strictly JSON must have been read to its end.
+    /// What remains of the text, with its zero. json-c takes an array that can't grow for the end
+    /// of everything, so a text that is strictly JSON must have been read to its end.
     json_object *ParseLast(const char *pcAt) {
         json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, -1);
-        const bool bStrict = (m_pstTokener->flags & JSON_TOKENER_STRICT) != 0;
-        if (pstRoot != nullptr && bStrict &&
-            pcAt[json_tokener_get_parse_end(m_pstTokener)] != '\0') {
-            Discard(pstRoot);
-            return nullptr;
+        if (!IsStrict()) {
+            return RefuseInner(pstRoot);
         }
-        return pstRoot;
+        const bool bWhole =
+            pstRoot == nullptr || pcAt[json_tokener_get_parse_end(m_pstTokener)] == '\0';
+        return bWhole ? pstRoot : Refuse(pstRoot);
+    }
+
+    bool IsStrict() const { return (m_pstTokener->flags & JSON_TOKENER_STRICT) != 0; }
+
+    /// Refuses what is no root but an array within it. An array that is the root itself can't be
+    /// told from one that ended.
+    json_object *RefuseInner(json_object *pstRoot) {
+        return pstRoot == nullptr || m_pstTokener->depth == 0 ? pstRoot : Refuse(pstRoot);
+    }
+
+    /// Its texts are wiped with the rest: it is long enough for us to have a share in it.
+    static json_object *Refuse(json_object *pstRoot) {
+        (void)json_object_put(pstRoot);
+        return nullptr;
     }
 
     /// After a colon: when it ended a member name, that name and a place for its value are there.
@@ -164,13 +178,6 @@ class Tokener {
         return pstTable->count < pstTable->size * LH_LOAD_FACTOR ||
                (pstTable->size <= INT_MAX / 2 &&
                 lh_table_resize(pstTable, pstTable->size * 2) == 0);
-    }
-
-    void Discard(json_object *pstRoot) const {
-        if (m_eSecrecy == Secrecy::kSecret) {
-            WipeTexts(pstRoot);
-        }
-        (void)json_object_put(pstRoot);
     }
 
     /// Takes a share in what the levels have so far: json-c lets go of it without asking when it

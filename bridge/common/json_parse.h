@@ -14,7 +14,8 @@ namespace wap {
 enum class Grammar { kLenient, kStrict };
 
 /**
- * Parses one JSON text, whole or not at all.
+ * Parses one JSON text. Strictly, it is parsed whole or not at all; leniently, what stands behind a
+ * value is ignored, and a root that is an array may lack its end when memory runs out.
  * @param pcText   zero-terminated; null is recorded and gives null
  * @param eSecrecy with kSecret no string value stays behind in what is released here, except for
  *                 one that json-c loses: an element for which an array can't grow. The root is the

@@ -12,6 +12,7 @@
 
 #include "common/jni_common.h"
 #include "common/jni_json_wrap.h"
+#include "common/json_parse.h"
 #include "faults/fault_sweep.h"
 
 namespace wap::test {
@@ -217,33 +218,51 @@ TEST(JsonFaults, Parse) {
     EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 30u);
 }
 
-// json-c takes a list that can't grow for the end of everything, and forgets the element.
+/// An array of 70 elements, each a number with a text before and behind it.
+std::string LongList(const std::string &sBefore, const std::string &sBehind) {
+    std::string sList = "[ ";
+    for (int i = 0; i < 70; ++i) {
+        sList += (i == 0 ? "" : ", ") + sBefore + std::to_string(i) + sBehind;
+    }
+    return sList + " ]";
+}
+
+// json-c takes an array that can't grow for the end of everything, and forgets the element.
 TEST(JsonFaults, ParseListThatCannotGrow) {
 #ifdef __SANITIZE_ADDRESS__
     const __lsan::ScopedDisabler stJsonForgets;
 #endif
-    std::string sText = "{ \"list\": [ 0";
-    for (int i = 1; i < 70; ++i) {
-        sText += ", " + std::to_string(i);
-    }
-    sText += " ] }";
-    bool bDone = false;
-    uint32_t uiRefused = 0;
-    for (uint32_t uiAt = 1; !bDone; ++uiAt) {
-        SCOPED_TRACE(uiAt);
-        World stWorld;
-        stWorld.Plan({Op::kAlloc, uiAt, false});
-        json_object *pstRoot = JSON_Parse(sText.c_str(), 1);
-        bDone = stWorld.Count(Op::kAlloc) < uiAt;
-        stWorld.Plan({});
-        if (pstRoot == nullptr) {
-            ++uiRefused;
-        } else {
-            EXPECT_EQ(PrintAndPut(pstRoot), sText);
+    const std::string asTexts[] = {
+        "{ \"list\": " + LongList("", "") + " }",
+        "{ \"list\": " + LongList("", "") + ", \"b\": \"c\" }",
+        "{ \"list\": " + LongList("{ \"i\": ", " }") + " }",
+        "{ \"list\": [ " + LongList("", "") + ", [ ] ], \"b\": \"c\" }",
+    };
+    const std::pair<Grammar, Secrecy> aeKinds[] = {{Grammar::kStrict, Secrecy::kPlain},
+                                                   {Grammar::kStrict, Secrecy::kSecret},
+                                                   {Grammar::kLenient, Secrecy::kPlain},
+                                                   {Grammar::kLenient, Secrecy::kSecret}};
+    for (const std::string &sText : asTexts) {
+        for (const auto &[eGrammar, eSecrecy] : aeKinds) {
+            bool bDone = false;
+            uint32_t uiRefused = 0;
+            for (uint32_t uiAt = 1; !bDone; ++uiAt) {
+                SCOPED_TRACE(sText.substr(0, 30) + std::to_string(uiAt));
+                World stWorld;
+                stWorld.Plan({Op::kAlloc, uiAt, false});
+                json_object *pstRoot = ParseJson(WAP_SPOT, sText.c_str(), eGrammar, eSecrecy);
+                bDone = stWorld.Count(Op::kAlloc) < uiAt;
+                stWorld.Plan({});
+                if (pstRoot == nullptr) {
+                    ++uiRefused;
+                } else {
+                    EXPECT_EQ(PrintAndPut(pstRoot), sText);
+                }
+                (void)stWorld.TakeComplaints();
+            }
+            EXPECT_GT(uiRefused, 70u);
         }
-        (void)stWorld.TakeComplaints();
     }
-    EXPECT_GT(uiRefused, 70u);
 }
 
 // Its table of members grows meanwhile, and what json-c collects of the text too.

@@ -2,6 +2,10 @@
 // shown. What is found in a released block is complained about when a test ends, see SecretWatch.
 #include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_WanConfigServiceJNI.h>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 #include "faults/fault_sweep.h"
 #include "support/entry_calls.h"
 #include "unit/wanconfig/wanconfig_fixture.h"
@@ -129,6 +133,41 @@ TEST_F(WanSecretsTest, WhateverFailsAfterSecretsInAnArray) {
     stSubject.fnAllowed = [](const FaultPlan &) -> std::set<std::string> { return {"0", "-1"}; };
     const OpCounts auiCounts = SweepFaults(stSubject);
     EXPECT_GT(CountOf(auiCounts, Op::kAlloc), 20u);
+}
+
+// An array that json-c has no memory to grow ends neither the text nor the care for its secrets.
+TEST_F(WanSecretsTest, WhateverFailsBehindALongArray) {
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler stJsonForgetsAnElement;
+#endif
+    std::string sJson = "{" + kCredentials + ",\"VLANMode\":\"1\",\"list\":[0";
+    for (int i = 1; i < 70; ++i) {
+        sJson += "," + std::to_string(i);
+    }
+    sJson += "],\"b\":\"c\"}";
+    bool bDone = false;
+    uint32_t uiRefused = 0;
+    for (uint32_t uiAt = 1; !bDone; ++uiAt) {
+        SCOPED_TRACE(uiAt);
+        World stOther;
+        FurnishWanConfig(stOther);
+        FakeJni stJni;
+        const jstring jJson = stJni.JavaText(FromUtf8(sJson));
+        stOther.Plan({Op::kAlloc, uiAt, false});
+        const jint iResult =
+            WAP_METHOD(WanConfig, setWANIf)(&stJni, stJni.JavaObject(), kWan, jJson);
+        bDone = stOther.Count(Op::kAlloc) < uiAt;
+        stOther.Plan({});
+        stJni.EndCall();
+        uiRefused += iResult == 0 ? 0 : 1;
+        for (const RpcRecord &stRpc : stOther.stPlatform.astRpcs) {
+            EXPECT_EQ(stRpc.sRequest.substr(212, 68), Field(kPassword, 68)) << iResult;
+        }
+        EXPECT_TRUE(iResult == -1 || !stOther.stPlatform.astRpcs.empty());
+        EXPECT_EQ(stOther.stSecrets.TakeUnwiped(), std::vector<std::string>());
+        (void)stOther.TakeComplaints();
+    }
+    EXPECT_GT(uiRefused, 70u);
 }
 
 // Every single fault: nothing may stay, and a setting must not get lost without a word.

@@ -137,6 +137,13 @@ TEST_F(SetWanTest, RefusedSettingsAreNotSent) {
     }
 }
 
+// What does not fit a setting's field is no setting, and so is not checked.
+TEST_F(SetWanTest, TooLongSettingsAreLeftOut) {
+    EXPECT_EQ(Set(R"({"NATEnabled":"disable"})"), -1);
+    EXPECT_EQ(Set(R"({"NATEnabled":"DISABLED"})"), 0);
+    EXPECT_EQ(Sent(), Record(1, 1, 1, 1, {}));
+}
+
 TEST_F(SetWanTest, FailedRequestsEndIt) {
     const struct {
         uint32_t uiRpcId;
