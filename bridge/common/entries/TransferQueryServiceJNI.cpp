@@ -52,7 +52,7 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI_getVLANBindInfo(
     JNIEnv *pstEnv, jobject) {
-    // Readers of traces know this call by this line.
+    WAP_TRACE_ENTRY();
     WAP_TRACE(kTraceEntries, "\r\n getVLANBindInfo\r\n");
     return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllVlanBind);
 }

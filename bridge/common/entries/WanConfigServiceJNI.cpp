@@ -37,8 +37,8 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_WanConfigServiceJNI_set
 JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_WanConfigServiceJNI_deleteWANIf(
     JNIEnv *, jobject, jint iWanIndex) {
+    WAP_TRACE_ENTRY();
     const auto uiWanIndex = static_cast<uint32_t>(iWanIndex);
-    // In the place of the trace that the other entries begin with.
     WAP_TRACE(kTraceEntries, "deleteWANIf wanindex:%u \r\n", uiWanIndex);
     return Recorded(WAP_SPOT, VT_JNI_DeleteWANIf(uiWanIndex), uiWanIndex) == 0 ? 0 : -1;
 }

@@ -35,7 +35,9 @@ TEST_F(DeleteWanTest, LastConnectionTakesItsDeviceAlong) {
     ExpectRpc(stPlatform.astRpcs[2], {"gulm", 48, kCountIp, sPlace, 516});
     ExpectRpc(stPlatform.astRpcs[3], {"osgi_proxy", 0, kDelete, Word(6) + sPlace + Word(0x567), 4});
     EXPECT_EQ(EntryTraces(stPlatform),
-              (Calls{"deleteWANIf wanindex:555959655 \r\n",
+              (Calls{"\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_"
+                     "WanConfigServiceJNI_deleteWANIf called \r\n",
+                     "deleteWANIf wanindex:555959655 \r\n",
                      "VT_JNI_SetWANIf uiWanIndex:0x21234567, uiIpNum:0, uiPppNum:0 \r\n"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
@@ -56,7 +58,7 @@ TEST_F(DeleteWanTest, DeviceStaysWithItsOtherConnections) {
         AnswerCounts(stCount.uiIp, stCount.uiPpp);
         EXPECT_EQ(Delete(), 0);
         EXPECT_EQ(Rpcs(), (Codes{kDelete, kCountPpp, kCountIp}));
-        EXPECT_EQ(EntryTraces(stPlatform).at(1), stCount.pcTrace);
+        EXPECT_EQ(EntryTraces(stPlatform).at(2), stCount.pcTrace);
     }
 }
 
