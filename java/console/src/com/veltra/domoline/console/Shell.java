@@ -5,8 +5,10 @@ import java.lang.reflect.Method;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.PosixFilePermissions;
+import java.time.Instant;
 import java.util.Collection;
 import java.util.List;
+import java.util.Locale;
 import java.util.Map;
 import java.util.TreeSet;
 import org.jline.reader.Candidate;
@@ -16,12 +18,23 @@ import org.jline.reader.LineReaderBuilder;
 import org.jline.reader.ParsedLine;
 import org.jline.reader.UserInterruptException;
 import org.jline.reader.impl.DefaultParser;
+import org.jline.reader.impl.history.DefaultHistory;
 import org.jline.terminal.Terminal;
 import org.jline.terminal.TerminalBuilder;
 
 /** The interactive console: reads lines with completion and a history that outlives it. */
 final class Shell {
     private static final String kPrompt = "wap> ";
+
+    /** A history without lines that name a password. */
+    private static final class DiscreetHistory extends DefaultHistory {
+        @Override
+        public void add(Instant time, String line) {
+            if (!line.toLowerCase(Locale.ROOT).contains("password")) {
+                super.add(time, line);
+            }
+        }
+    }
 
     private final Console console;
 
@@ -36,7 +49,7 @@ final class Shell {
      */
     int run() {
         try (Terminal terminal = TerminalBuilder.builder().system(true).build()) {
-            LineReader reader = reader(terminal);
+            LineReader reader = reader(terminal, historyFile(System.getenv()));
             console.out.println("The gateway's device services. 'help' lists the commands, 'tour'");
             console.out.println("shows all answers, Tab completes, 'quit' leaves.");
             console.out.flush();
@@ -64,7 +77,14 @@ final class Shell {
         }
     }
 
-    private LineReader reader(Terminal terminal) {
+    /**
+     * Makes what reads the lines.
+     *
+     * @param terminal where they are typed
+     * @param history where they are kept
+     * @return the reader
+     */
+    LineReader reader(Terminal terminal, Path history) {
         DefaultParser parser = new DefaultParser();
         parser.setEscapeChars(null); // a backslash belongs to the argument
         LineReader reader =
@@ -72,11 +92,11 @@ final class Shell {
                         .terminal(terminal)
                         .appName("wap-console")
                         .parser(parser)
+                        .history(new DiscreetHistory())
                         .completer((lineReader, line, candidates) -> complete(line, candidates))
                         .build();
-        Path history = historyFile(System.getenv());
         try {
-            // What was typed may hold passwords: the folder is the user's alone.
+            // What was typed may hold secrets all the same: the folder is the user's alone.
             Files.createDirectories(history.getParent());
             Files.setPosixFilePermissions(
                     history.getParent(), PosixFilePermissions.fromString("rwx------"));

@@ -6,12 +6,19 @@ import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import java.io.ByteArrayInputStream;
+import java.io.IOException;
+import java.io.OutputStream;
 import java.io.PrintWriter;
 import java.io.StringWriter;
+import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
+import org.jline.reader.LineReader;
+import org.jline.terminal.impl.DumbTerminal;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
 
 /** Finding services and understanding lines; nothing here loads the native library. */
 class ConsoleTest {
@@ -81,6 +88,23 @@ class ConsoleTest {
                         + "int setPortMappingSwitch(int iWanIndex, int iInstId, boolean bEnable)\n"),
                 out.toString());
         assertEquals("", err.toString());
+    }
+
+    @Test
+    void theHistoryKeepsNoPasswords(@TempDir Path folder) throws IOException {
+        Path file = folder.resolve("wap-console").resolve("history");
+        LineReader reader = new Shell(console).reader(
+                new DumbTerminal(new ByteArrayInputStream(new byte[0]),
+                        OutputStream.nullOutputStream()),
+                file);
+        reader.getHistory().attach(reader);
+        reader.getHistory().add("services");
+        reader.getHistory().add("call setWANIf 1 '{\"Password\":\"from-the-isp\"}'");
+        reader.getHistory().add("call setUserPassword 1 from-the-isp");
+        reader.getHistory().save();
+        String kept = Files.readString(file);
+        assertTrue(kept.contains("services"), kept);
+        assertFalse(kept.contains("from-the-isp"), kept);
     }
 
     @Test

@@ -35,7 +35,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <pre>{@code
      * { "Result": 0, "List": [ { "Index": 269488129, "Name": "1_INTERNET_R_VID_100" },
-     *   { "Index": 269488130, "Name": "2_TR069_R_VID_46" } ] }
+     *   { "Index": 269492225, "Name": "2_OTHER_R_VID_200" } ] }
      * }</pre>
      *
      * <p>{@code Index} is the WAN index as a signed number (269488129 is {@code 0x10101001}),
@@ -43,8 +43,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * @return the list; an empty one with result 0, <code>{ "Result": 0, "List": [ ] }</code>, also
      *     when {@code gulm} doesn't answer or refuses; <code>{"Result":-1}</code> (no blanks) when
-     *     the list is longer than 511 bytes of UTF-8 or when memory runs out. A connection for
-     *     which the list cannot grow is left out of it
+     *     the list is longer than 511 bytes of UTF-8 or when memory runs out
      */
     public native String getWANIfList();
 
@@ -131,8 +130,8 @@ public class AccessInfoQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * {"Result":0,"TXPower":2150,"RXPower":-18200,"TransceiverTemperature":45,
-     *   "SupplyVottage":3300,"BiasCurrent":12}
+     * {"Result":0,"TXPower":2.15,"RXPower":-18.2,"TransceiverTemperature":45.5,
+     *   "SupplyVottage":3.3,"BiasCurrent":12.25}
      * }</pre>
      *
      * <p>The spelling of {@code SupplyVottage} is the interface's.
