@@ -104,10 +104,7 @@ class Tokener {
     }
 
     json_object *ParseByStops(const char *pcAt) {
-        // Commas matter for secrets alone: arrays have no colons.
-        const char *pcStops = m_eSecrecy == Secrecy::kSecret ? ":," : ":";
-        for (const char *pcStop = strpbrk(pcAt, pcStops); pcStop != nullptr;
-             pcStop = strpbrk(pcAt, pcStops)) {
+        for (const char *pcStop = FindStop(pcAt); *pcStop != '\0'; pcStop = FindStop(pcAt)) {
             const auto iLength = static_cast<int>(pcStop + 1 - pcAt);
             json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
             if (Error() != json_tokener_continue) {
@@ -123,6 +120,15 @@ class Tokener {
             pcAt = pcStop + 1;
         }
         return ParseLast(pcAt);
+    }
+
+    /// The next place to look at what is there so far. Commas matter for secrets alone: arrays have
+    /// no colons.
+    const char *FindStop(const char *pcAt) const {
+        while (*pcAt != '\0' && *pcAt != ':' && (*pcAt != ',' || m_eSecrecy != Secrecy::kSecret)) {
+            ++pcAt;
+        }
+        return pcAt;
     }
 
     /// What remains of the text, with its zero. json-c takes an array that can't grow for the end
