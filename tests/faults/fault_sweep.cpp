@@ -101,6 +101,29 @@ OpCounts SweepFaults(const Subject &stSubject) {
     return auiCounts;
 }
 
+std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject) {
+    std::set<std::string> asOutcomes;
+    bool bHit = true;
+    for (uint32_t uiAt = 1; bHit; ++uiAt) {
+        ResetBridge();
+        World stWorld;
+        FakeJni stEnv;
+        if (stSubject.fnFurnish) {
+            stSubject.fnFurnish(stWorld);
+        }
+        stWorld.Plan({Op::kAlloc, uiAt, false});
+        stSubject.fnCall(stEnv);
+        bHit = stWorld.Count(Op::kAlloc) >= uiAt;
+        stWorld.Plan({});
+        if (bHit) {
+            asOutcomes.insert(stSubject.fnOutcome(stEnv));
+        }
+        stEnv.EndCall();
+        stWorld.ExpectClean();
+    }
+    return asOutcomes;
+}
+
 std::set<std::string> WithSomeLeftOut(const std::string &sHead,
                                       const std::vector<std::string> &asItems,
                                       const std::string &sSeparator, const std::string &sTail,

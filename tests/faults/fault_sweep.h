@@ -40,6 +40,9 @@ using OpCounts = std::array<uint32_t, kOpCount>;
 /// @return the counts of the call without a fault
 OpCounts SweepFaults(const Subject &stSubject);
 
+/// The outcomes that each of the allocations leads to when it fails alone.
+std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject);
+
 /// All texts "<sHead><items, some left out><sTail>", with a separator between what is left, where
 /// at most uiMissing items are left out.
 std::set<std::string> WithSomeLeftOut(const std::string &sHead,

@@ -19,6 +19,38 @@ void ExpectOnlyRpc(const Platform &stPlatform, const WantedRpc &stWanted) {
     ExpectRpc(stPlatform.astRpcs[0], stWanted);
 }
 
+void ExpectRpcs(const Platform &stPlatform, const std::vector<WantedRpc> &astWanted) {
+    Codes auiWanted;
+    for (const WantedRpc &stWanted : astWanted) {
+        auiWanted.push_back(stWanted.uiRpcId);
+    }
+    ASSERT_EQ(RpcIds(stPlatform), auiWanted);
+    for (size_t i = 0; i < astWanted.size(); ++i) {
+        SCOPED_TRACE(i);
+        ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
+    }
+}
+
+Codes RpcIds(const Platform &stPlatform) {
+    Codes auiIds;
+    for (const RpcRecord &stRpc : stPlatform.astRpcs) {
+        auiIds.push_back(stRpc.uiRpcId);
+    }
+    return auiIds;
+}
+
+size_t TimesRecorded(const Platform &stPlatform, const std::string &sFile, uint32_t uiCode,
+                     const Args &auiArgs) {
+    size_t uiTimes = 0;
+    for (const FaultRecord &stFault : stPlatform.astFaults) {
+        uiTimes += stFault.sFile == sFile && stFault.uiCode == uiCode &&
+                           stFault.auiArgs == auiArgs && stFault.uiLine != 0
+                       ? 1
+                       : 0;
+    }
+    return uiTimes;
+}
+
 Calls EntryTraces(const Platform &stPlatform) {
     Calls asTexts;
     for (const TraceRecord &stTrace : stPlatform.astTraces) {

@@ -59,6 +59,15 @@ void ExpectRpc(const RpcRecord &stRpc, const WantedRpc &stWanted);
 /// Expects that one request went out, and that it is this one.
 void ExpectOnlyRpc(const Platform &stPlatform, const WantedRpc &stWanted);
 
+/// Expects that these requests went out, in this order, and no other.
+void ExpectRpcs(const Platform &stPlatform, const std::vector<WantedRpc> &astWanted);
+/// The RPC ids that were asked, in order.
+Codes RpcIds(const Platform &stPlatform);
+
+/// How often a source has recorded this code with these numbers.
+size_t TimesRecorded(const Platform &stPlatform, const std::string &sFile, uint32_t uiCode,
+                     const Args &auiArgs = {});
+
 /// The traces of the entries and workers, in order; none but those and the RPC layer's may be
 /// there.
 Calls EntryTraces(const Platform &stPlatform);

@@ -41,39 +41,15 @@ class PortMappingTest : public BridgeTest {
     }
 
     void ExpectRpcs(const std::vector<WantedRpc> &astWanted) {
-        ASSERT_EQ(Rpcs(), Wanted(astWanted));
-        for (size_t i = 0; i < astWanted.size(); ++i) {
-            SCOPED_TRACE(i);
-            ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
-        }
+        test::ExpectRpcs(stPlatform, astWanted);
     }
 
     /// The RPC ids that were asked, in order.
-    Codes Rpcs() const {
-        Codes auiIds;
-        for (const RpcRecord &stRpc : stPlatform.astRpcs) {
-            auiIds.push_back(stRpc.uiRpcId);
-        }
-        return auiIds;
-    }
-
-    static Codes Wanted(const std::vector<WantedRpc> &astWanted) {
-        Codes auiIds;
-        for (const WantedRpc &stWanted : astWanted) {
-            auiIds.push_back(stWanted.uiRpcId);
-        }
-        return auiIds;
-    }
+    Codes Rpcs() const { return RpcIds(stPlatform); }
 
     /// The worker's file has recorded this code with these numbers.
     bool HasRecorded(uint32_t uiCode, const Args &auiArgs) const {
-        for (const FaultRecord &stFault : stPlatform.astFaults) {
-            if (stFault.sFile == "jni_port_mapping.cpp" && stFault.uiCode == uiCode &&
-                stFault.auiArgs == auiArgs) {
-                return true;
-            }
-        }
-        return false;
+        return TimesRecorded(stPlatform, "jni_port_mapping.cpp", uiCode, auiArgs) != 0;
     }
 
     void AnswerWan(const WanFacts &stWan) { stPlatform.mapReplies[kAskWan] = {0, WanBytes(stWan)}; }

@@ -76,28 +76,6 @@ TEST_P(RouteFaultTest, AnswersRightWhateverFails) {
 INSTANTIATE_TEST_SUITE_P(Methods, RouteFaultTest, ::testing::ValuesIn(RouteEntries()),
                          [](const auto &stInfo) { return stInfo.param.sMethod; });
 
-/// The outcomes of an entry with each of its allocations failing alone.
-std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject) {
-    std::set<std::string> asOutcomes;
-    bool bHit = true;
-    for (uint32_t uiAt = 1; bHit; ++uiAt) {
-        ResetBridge();
-        World stWorld;
-        FakeJni stEnv;
-        stSubject.fnFurnish(stWorld);
-        stWorld.Plan({Op::kAlloc, uiAt, false});
-        stSubject.fnCall(stEnv);
-        bHit = stWorld.Count(Op::kAlloc) >= uiAt;
-        stWorld.Plan({});
-        if (bHit) {
-            asOutcomes.insert(stSubject.fnOutcome(stEnv));
-        }
-        stEnv.EndCall();
-        stWorld.ExpectClean();
-    }
-    return asOutcomes;
-}
-
 // The list has to grow for the 32nd route. Without memory for that, it goes on without the route.
 TEST(RouteFaults, RouteThatTheListRefusesIsLeftOut) {
     for (const Entry &stEntry : RouteEntries()) {

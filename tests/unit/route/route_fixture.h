@@ -77,30 +77,15 @@ class RouteTest : public BridgeTest {
     }
 
     void ExpectRpcs(const std::vector<WantedRpc> &astWanted) {
-        ASSERT_EQ(stPlatform.astRpcs.size(), astWanted.size());
-        for (size_t i = 0; i < astWanted.size(); ++i) {
-            SCOPED_TRACE(i);
-            ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
-        }
+        test::ExpectRpcs(stPlatform, astWanted);
     }
 
     /// The RPC ids that were asked, in order.
-    Codes Rpcs() const {
-        Codes auiIds;
-        for (const RpcRecord &stRpc : stPlatform.astRpcs) {
-            auiIds.push_back(stRpc.uiRpcId);
-        }
-        return auiIds;
-    }
+    Codes Rpcs() const { return RpcIds(stPlatform); }
 
     /// A file has recorded this code with these numbers.
     bool HasRecorded(const std::string &sFile, uint32_t uiCode, const Args &auiArgs) const {
-        for (const FaultRecord &stFault : stPlatform.astFaults) {
-            if (stFault.sFile == sFile && stFault.uiCode == uiCode && stFault.auiArgs == auiArgs) {
-                return true;
-            }
-        }
-        return false;
+        return TimesRecorded(stPlatform, sFile, uiCode, auiArgs) != 0;
     }
 
     void Refuse(uint32_t uiRpcId) { stPlatform.mapReplies[uiRpcId].uiStatus = kRefused; }

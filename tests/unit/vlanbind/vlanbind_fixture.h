@@ -32,22 +32,12 @@ class VlanBindTest : public BridgeTest {
     }
 
     void ExpectRpcs(const std::vector<WantedRpc> &astWanted) {
-        ASSERT_EQ(stPlatform.astRpcs.size(), astWanted.size());
-        for (size_t i = 0; i < astWanted.size(); ++i) {
-            SCOPED_TRACE(i);
-            ExpectRpc(stPlatform.astRpcs[i], astWanted[i]);
-        }
+        test::ExpectRpcs(stPlatform, astWanted);
     }
 
     /// How often a file has recorded this code with these numbers.
     size_t TimesRecorded(const std::string &sFile, uint32_t uiCode, const Args &auiArgs = {}) {
-        size_t uiTimes = 0;
-        for (const FaultRecord &stFault : stPlatform.astFaults) {
-            if (stFault.sFile == sFile && stFault.uiCode == uiCode && stFault.auiArgs == auiArgs) {
-                ++uiTimes;
-            }
-        }
-        return uiTimes;
+        return test::TimesRecorded(stPlatform, sFile, uiCode, auiArgs);
     }
 
     void Refuse(uint32_t uiRpcId) { stPlatform.mapReplies[uiRpcId].uiStatus = kRefused; }

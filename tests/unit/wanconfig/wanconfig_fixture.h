@@ -39,16 +39,6 @@ class WanConfigTest : public BridgeTest {
         FurnishWanConfig(stWorld);
     }
 
-    static const Entry &EntryOf(const std::string &sMethod) {
-        static const std::vector<Entry> s_astEntries = WanConfigEntries();
-        for (const Entry &stEntry : s_astEntries) {
-            if (stEntry.sMethod == sMethod) {
-                return stEntry;
-            }
-        }
-        throw std::invalid_argument("no entry " + sMethod);
-    }
-
     /// Calls with what was recorded before forgotten.
     Answer Call(const std::string &sMethod) {
         stPlatform.ClearRecords();
@@ -65,23 +55,11 @@ class WanConfigTest : public BridgeTest {
     }
 
     /// The RPC ids that were asked, in order.
-    Codes Rpcs() const {
-        Codes auiIds;
-        for (const RpcRecord &stRpc : stPlatform.astRpcs) {
-            auiIds.push_back(stRpc.uiRpcId);
-        }
-        return auiIds;
-    }
+    Codes Rpcs() const { return RpcIds(stPlatform); }
 
     /// A source has recorded this code with these numbers.
     bool HasRecorded(const std::string &sFile, uint32_t uiCode, const Args &auiArgs) const {
-        for (const FaultRecord &stFault : stPlatform.astFaults) {
-            if (stFault.sFile == sFile && stFault.uiCode == uiCode && stFault.auiArgs == auiArgs &&
-                stFault.uiLine != 0) {
-                return true;
-            }
-        }
-        return false;
+        return TimesRecorded(stPlatform, sFile, uiCode, auiArgs) != 0;
     }
     /// The sources that recorded this code, in order.
     Calls FilesOf(uint32_t uiCode) const {
