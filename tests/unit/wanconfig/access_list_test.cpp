@@ -90,7 +90,7 @@ TEST_F(WanListTest, EveryMissingBlockOfMemoryIsAFailure) {
     (void)Call("getWANIfList");
     const uint32_t uiAllocs = stWorld.Count(Op::kAlloc);
     ASSERT_GT(uiAllocs, 10u);
-    const Answer stGood = EntryOf("getWANIfList").stGood;
+    const Answer stGood = EntryOf(WanConfigEntries(), "getWANIfList").stGood;
     for (const bool bForever : {false, true}) {
         for (uint32_t uiAt = 1; uiAt <= uiAllocs; ++uiAt) {
             SCOPED_TRACE(uiAt);

@@ -42,7 +42,7 @@ class WanConfigTest : public BridgeTest {
     /// Calls with what was recorded before forgotten.
     Answer Call(const std::string &sMethod) {
         stPlatform.ClearRecords();
-        Answer stAnswer = EntryOf(sMethod).fnCall(stEnv);
+        Answer stAnswer = EntryOf(WanConfigEntries(), sMethod).fnCall(stEnv);
         stEnv.EndCall();
         return stAnswer;
     }
