@@ -1,5 +1,6 @@
 #include "common/json_parse.h"
 
+#include <json-c/json_c_version.h>
 #include <json-c/json_tokener.h>
 #include <json-c/json_visit.h>
 #include <json-c/linkhash.h>
@@ -237,6 +238,12 @@ int WipeText(json_object *pstValue, int iFlags, json_object *, const char *, siz
 json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, Secrecy eSecrecy) {
     if (pcText == nullptr) {
         RecordFault(stSpot, kJsonErrNull);
+        return nullptr;
+    }
+    // The tokener's parts are where this library's build found them in the same version only.
+    if (json_c_version_num() != JSON_C_VERSION_NUM) {
+        RecordFault(stSpot, kJsonErrNull, static_cast<uint32_t>(json_c_version_num()),
+                    JSON_C_VERSION_NUM);
         return nullptr;
     }
     const PlainLocale stLocale;

@@ -21,7 +21,7 @@ enum class Grammar { kLenient, kStrict };
  *                 one that json-c loses: an element for which an array can't grow. The root is the
  *                 caller's to wipe, see SecretJson
  * @return the root, owned by the caller; null, recorded, when the text does not parse or is JSON
- *         null, or when memory runs out
+ *         null, when memory runs out, or when json-c has another version than its headers had
  */
 json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, Secrecy eSecrecy);
 

@@ -1,5 +1,5 @@
 // Requests and replies of the WAN and PON status queries, as they travel. Most answers are texts
-// that "app_m" writes itself; the sizes here are how long they may be.
+// that "app_m" writes itself.
 #ifndef WAP_RECORDS_ACCESS_INFO_H
 #define WAP_RECORDS_ACCESS_INFO_H
 
@@ -18,7 +18,7 @@ inline constexpr uint32_t kRpcGetPonUpTime = 0x471030D0;
 inline constexpr uint32_t kRpcGetPonRegStatus = 0x471030D1;
 inline constexpr uint32_t kRpcGetUplinkStats = 0x471030D2;
 
-// How long the answers in text may be, in bytes with their zero.
+// How long the answers in text may be, in bytes; one that fills its size has no zero.
 inline constexpr uint32_t kWanStatsSize = 128;
 inline constexpr uint32_t kWanInfoSize = 2048;
 inline constexpr uint32_t kWanBandwidthSize = 128;

@@ -237,6 +237,8 @@ TEST(JsonFaults, ParseListThatCannotGrow) {
         "{ \"list\": " + LongList("", "") + ", \"b\": \"c\" }",
         "{ \"list\": " + LongList("{ \"i\": ", " }") + " }",
         "{ \"list\": [ " + LongList("", "") + ", [ ] ], \"b\": \"c\" }",
+        LongList("", ""),
+        LongList("{ \"i\": ", " }"),
     };
     const std::pair<Grammar, Secrecy> aeKinds[] = {{Grammar::kStrict, Secrecy::kPlain},
                                                    {Grammar::kStrict, Secrecy::kSecret},
@@ -244,6 +246,9 @@ TEST(JsonFaults, ParseListThatCannotGrow) {
                                                    {Grammar::kLenient, Secrecy::kSecret}};
     for (const std::string &sText : asTexts) {
         for (const auto &[eGrammar, eSecrecy] : aeKinds) {
+            if (eGrammar == Grammar::kLenient && sText[0] == '[') {
+                continue;  // such a root may lack its end there
+            }
             bool bDone = false;
             uint32_t uiRefused = 0;
             for (uint32_t uiAt = 1; !bDone; ++uiAt) {

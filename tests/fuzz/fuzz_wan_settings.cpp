@@ -96,6 +96,8 @@ void CheckSetting(const std::string &sRecord, const SettingPlace &stPlace, const
     const auto it = mapTexts.find(stPlace.pcKey);
     if (it == mapTexts.end()) {
         Require(cFlag == 0 && sText.empty(), "what is not given is not set");
+    } else if (std::strlen(it->second.c_str()) >= stPlace.uiSize) {
+        Require(cFlag == 0 && sText.empty(), "what does not fit is not set");
     } else if (it->second.size() < stPlace.uiSize && std::string(stPlace.pcKey) != "DNSServers") {
         // Up to a zero, which a text of JSON may hold.
         Require(sText == it->second.c_str(), "a field holds what is given");

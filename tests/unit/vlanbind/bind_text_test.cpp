@@ -20,11 +20,12 @@ class BindTextTest : public VlanBindTest {
         return uiResult == 0;
     }
 
-    /// The number that was recorded with a refused text.
+    /// The number that was recorded with a refused text, as a signed one; 99 when there is not one
+    /// record.
     int32_t RecordedFor(const std::string &sText) {
         EXPECT_FALSE(Accepts(sText)) << sText;
         return stPlatform.astFaults.size() != 1
-                   ? -1
+                   ? 99
                    : static_cast<int32_t>(stPlatform.astFaults[0].auiArgs[0]);
     }
 };
@@ -55,6 +56,9 @@ TEST_F(BindTextTest, RefusalTellsTheNumber) {
     EXPECT_EQ(RecordedFor("-7/10"), -7);
     EXPECT_EQ(RecordedFor("1/1,2/2,4099/1"), 4099);
     EXPECT_EQ(RecordedFor("5000/6000"), 5000);
+    // What is beyond 32 bits is recorded as all ones.
+    EXPECT_EQ(RecordedFor("4294967297/10"), -1);
+    EXPECT_EQ(RecordedFor("10/-99999999999"), -1);
     EXPECT_EQ(stPlatform.astFaults[0].sFile, "jni_vlan_bind.cpp");
 }
 

@@ -26,11 +26,11 @@ import org.jline.terminal.TerminalBuilder;
 final class Shell {
     private static final String kPrompt = "wap> ";
 
-    /** A history without lines that name a password. */
+    /** A history without lines that name a password or who it belongs to. */
     private static final class DiscreetHistory extends DefaultHistory {
         @Override
         public void add(Instant time, String line) {
-            if (!line.toLowerCase(Locale.ROOT).contains("password")) {
+            if (!line.toLowerCase(Locale.ROOT).matches("(?s).*(password|username).*")) {
                 super.add(time, line);
             }
         }

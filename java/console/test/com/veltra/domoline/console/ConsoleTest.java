@@ -101,6 +101,7 @@ class ConsoleTest {
         reader.getHistory().add("services");
         reader.getHistory().add("call setWANIf 1 '{\"Password\":\"from-the-isp\"}'");
         reader.getHistory().add("call setUserPassword 1 from-the-isp");
+        reader.getHistory().add("call setWANIf 1 '{\"Username\":\"from-the-isp\"}'");
         reader.getHistory().save();
         String kept = Files.readString(file);
         assertTrue(kept.contains("services"), kept);
