@@ -7,10 +7,12 @@ tour() {
         -e '/\.getCPUOccupancyRate$/{n;s/^([1-9][0-9]?|100)$/PERCENT, NOT 0/}' \
         -e '/\.getRAMOccupancyRate$/{n;s/^([0-9]|[1-9][0-9]|100)$/PERCENT/}' \
         -e '/\.getDeviceUpTime$/{n;s/^864[0-5][0-9]$/A DAY AND LESS THAN A MINUTE/}' \
+        -e '/\.getPONIfUpTime$/{n;s/^[0-5]?[0-9]$/LESS THAN A MINUTE/}' \
         "$pcWork/tour.out"
     touch "$pcWork/built-once"
     check "without a terminal it makes the tour: the twelve answers about the device" out_is_tour
     check "the tour goes on with the answers about the LAN" out_is_tour_of_lan
+    check "the tour goes on with the answers about the uplink" out_is_tour_of_uplink
     # Those that need arguments which nobody can guess are left out, and said to be.
     check "the tour closes with the numbers of its calls, none failed" is "the last line" \
         "$(tail -n 1 "$pcWork/tour.out")" "$(awk '
@@ -84,10 +86,10 @@ SimHome gateway
 in T ms
 
 $pcHosts.getLANHostInfoByClass
-left out: needs arguments, String getLANHostInfoByClass(String)
+left out: needs arguments, String getLANHostInfoByClass(String sHostClass)
 
 $pcHosts.getLANHostInfoByInterface
-left out: needs arguments, String getLANHostInfoByInterface(String)
+left out: needs arguments, String getLANHostInfoByInterface(String sInterface)
 
 $pcHosts.getLANHostInfoByMAC
 {
@@ -215,7 +217,7 @@ $pcAddress.getLANHostIP
 in T ms
 
 LanHostSpeedQueryServiceJNI.getLANHostSpeed
-left out: needs arguments, String getLANHostSpeed(String)
+left out: needs arguments, String getLANHostSpeed(String sMac)
 
 PortMappingQueryServiceJNI.getPortMappingInfo
 {
@@ -235,6 +237,208 @@ PortMappingQueryServiceJNI.getPortMappingInfo
       ]
     }
   ]
+}
+in T ms
+
+END
+}
+
+out_is_tour_of_uplink() {
+    local pcAccess=AccessInfoQueryServiceJNI pcTransfer=TransferQueryServiceJNI
+    awk -v RS= -v ORS='\n\n' '/^(AccessInfo|Transfer)Query[A-Za-z]*\./' "$pcWork/tour.out" |
+        diff /dev/fd/3 - 3<<END
+$pcTransfer.getIPTVStatus
+IPTV_BUSSINESS_OK
+in T ms
+
+$pcTransfer.getIPv6Layer3ForwardingCurrent
+{
+  "Result": 0,
+  "List": [
+    {
+      "Index": "1",
+      "DestIPPrefix": "2001:db8:100::/48",
+      "NextHop": "2001:db8:0:1::1",
+      "Interface": "1_INTERNET_R_VID_100"
+    }
+  ]
+}
+in T ms
+
+$pcTransfer.getIPv6Layer3ForwardingStaticConfigInfo
+{
+  "Result": 0,
+  "List": [
+    {
+      "Index": "2",
+      "DestIPPrefix": "2001:db8:100::/48",
+      "NextHop": "2001:db8:0:1::1",
+      "Interface": "1_INTERNET_R_VID_100"
+    }
+  ]
+}
+in T ms
+
+$pcTransfer.getLayer3ForwardingCurrent
+{
+  "Result": 0,
+  "List": [
+    {
+      "Index": "1",
+      "DestIPAddress": "10.20.0.0",
+      "DestSubnetMask": "255.255.0.0",
+      "GatewayIPAddress": "203.0.113.1",
+      "Interface": "1_INTERNET_R_VID_100"
+    },
+    {
+      "Index": "2",
+      "DestIPAddress": "0.0.0.0",
+      "DestSubnetMask": "0.0.0.0",
+      "GatewayIPAddress": "203.0.113.1",
+      "Interface": "1_INTERNET_R_VID_100"
+    }
+  ]
+}
+in T ms
+
+$pcTransfer.getLayer3ForwardingStaticConfigInfo
+{
+  "Result": 0,
+  "List": [
+    {
+      "Index": "2",
+      "DestIPAddress": "10.20.0.0",
+      "DestSubnetMask": "255.255.0.0",
+      "GatewayIPAddress": "203.0.113.1",
+      "Interface": "1_INTERNET_R_VID_100"
+    }
+  ]
+}
+in T ms
+
+$pcTransfer.getVLANBindInfo
+{
+  "Result": 0,
+  "List": [
+    {
+      "LanInterface": "SSID1",
+      "Bind": ""
+    },
+    {
+      "LanInterface": "SSID2",
+      "Bind": ""
+    },
+    {
+      "LanInterface": "SSID5",
+      "Bind": ""
+    }
+  ]
+}
+in T ms
+
+$pcAccess.getInternetWANIndex
+269488129
+in T ms
+
+$pcAccess.getPONIfPhyStatus
+{
+  "Result": 0,
+  "TXPower": 2.15,
+  "RXPower": -18.2,
+  "TransceiverTemperature": 45.5,
+  "SupplyVottage": 3.3,
+  "BiasCurrent": 12.25
+}
+in T ms
+
+$pcAccess.getPONIfRegisterStatus
+{
+  "Result": 0,
+  "RegisterStatus": "REG_AUTH"
+}
+in T ms
+
+$pcAccess.getPONIfUpTime
+LESS THAN A MINUTE
+in T ms
+
+$pcAccess.getUplinkIfStats
+{
+  "Result": 0,
+  "UsStats": 53739520,
+  "DsStats": 5031600128
+}
+in T ms
+
+$pcAccess.getWANIfInfo
+{
+  "Result": 0,
+  "Index": 269488129,
+  "Name": "1_INTERNET_R_VID_100",
+  "ConnectionType": "IP_Routed",
+  "ServiceList": "INTERNET",
+  "LanInterface": "",
+  "VLANMode": "2",
+  "VLANIDMark": "100",
+  "802-1pMark": "",
+  "MulticastVlan": "",
+  "IPMode": "3",
+  "NATEnabled": "TRUE",
+  "AddressingType": "DHCP",
+  "DNSEnabled": "TRUE"
+}
+in T ms
+
+$pcAccess.getWANIfList
+{
+  "Result": 0,
+  "List": [
+    {
+      "Index": 269488129,
+      "Name": "1_INTERNET_R_VID_100"
+    },
+    {
+      "Index": 269492225,
+      "Name": "2_OTHER_R_VID_200"
+    },
+    {
+      "Index": 269496321,
+      "Name": "3_IPTV_B_VID_300"
+    },
+    {
+      "Index": 537935873,
+      "Name": "4_TR069_R_VID_46"
+    }
+  ]
+}
+in T ms
+
+$pcAccess.getWANIfStats
+{
+  "Result": 0,
+  "UsStats": 52428800,
+  "DsStats": 734003200
+}
+in T ms
+
+$pcAccess.getWANIfStatus
+{
+  "Result": 0,
+  "ConnectionStatus": "Connected",
+  "ExternalIPAddress": "203.0.113.10",
+  "SubnetMask": "255.255.255.0",
+  "DefaultGateway": "203.0.113.1",
+  "DNSServers": "192.0.2.53,192.0.2.54",
+  "IPv6IPAddress": "2001:db8:0:1::10",
+  "IPv6DNSServers": "2001:db8::53,2001:db8::54"
+}
+in T ms
+
+$pcAccess.getWanIfBandwidth
+{
+  "Result": 0,
+  "UsBandwidth": 1250000000,
+  "DsBandwidth": 2500000000
 }
 in T ms
 
