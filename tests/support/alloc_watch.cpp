@@ -98,6 +98,14 @@ void *Noted(void *pvBlock, size_t uiSize) {
     return pvBlock;
 }
 
+/// Overwrites what a new block, or the new part of one, happens to hold: it may be a text of the
+/// test's own, which must not be taken for one that the code under test left there.
+void Soil(void *pvBlock, size_t uiFrom, size_t uiTo) {
+    if (World::Current() != nullptr && pvBlock != nullptr && uiFrom < uiTo) {
+        std::memset(static_cast<char *>(pvBlock) + uiFrom, 0xA5, uiTo - uiFrom);
+    }
+}
+
 void AboutToFree(void *pvBlock) {
     World *pstWorld = World::Current();
     if (pstWorld == nullptr || pvBlock == nullptr) {
@@ -141,7 +149,12 @@ void *__real_dlopen(const char *pcName, int iFlags);
 void *__real_dlsym(void *pvHandle, const char *pcName);
 
 void *__wrap_malloc(size_t uiSize) {
-    return wap::test::Refused() ? nullptr : wap::test::Noted(__real_malloc(uiSize), uiSize);
+    if (wap::test::Refused()) {
+        return nullptr;
+    }
+    void *pvBlock = __real_malloc(uiSize);
+    wap::test::Soil(pvBlock, 0, uiSize);
+    return wap::test::Noted(pvBlock, uiSize);
 }
 
 void *__wrap_calloc(size_t uiCount, size_t uiSize) {
@@ -159,8 +172,11 @@ void *__wrap_realloc(void *pvBlock, size_t uiSize) {
     if (wap::test::Refused()) {
         return nullptr;
     }
+    const size_t uiBefore = pstWorld->stAllocs.SizeOf(pvBlock);
     wap::test::AboutToFree(pvBlock);
-    return wap::test::Noted(__real_realloc(pvBlock, uiSize), uiSize);
+    void *pvNew = __real_realloc(pvBlock, uiSize);
+    wap::test::Soil(pvNew, uiBefore, uiSize);
+    return wap::test::Noted(pvNew, uiSize);
 }
 
 char *__wrap_strdup(const char *pcText) {
@@ -224,7 +240,7 @@ void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
     }
     void *pvBlock = __real_malloc(uiSize);
     if (pvBlock != nullptr) {
-        std::memset(pvBlock, 0xA5, uiSize);
+        wap::test::Soil(pvBlock, 0, uiSize);
         stWorld.stAllocs.Add(pvBlock, uiSize, wap::test::Origin::kPlatform, stPlace);
     }
     return pvBlock;
