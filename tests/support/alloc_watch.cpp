@@ -175,7 +175,10 @@ void *__wrap_realloc(void *pvBlock, size_t uiSize) {
     const size_t uiBefore = pstWorld->stAllocs.SizeOf(pvBlock);
     wap::test::AboutToFree(pvBlock);
     void *pvNew = __real_realloc(pvBlock, uiSize);
-    wap::test::Soil(pvNew, uiBefore, uiSize);
+    // A block of unknown size came from elsewhere; what it holds counts.
+    if (pvBlock == nullptr || uiBefore != 0) {
+        wap::test::Soil(pvNew, uiBefore, uiSize);
+    }
     return wap::test::Noted(pvNew, uiSize);
 }
 
