@@ -1,0 +1,1 @@
+// Nothing of its own: the precompiled header has to belong to something that is compiled.
