@@ -6,12 +6,14 @@ import java.util.ArrayList;
 import java.util.List;
 import org.junit.jupiter.api.AfterAll;
 import org.junit.jupiter.api.BeforeAll;
+import org.junit.jupiter.api.Tag;
 import org.junit.jupiter.api.Test;
 
 /**
  * An evening at home. After each thing that is done, every list tells it, through Java and in the
  * processes that own it; and they still do when these processes have crashed and are back.
  */
+@Tag("long")
 class EveningTest {
     private static final String kGuest = "02:A1:B2:00:20:09";
     private static final String kConsole = "02:A1:B2:00:20:0A";

@@ -6,6 +6,7 @@ import com.google.gson.JsonArray;
 import com.google.gson.JsonObject;
 import java.util.ArrayList;
 import java.util.List;
+import org.junit.jupiter.api.Tag;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
@@ -243,6 +244,7 @@ class RouteTest extends NewGatewayEachTime {
     }
 
     @Test
+    @Tag("long")
     void fullTablesAreListedWhole() {
         int iMost = 192;
         Home.startOverWith(home -> {

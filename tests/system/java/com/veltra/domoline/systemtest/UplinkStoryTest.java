@@ -5,6 +5,7 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import java.util.List;
 import org.junit.jupiter.api.AfterAll;
 import org.junit.jupiter.api.BeforeAll;
+import org.junit.jupiter.api.Tag;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.extension.ExtendWith;
 
@@ -14,6 +15,7 @@ import org.junit.jupiter.api.extension.ExtendWith;
  * crashed and are back.
  */
 @ExtendWith(AttachedGateway.class)
+@Tag("long")
 class UplinkStoryTest {
     private final UplinkState home = new UplinkState();
 
