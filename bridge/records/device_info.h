@@ -1,9 +1,11 @@
-// Requests and replies of the device information queries, as they travel.
+// Replies of the device information queries, as they travel. The request of each is a WordRequest.
 #ifndef WAP_RECORDS_DEVICE_INFO_H
 #define WAP_RECORDS_DEVICE_INFO_H
 
 #include <stddef.h>
 #include <stdint.h>
+
+#include "records/word_request.h"
 
 namespace wap {
 
@@ -17,12 +19,6 @@ inline constexpr uint32_t kRpcGetDevicePassword = 0x47209050;
 inline constexpr uint32_t kRpcGetDeviceIdentity = 0x4720136A;
 
 #pragma pack(push, 1)
-
-/// The request of every query here: one word holding 0.
-struct WordRequest {
-    uint32_t uiZero;
-};
-static_assert(sizeof(WordRequest) == 4);
 
 /// Reply of kRpcGetDeviceInfo. Texts should end with a zero; read them as if they might not.
 struct DeviceInfoReply {
