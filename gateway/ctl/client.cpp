@@ -1,7 +1,9 @@
 #include "ctl/client.h"
 
+#include "framework/control.h"
 #include "framework/error.h"
 #include "framework/peers.h"
+#include "framework/process_list.h"
 
 namespace wap::gateway {
 
@@ -21,6 +23,20 @@ JsonValue TryAsk(const char *pcProcess, uint32_t uiRpcId, uint32_t uiTimeoutMs) 
     } catch (const GatewayError &) {
         return nullptr;
     }
+}
+
+JsonValue ValueOf(const char *pcSection) {
+    const JsonValue stRequest = MakeObject();
+    PutText(stRequest.get(), "path", pcSection);
+    const JsonValue stAnswer = Ask(FindOwner(pcSection)->pcName, kControlGet, stRequest.get());
+    return Copy(FindMember(stAnswer.get(), "value"));
+}
+
+void SetValue(const char *pcSection, const char *pcMember, const std::string &acText) {
+    const JsonValue stRequest = MakeObject();
+    PutText(stRequest.get(), "path", std::string(pcSection) + "." + pcMember);
+    PutText(stRequest.get(), "text", acText);
+    (void)Ask(FindOwner(pcSection)->pcName, kControlSet, stRequest.get());
 }
 
 }  // namespace wap::gateway

@@ -21,6 +21,12 @@ JsonValue Ask(const char *pcProcess, uint32_t uiRpcId, json_object *pstRequest =
 /// The same, but null when the process doesn't answer in time or isn't there.
 JsonValue TryAsk(const char *pcProcess, uint32_t uiRpcId, uint32_t uiTimeoutMs);
 
+/// A section of the home, as its owner tells it. Throws GatewayError.
+JsonValue ValueOf(const char *pcSection);
+
+/// Changes a single value of a section. Throws GatewayError.
+void SetValue(const char *pcSection, const char *pcMember, const std::string &acText);
+
 }  // namespace wap::gateway
 
 #endif

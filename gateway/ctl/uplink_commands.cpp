@@ -11,21 +11,6 @@ namespace wap::gateway {
 
 namespace {
 
-/// A section of the home, as its owner tells it.
-JsonValue ValueOf(const char *pcSection) {
-    const JsonValue stRequest = MakeObject();
-    PutText(stRequest.get(), "path", pcSection);
-    const JsonValue stAnswer = Ask(FindOwner(pcSection)->pcName, kControlGet, stRequest.get());
-    return Copy(FindMember(stAnswer.get(), "value"));
-}
-
-void SetValue(const char *pcSection, const char *pcMember, const std::string &acText) {
-    const JsonValue stRequest = MakeObject();
-    PutText(stRequest.get(), "path", std::string(pcSection) + "." + pcMember);
-    PutText(stRequest.get(), "text", acText);
-    (void)Ask(FindOwner(pcSection)->pcName, kControlSet, stRequest.get());
-}
-
 /// Brings a WAN connection up or down.
 void SwitchWan(const std::string &acName, bool bUp) {
     const JsonValue stRequest = MakeObject();
