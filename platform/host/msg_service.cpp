@@ -43,6 +43,7 @@ class Service {
     struct Connection {
         Service *pstService;
         Fd stSocket;
+        pid_t iCaller;
         pthread_t stThread;
         bool bDone;
     };
@@ -51,12 +52,12 @@ class Service {
     uint32_t Listen(const char *pcWanted);
     void LeaveName();
     void Accept();
-    void AddConnection(Fd stSocket);
+    void AddConnection(Fd stSocket, pid_t iCaller);
     void ReapDone();
     void RunConnection(Connection &stConnection);
-    bool AnswerOne(int iFd, uint8_t *pucReq, uint8_t *pucRsp);
-    uint32_t Handle(const RequestFrame &stFrame, const uint8_t *pucReq, uint8_t *pucRsp,
-                    uint32_t &uiRspLen);
+    bool AnswerOne(int iFd, pid_t iCaller, uint8_t *pucReq, uint8_t *pucRsp);
+    uint32_t Handle(const RequestFrame &stFrame, pid_t iCaller, const uint8_t *pucReq,
+                    uint8_t *pucRsp, uint32_t &uiRspLen);
 
     std::mutex stLifeMutex; /**< Init, Serve and Stop, one at a time */
     bool bRunning = false;
@@ -266,8 +267,9 @@ void Service::Accept() {
     while (!bStopping.load()) {
         Fd stSocket(accept4(iListener, nullptr, nullptr, SOCK_CLOEXEC));
         if (stSocket.Ok()) {
-            if (PeerIsUs(stSocket.Get())) {
-                AddConnection(std::move(stSocket));
+            pid_t iCaller = 0;
+            if (PeerIsUs(stSocket.Get(), &iCaller)) {
+                AddConnection(std::move(stSocket), iCaller);
             }
         } else if (errno != EINTR && errno != ECONNABORTED && !bStopping.load()) {
             // Out of descriptors, most likely: those who call wait until others have hung up.
@@ -277,7 +279,7 @@ void Service::Accept() {
     }
 }
 
-void Service::AddConnection(Fd stSocket) {
+void Service::AddConnection(Fd stSocket, pid_t iCaller) {
     ReapDone();
     WidenSendBuffer(stSocket.Get());
     // A caller that never reads its replies must not hold a thread for ever.
@@ -288,7 +290,7 @@ void Service::AddConnection(Fd stSocket) {
         return;
     }
     try {
-        stConnections.push_back({this, std::move(stSocket), pthread_t{}, false});
+        stConnections.push_back({this, std::move(stSocket), iCaller, pthread_t{}, false});
     } catch (const std::bad_alloc &) {
         return;
     }
@@ -329,7 +331,7 @@ void Service::RunConnection(Connection &stConnection) {
         iFd = stConnection.stSocket.Get();
     }
     if (pucReq != nullptr && pucRsp != nullptr) {
-        while (AnswerOne(iFd, pucReq.get(), pucRsp.get())) {
+        while (AnswerOne(iFd, stConnection.iCaller, pucReq.get(), pucRsp.get())) {
         }
     }
     std::lock_guard<std::mutex> stGuard(stMutex);
@@ -338,7 +340,7 @@ void Service::RunConnection(Connection &stConnection) {
 }
 
 /** Receives one request and answers it. @return false when the connection is over */
-bool Service::AnswerOne(int iFd, uint8_t *pucReq, uint8_t *pucRsp) {
+bool Service::AnswerOne(int iFd, pid_t iCaller, uint8_t *pucReq, uint8_t *pucRsp) {
     RequestFrame stFrame{};
     ssize_t iGot = ReceiveParts(iFd, &stFrame, sizeof stFrame, pucReq, VT_HOST_MAX_PAYLOAD, 0);
     if (iGot < static_cast<ssize_t>(sizeof stFrame) || stFrame.uiMagic != kRequestMagic ||
@@ -351,7 +353,7 @@ bool Service::AnswerOne(int iFd, uint8_t *pucReq, uint8_t *pucRsp) {
     uint32_t uiStatus = 0;
     uint32_t uiRspLen = 0;
     if (stFrame.uiKind == kKindRpc) {
-        uiStatus = Handle(stFrame, pucReq, pucRsp, uiRspLen);
+        uiStatus = Handle(stFrame, iCaller, pucReq, pucRsp, uiRspLen);
         if (uiRspLen == VT_HOST_NO_REPLY) {
             return true;
         }
@@ -364,15 +366,15 @@ bool Service::AnswerOne(int iFd, uint8_t *pucReq, uint8_t *pucRsp) {
     return SendParts(iFd, &stReply, sizeof stReply, pucRsp, uiRspLen, 0) >= 0;
 }
 
-uint32_t Service::Handle(const RequestFrame &stFrame, const uint8_t *pucReq, uint8_t *pucRsp,
-                         uint32_t &uiRspLen) {
+uint32_t Service::Handle(const RequestFrame &stFrame, pid_t iCaller, const uint8_t *pucReq,
+                         uint8_t *pucRsp, uint32_t &uiRspLen) {
     VtHostHandler pfnNow = pfnHandler.load(std::memory_order_acquire);
     if (pfnNow == nullptr) {
         return VT_HOST_ERR_UNKNOWN_RPC;
     }
     memset(pucRsp, 0, stFrame.uiRspCap);
     VtHostCall stCall{&stFrame.stHead, stFrame.uiCode, stFrame.uiDstMid, pucReq,
-                      stFrame.uiLen,   pucRsp,         stFrame.uiRspCap};
+                      stFrame.uiLen,   pucRsp,         stFrame.uiRspCap, iCaller};
     uint32_t uiStatus = pfnNow(pvContext, &stCall, &uiRspLen);
     if (uiRspLen != VT_HOST_NO_REPLY) {
         uiRspLen = std::min(uiRspLen, stFrame.uiRspCap);

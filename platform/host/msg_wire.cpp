@@ -37,11 +37,16 @@ Fd NewSocket() {
     return stSocket;
 }
 
-bool PeerIsUs(int iFd) {
+bool PeerIsUs(int iFd, pid_t *piPid) {
     ucred stPeer{};
     socklen_t uiLen = sizeof stPeer;
-    return getsockopt(iFd, SOL_SOCKET, SO_PEERCRED, &stPeer, &uiLen) == 0 &&
-           stPeer.uid == geteuid();
+    if (getsockopt(iFd, SOL_SOCKET, SO_PEERCRED, &stPeer, &uiLen) != 0 || stPeer.uid != geteuid()) {
+        return false;
+    }
+    if (piPid != nullptr) {
+        *piPid = stPeer.pid;
+    }
+    return true;
 }
 
 /** A message of two parts, as sendmsg and recvmsg want it. */

@@ -51,8 +51,12 @@ Fd NewSocket();
 /** Lets a socket send packets of the longest frame without waiting for memory. */
 void WidenSendBuffer(int iFd);
 
-/** @return whether the other end belongs to this process's user. */
-bool PeerIsUs(int iFd);
+/**
+ * Looks who is at the other end.
+ * @param piPid receives the id of the process that connected; may be null
+ * @return whether it belongs to this process's user
+ */
+bool PeerIsUs(int iFd, pid_t *piPid = nullptr);
 
 /** Sends one packet of two parts. @return as sendmsg */
 ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData,

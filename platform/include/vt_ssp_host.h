@@ -71,6 +71,9 @@ typedef struct VtHostCall {
     uint32_t uiReqLen;
     void *pvRsp;       /**< room for uiRspCap bytes, zeroed */
     uint32_t uiRspCap; /**< the caller's reply capacity, at most VT_HOST_MAX_PAYLOAD */
+    /** The process that calls, as the system tells it, whatever the header says; 0 for one that has
+     *  no id here. */
+    int32_t iCallerPid;
 } VtHostCall;
 
 /**

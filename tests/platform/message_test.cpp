@@ -84,6 +84,19 @@ TEST_F(Calls, TheHeaderArrives) {
     EXPECT_EQ(Word(77), strMid);
 }
 
+int CallerIsTold() {
+    std::string strPid(4, '#');
+    return Call("echo", kCaller, "", strPid) == 0 && strPid == Word(static_cast<uint32_t>(getpid()))
+               ? 0
+               : 1;
+}
+
+TEST_F(Calls, TheHandlerKnowsWhoCalls) {
+    EXPECT_EQ(0, CallerIsTold());
+    EXPECT_EQ(0, InChild(CallerIsTold)) << "a child is another one, on a connection of its own";
+    EXPECT_EQ(0, CallerIsTold());
+}
+
 TEST_F(Calls, ASenderNameWithoutAnEndGetsOne) {
     RpcMsgHead stHead = HeadFor("echo");
     memset(stHead.acSndApp, 'x', sizeof stHead.acSndApp);

@@ -93,6 +93,10 @@ uint32_t TestHandler(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRs
             *puiRspLen = 4;
             return 0;
         }
+        case kCaller:
+            memcpy(pucRsp, &pstCall->iCallerPid, 4);
+            *puiRspLen = 4;
+            return 0;
         default:
             return VT_HOST_ERR_UNKNOWN_RPC;
     }

@@ -42,6 +42,7 @@ enum TestRpc : uint32_t {
     kRoom = 8,     /**< replies the capacity and the sum of the room's bytes, as two words */
     kMid = 9,      /**< replies the destination module */
     kTryStop = 10, /**< calls VT_HOST_Stop, replies its result */
+    kCaller = 11,  /**< replies the caller's process id, as a word */
 };
 
 /** A handler for tests. The context, if any, is a uint32_t atomic that counts the calls. */
