@@ -74,7 +74,8 @@ Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable st
       m_iLock(LockProcess(stDir, stInfo.pcName).Release()),
       m_stHome(stDir, stInfo),
       m_stTable(std::move(stTable)),
-      m_stContext{m_stHome, GatewayStart(stDir)},
+      m_pstState(m_stTable.MakeState(m_stHome, stDir)),
+      m_stContext{m_stHome, GatewayStart(stDir), m_pstState.get()},
       m_uiStart(NowSeconds()) {}
 
 void Process::Run() {
@@ -117,7 +118,13 @@ uint32_t Process::Serve(const VtHostCall &stCall, uint32_t &uiReplyLength) {
     if (stFault) {
         return ServeWithFault(*stFault, stCall, uiReplyLength);
     }
-    return m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+    return ServeRpc(stCall, uiReplyLength);
+}
+
+uint32_t Process::ServeRpc(const VtHostCall &stCall, uint32_t &uiReplyLength) {
+    HandlerContext stContext = m_stContext;
+    stContext.iCaller = stCall.iCallerPid;
+    return m_stTable.Serve(stContext, stCall, uiReplyLength);
 }
 
 uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
@@ -139,13 +146,13 @@ uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
             uiReplyLength = stCall.uiRspCap;
             return 0;
         case FaultKind::kTruncate:
-            uiStatus = m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+            uiStatus = ServeRpc(stCall, uiReplyLength);
             uiReplyLength = std::min(uiReplyLength, stFault.uiValue);
             return uiStatus;
         case FaultKind::kNone:
             break;
     }
-    return m_stTable.Serve(m_stContext, stCall, uiReplyLength);
+    return ServeRpc(stCall, uiReplyLength);
 }
 
 uint32_t Process::ServeControl(const VtHostCall &stCall, uint32_t &uiReplyLength) {
@@ -218,7 +225,7 @@ JsonValue Process::AnswerControl(uint32_t uiRpcId, json_object *pstRequest) {
                        RequiredText(pstRequest, "text"));
             return stReply;
         default:
-            return nullptr;
+            return m_pstState ? m_pstState->Control(uiRpcId, pstRequest) : nullptr;
     }
 }
 

@@ -27,6 +27,7 @@ class Process {
   private:
     static uint32_t OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
     uint32_t Serve(const VtHostCall &stCall, uint32_t &uiReplyLength);
+    uint32_t ServeRpc(const VtHostCall &stCall, uint32_t &uiReplyLength);
     uint32_t ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
                             uint32_t &uiReplyLength);
     uint32_t ServeControl(const VtHostCall &stCall, uint32_t &uiReplyLength);
@@ -43,6 +44,7 @@ class Process {
     Home m_stHome;
     RpcTable m_stTable;
     FaultTable m_stFaults;
+    std::unique_ptr<ProcessState> m_pstState;
     HandlerContext m_stContext;
     uint64_t m_uiStart;
     std::atomic<uint64_t> m_uiServed{0};

@@ -20,7 +20,7 @@ inline constexpr std::array<ProcessInfo, 7> kProcesses = {{
       "attachControl"}},
     {"app_m", {"network", "ssidBindings", "pon", "hosts"}},
     {"osgi_proxy", {"device"}},
-    {"usb_mngt", {}},
+    {"usb_mngt", {"usb", "storage"}},
     {"tarn", {}},
     {"cwmp", {"identity"}},
     {"igmp", {"multicast"}},

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -17,10 +18,26 @@
 
 namespace wap::gateway {
 
+/// What a process has beside its home: who uses what at present, threads of its own. It is made
+/// when the home is loaded, before the first request, and destroyed after the last one.
+class ProcessState {
+  public:
+    virtual ~ProcessState() = default;
+
+    /// Serves a control request that only this process knows; null for one that it doesn't know.
+    /// Throws GatewayError with a text for the user.
+    virtual JsonValue Control(uint32_t uiRpcId, json_object *pstRequest) = 0;
+};
+
+/// Makes a process's state. May throw GatewayError, and then the process does not start.
+using StateMaker = std::unique_ptr<ProcessState> (*)(Home &stHome, const RuntimeDir &stDir);
+
 /// What a handler has at hand. Handlers run on several threads at once.
 struct HandlerContext {
     Home &stHome;
-    uint64_t uiGatewayStart;  /// see NowSeconds
+    uint64_t uiGatewayStart;           /// see NowSeconds
+    ProcessState *pstState = nullptr;  /// what the process's StateMaker made; null without one
+    int32_t iCaller = 0;               /// the calling process, see VtHostCall
 };
 
 /// Serves an RPC whose request or reply has no fixed length, from bytes to bytes. A reply longer
@@ -64,6 +81,12 @@ class RpcTable {
     /// Has an RPC carried out by another process under the same id: its status and reply go back.
     void Forward(uint32_t uiRpcId, const char *pcProcess);
 
+    /// Gives the process a state of its own.
+    void SetState(StateMaker pfnMaker) { m_pfnMaker = pfnMaker; }
+    std::unique_ptr<ProcessState> MakeState(Home &stHome, const RuntimeDir &stDir) const {
+        return m_pfnMaker == nullptr ? nullptr : m_pfnMaker(stHome, stDir);
+    }
+
     /// Serves a call with its handler, or answers VT_HOST_ERR_UNKNOWN_RPC.
     uint32_t Serve(HandlerContext &stContext, const VtHostCall &stCall,
                    uint32_t &uiReplyLength) const {
@@ -75,6 +98,7 @@ class RpcTable {
   private:
     using Server = std::function<uint32_t(HandlerContext &, const VtHostCall &, uint32_t &)>;
     std::map<uint32_t, Server> m_stHandlers;
+    StateMaker m_pfnMaker = nullptr;
 };
 
 }  // namespace wap::gateway

@@ -37,6 +37,8 @@ RpcTable MakeTable(std::string_view pcProcess) {
         wap::gateway::AddAppManagerRpcs(stTable);
     } else if (pcProcess == "osgi_proxy") {
         wap::gateway::AddOsgiProxyRpcs(stTable);
+    } else if (pcProcess == "usb_mngt") {
+        wap::gateway::AddUsbManagerRpcs(stTable);
     } else if (pcProcess == "cwmp") {
         wap::gateway::AddCwmpRpcs(stTable);
     } else if (pcProcess == "igmp") {

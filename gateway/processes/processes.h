@@ -37,6 +37,7 @@ inline bool IsTrue(json_object *pstObject, const char *pcKey) {
 void AddAppManagerRpcs(RpcTable &stTable);
 void AddGulmRpcs(RpcTable &stTable);
 void AddOsgiProxyRpcs(RpcTable &stTable);
+void AddUsbManagerRpcs(RpcTable &stTable);
 void AddCwmpRpcs(RpcTable &stTable);
 void AddIgmpRpcs(RpcTable &stTable);
 
