@@ -2,9 +2,7 @@
 // reached with pread and pwrite and never mapped: a full disk is then an error, not a signal.
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/ipc.h>
 #include <sys/random.h>
-#include <sys/shm.h>
 #include <sys/stat.h>
 
 #include <cinttypes>
@@ -159,28 +157,4 @@ uint32_t VT_HOST_RemoveStaleBlocks(void) {
     }
     closedir(pstFolder);
     return uiRemoved;
-}
-
-int32_t VT_OS_ShmGet(int32_t iKey, uint32_t uiSize, int32_t iFlags) {
-    return shmget(iKey, uiSize, iFlags);
-}
-
-void *VT_OS_ShmAt(int32_t iShmId, const void *pvAddr, int32_t iFlags) {
-    return shmat(iShmId, pvAddr, iFlags);
-}
-
-int32_t VT_OS_ShmDt(const void *pvAddr) {
-    if (pvAddr == nullptr) {
-        errno = EINVAL;
-        return -1;
-    }
-    return shmdt(pvAddr);
-}
-
-int32_t VT_OS_ShmCtl(int32_t iShmId, int32_t iCmd, void *pvBuf) {
-    if (pvBuf == nullptr && iCmd != IPC_RMID) {
-        errno = EINVAL;
-        return -1;
-    }
-    return shmctl(iShmId, iCmd, static_cast<shmid_ds *>(pvBuf));
 }

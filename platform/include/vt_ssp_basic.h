@@ -229,7 +229,11 @@ uint32_t VT_OS_Compress(const void *pvSrc, uint32_t uiSrcLen, void *pvDst, uint3
  */
 uint32_t VT_OS_Decompress(const void *pvSrc, void *pvDst, uint32_t uiDstCap);
 
-/** System V shared memory, as shmget: a segment's id, or -1 with errno. */
+/**
+ * System V shared memory, as shmget: a segment's id, or -1 with errno. The host library gives every
+ * runtime directory keys of its own, so that gateways on one machine do not share segments: ipcs
+ * shows other keys than those that are asked for.
+ */
 int32_t VT_OS_ShmGet(int32_t iKey, uint32_t uiSize, int32_t iFlags);
 
 /** As shmat: the address of the attached segment, or (void *)-1 with errno. */

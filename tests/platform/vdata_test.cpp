@@ -1,5 +1,3 @@
-#include <sys/ipc.h>
-#include <sys/shm.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -143,31 +141,6 @@ TEST_F(VData, StaleBlocksAreRemovedAndNothingElse) {
     EXPECT_EQ(2u, VT_HOST_RemoveStaleBlocks());
     EXPECT_EQ(VT_HOST_ERR_NO_BLOCK, VT_VDATA_FreeShm(uiId));
     EXPECT_EQ(0, access(strOther.c_str(), F_OK));
-}
-
-TEST(SystemVMemory, IsSharedAndRemoved) {
-    int32_t iId = VT_OS_ShmGet(IPC_PRIVATE, 100, IPC_CREAT | 0600);
-    ASSERT_GE(iId, 0);
-    char *pcFirst = static_cast<char *>(VT_OS_ShmAt(iId, nullptr, 0));
-    char *pcSecond = static_cast<char *>(VT_OS_ShmAt(iId, nullptr, 0));
-    ASSERT_NE(-1, reinterpret_cast<intptr_t>(pcFirst));
-    ASSERT_NE(-1, reinterpret_cast<intptr_t>(pcSecond));
-    memcpy(pcFirst, "hello", 6);
-    EXPECT_STREQ("hello", pcSecond);
-    shmid_ds stInfo{};
-    EXPECT_EQ(0, VT_OS_ShmCtl(iId, IPC_STAT, &stInfo));
-    EXPECT_EQ(100u, stInfo.shm_segsz);
-    EXPECT_EQ(0, VT_OS_ShmDt(pcFirst));
-    EXPECT_EQ(0, VT_OS_ShmDt(pcSecond));
-    EXPECT_EQ(0, VT_OS_ShmCtl(iId, IPC_RMID, nullptr));
-    EXPECT_EQ(-1, reinterpret_cast<intptr_t>(VT_OS_ShmAt(iId, nullptr, 0)));
-}
-
-TEST(SystemVMemory, MisuseFails) {
-    EXPECT_EQ(-1, VT_OS_ShmGet(0x7E57AB1E, 10, 0)) << "nobody made it";
-    EXPECT_EQ(-1, VT_OS_ShmDt(nullptr));
-    EXPECT_EQ(-1, VT_OS_ShmCtl(-1, IPC_RMID, nullptr));
-    EXPECT_EQ(-1, VT_OS_ShmCtl(0, IPC_STAT, nullptr));
 }
 
 }  // namespace
