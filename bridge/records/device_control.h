@@ -13,7 +13,7 @@ inline constexpr uint32_t kRpcResetDevice = 0x47209051;
 /// Served by "app_m". Request: a LedSwitch.
 inline constexpr uint32_t kRpcSetLedSwitch = 0x471030D3;
 
-/// Switches below this one are sent.
+/// There are only the switches below this one.
 inline constexpr uint32_t kLedSwitchEnd = 2;
 
 #pragma pack(push, 1)

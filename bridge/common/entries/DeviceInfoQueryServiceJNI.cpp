@@ -2,8 +2,23 @@
 
 #include "common/answers.h"
 #include "system/jni_device_info.h"
+#include "system/jni_runtime_info.h"
 
 using namespace wap;
+
+namespace {
+
+/// The runtime's descriptions. Their trace begins with a line feed alone, deliberately.
+jstring RuntimeAnswer(JNIEnv *pstEnv, SourceSpot stSpot, const char *pcMethod,
+                      TextWorker pfnWorker) {
+    VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "\n %s called \r\n",
+                       pcMethod);
+    AnswerBuffer<128> stBuffer = {};
+    const uint32_t uiResult = pfnWorker(stBuffer.acText, 128);
+    return TextOrFallback(pstEnv, stSpot, uiResult, stBuffer.acText);
+}
+
+}  // namespace
 
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJNI_getDeviceInfo(
@@ -53,4 +68,16 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJ
     JNIEnv *, jobject, jint) {
     WAP_TRACE_ENTRY();
     return NumberAnswer(WAP_SPOT, VT_JNI_GetRAMOccupancyRate());
+}
+
+JNIEXPORT jstring JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJNI_getJVMInfo(
+    JNIEnv *pstEnv, jobject) {
+    return RuntimeAnswer(pstEnv, WAP_SPOT, __func__, VT_JNI_GetJVMInfo);
+}
+
+JNIEXPORT jstring JNICALL
+Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJNI_getOSGiInfo(
+    JNIEnv *pstEnv, jobject) {
+    return RuntimeAnswer(pstEnv, WAP_SPOT, __func__, VT_JNI_GetOSGiInfo);
 }

@@ -4,7 +4,8 @@ import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
 import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
 
 /**
- * General information about the gateway: model and versions, memory, load, running time.
+ * General information about the gateway: model and versions, memory, load, running time, and what
+ * the applications run on.
  *
  * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
  * by any number of threads. Those that ask another process of the gateway block the calling thread
@@ -94,4 +95,44 @@ public class DeviceInfoQueryServiceJNI {
      * @return the used share in percent, 0 included; -1 when the platform can't tell
      */
     public native int getRAMOccupancyRate(int iSample);
+
+    /**
+     * Describes the Java runtime of the device, in its own words: runs {@code java -version} and
+     * reads what it prints. Asks none of the gateway's processes. Blocks the calling thread until
+     * the command has ended, for which there is no limit; calls of several threads take turns.
+     *
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * { "Result": 0, "Name": "OpenJDK Client VM ", "Version": "1.8.0_212", "Vendor": "Oracle" }
+     * }</pre>
+     *
+     * <p>The answer is one line. {@code Name} is what stands before the parenthesis in the line of
+     * the virtual machine, the blank at its end included; {@code Version} what stands between the
+     * first two quotation marks of a line about the version; {@code Vendor} is {@code Oracle} for
+     * every runtime that calls itself an OpenJDK, and empty for the others. Each has 31 bytes at
+     * most. What the runtime doesn't tell, or tells in more bytes, is empty.
+     *
+     * @return the description; the same with {@code "Result": 1} and empty texts when there is no
+     *     output of the command; <code>{"Result":-1}</code> (no blanks) when the description has
+     *     more than 127 bytes or memory runs out. A command that fails shows the output of an
+     *     earlier one, if there was one
+     */
+    public native String getJVMInfo();
+
+    /**
+     * Describes the OSGi framework that the applications run in. Asks nobody and doesn't wait.
+     *
+     * <p>The answer is always:
+     *
+     * <pre>{@code
+     * { "Result": 0, "Name": "Felix OSGi", "Version": "4.4.0",
+     *   "Vendor": "Apache Software Foundation" }
+     * }</pre>
+     *
+     * <p>in one line.
+     *
+     * @return the description; <code>{"Result":-1}</code> (no blanks) when memory runs out
+     */
+    public native String getOSGiInfo();
 }
