@@ -2,6 +2,7 @@
 
 #include <signal.h>
 #include <stdio.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -95,6 +96,20 @@ int Stop(const Options &stOptions) {
     } else {
         printf("Ended %s\n", NamesOf(astEnded).c_str());
     }
+    return 0;
+}
+
+int Restart(const Options &stOptions) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    const ProcessNames astAll = Chosen(stOptions);
+    const std::chrono::seconds stTimeout(stOptions.uiTimeoutS);
+    (void)StopProcesses(stDir, astAll, stTimeout);
+    Locations stLocations = stOptions.stLocations;
+    if (access(stDir.HomeFile().c_str(), F_OK) == 0) {
+        stLocations.acHome = stDir.HomeFile();  // the one that it was started with
+    }
+    StartProcesses(stDir, stLocations, astAll, false, stTimeout);
+    printf("Simulated gateway in %s: restarted\n", stDir.Path().c_str());
     return 0;
 }
 

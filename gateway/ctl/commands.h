@@ -33,6 +33,7 @@ struct Options {
 
 int Start(const Options &stOptions);
 int Stop(const Options &stOptions);
+int Restart(const Options &stOptions);
 int Kill(const Options &stOptions);
 int Status(const Options &stOptions);
 int Wait(const Options &stOptions);
@@ -50,6 +51,8 @@ int Pon(const Options &stOptions);
 int ListWans(const Options &stOptions);
 int SetWan(const Options &stOptions);
 int Iptv(const Options &stOptions);
+int Leds(const Options &stOptions);
+int Voice(const Options &stOptions);
 
 }  // namespace wap::gateway
 

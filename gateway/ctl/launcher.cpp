@@ -3,25 +3,25 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/ipc.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <functional>
-#include <sstream>
+#include <memory>
 #include <thread>
 
 #include "ctl/client.h"
 #include "ctl/features.h"
 #include "framework/control.h"
 #include "framework/error.h"
+#include "framework/spawn.h"
+#include "records/access_right.h"
 #include "vt_ssp_host.h"
-
-extern char **environ;
 
 namespace wap::gateway {
 
@@ -93,11 +93,6 @@ bool WaitUntil(Clock::time_point stEnd, const std::function<bool()> &stIsDone) {
     return true;
 }
 
-std::string FromEnvironment(const char *pcName) {
-    const char *pcValue = getenv(pcName);
-    return pcValue == nullptr ? "" : pcValue;
-}
-
 std::string FolderOf(const std::string &acPath) {
     return acPath.substr(0, acPath.rfind('/'));
 }
@@ -116,6 +111,13 @@ std::string OwnFolder(const Locations &stLocations) {
     return stLocations.acArgv0.find('/') == std::string::npos ? "" : FolderOf(stLocations.acArgv0);
 }
 
+/// gatewayctl itself, as a path that holds in any directory.
+std::string Controller(const Locations &stLocations) {
+    const std::string acPath = OwnFolder(stLocations) + "/gatewayctl";
+    const std::unique_ptr<char, decltype(&free)> pcReal(realpath(acPath.c_str(), nullptr), &free);
+    return pcReal ? pcReal.get() : acPath;
+}
+
 std::string FindProgram(const Locations &stLocations) {
     std::string acPath = stLocations.acProgram;
     if (acPath.empty()) {
@@ -129,21 +131,6 @@ std::string FindProgram(const Locations &stLocations) {
                            ": name wap_gateway with --program or WAP_GATEWAY_PROGRAM");
     }
     return acPath;
-}
-
-/// WAP_EMULATOR's words, to be put before the program: nothing for a program of this machine. They
-/// are separated by blanks or, so that they may hold blanks, all by semicolons.
-std::vector<std::string> EmulatorWords() {
-    std::vector<std::string> astWords;
-    const std::string acEmulator = FromEnvironment("WAP_EMULATOR");
-    const char cSeparator = acEmulator.find(';') == std::string::npos ? ' ' : ';';
-    std::istringstream stWords(acEmulator);
-    for (std::string acWord; std::getline(stWords, acWord, cSeparator);) {
-        if (!acWord.empty()) {
-            astWords.push_back(acWord);
-        }
-    }
-    return astWords;
 }
 
 /// Puts the shipped home where the processes look for values that their state lacks.
@@ -191,48 +178,6 @@ void CloseInheritedOnExec() {
     }
 }
 
-/// How a process is spawned: a session of its own, default signals, output to its log.
-class SpawnRecipe {
-  public:
-    explicit SpawnRecipe(const std::string &acLog) {
-        posix_spawn_file_actions_init(&m_stFiles);
-        posix_spawnattr_init(&m_stAttributes);
-        sigset_t stSignals;
-        sigemptyset(&stSignals);
-        int iError = posix_spawnattr_setsigmask(&m_stAttributes, &stSignals);
-        for (const int iSignal : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGPIPE}) {
-            sigaddset(&stSignals, iSignal);
-        }
-        iError |= posix_spawnattr_setsigdefault(&m_stAttributes, &stSignals);
-        iError |= posix_spawnattr_setflags(
-            &m_stAttributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        iError |=
-            posix_spawn_file_actions_addopen(&m_stFiles, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        iError |= posix_spawn_file_actions_addopen(&m_stFiles, STDOUT_FILENO, acLog.c_str(),
-                                                   O_WRONLY | O_CREAT | O_APPEND, 0600);
-        iError |= posix_spawn_file_actions_adddup2(&m_stFiles, STDOUT_FILENO, STDERR_FILENO);
-        if (iError != 0) {
-            Release();
-            throw std::bad_alloc();
-        }
-    }
-    SpawnRecipe(const SpawnRecipe &) = delete;
-    SpawnRecipe &operator=(const SpawnRecipe &) = delete;
-    ~SpawnRecipe() { Release(); }
-
-    const posix_spawn_file_actions_t *Files() const { return &m_stFiles; }
-    const posix_spawnattr_t *Attributes() const { return &m_stAttributes; }
-
-  private:
-    void Release() {
-        posix_spawn_file_actions_destroy(&m_stFiles);
-        posix_spawnattr_destroy(&m_stAttributes);
-    }
-
-    posix_spawn_file_actions_t m_stFiles;
-    posix_spawnattr_t m_stAttributes;
-};
-
 /// Sets a long log aside, in place of the one set aside before; returns where new lines will begin.
 size_t PrepareLog(const std::string &acLog) {
     constexpr off_t kLongLog = 1 << 20;
@@ -247,27 +192,9 @@ size_t PrepareLog(const std::string &acLog) {
 }
 
 Child Spawn(const RuntimeDir &stDir, const std::string &acProgram, const ProcessInfo &stInfo) {
-    std::vector<std::string> astWords = EmulatorWords();
-    astWords.push_back(acProgram);
-    astWords.push_back(stInfo.pcName);
-    std::vector<char *> astArguments;
-    astArguments.reserve(astWords.size() + 1);
-    for (std::string &acWord : astWords) {
-        astArguments.push_back(acWord.data());
-    }
-    astArguments.push_back(nullptr);
-
     const std::string acLog = stDir.LogFile(stInfo.pcName);
-    Child stChild = {&stInfo, 0, PrepareLog(acLog)};
-    const SpawnRecipe stRecipe(acLog);
-    const int iError = posix_spawnp(&stChild.iPid, astArguments[0], stRecipe.Files(),
-                                    stRecipe.Attributes(), astArguments.data(), environ);
-    if (iError != 0) {
-        throw GatewayError(
-            "cannot start " + astWords[0] + ": " + ErrnoText(iError) +
-            (iError == ENOEXEC ? "; a program for another machine needs WAP_EMULATOR" : ""));
-    }
-    return stChild;
+    const size_t uiLogStart = PrepareLog(acLog);
+    return {&stInfo, SpawnDetached(acProgram, {stInfo.pcName}, acLog), uiLogStart};
 }
 
 /// Whether a spawned process has ended.
@@ -325,13 +252,24 @@ void AwaitStart(const RuntimeDir &stDir, Child &stChild, Clock::time_point stEnd
                        "; its log " + acLog + (acSaid.empty() ? " is empty" : " says:\n" + acSaid));
 }
 
+/// Removes what processes left in memory that lives beyond them.
+void RemoveLeftovers() {
+    (void)VT_HOST_RemoveStaleBlocks();
+    for (const int32_t iKey : {kFtpRightKey, kSambaRightKey}) {
+        const int32_t iSegment = VT_OS_ShmGet(iKey, 0, 0);
+        if (iSegment >= 0) {
+            (void)VT_OS_ShmCtl(iSegment, IPC_RMID, nullptr);
+        }
+    }
+}
+
 /// When no process runs: forgets the gateway's start and removes what its processes left behind.
 /// The caller holds the gateway's lock, so that no process is started meanwhile.
 void TidyWhenDown(const RuntimeDir &stDir) {
     if (Running(stDir).empty()) {
         // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
         ForgetGatewayStart(stDir);
-        (void)VT_HOST_RemoveStaleBlocks();
+        RemoveLeftovers();
         RemoveDeadSockets(stDir);
     }
 }
@@ -404,10 +342,12 @@ void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
         RemoveState(stDir);
     }
     if (astRunning.empty()) {
-        (void)VT_HOST_RemoveStaleBlocks();
+        RemoveLeftovers();
         TakeOverHome(stDir, stLocations);
         NoteGatewayStart(stDir);
     }
+    // For the one that restarts the gateway when it is reset.
+    setenv(kControllerVariable, Controller(stLocations).c_str(), 1);
     CloseInheritedOnExec();
     HeldSignals stSignals;
     std::vector<Child> astChildren;

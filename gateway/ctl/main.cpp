@@ -94,6 +94,7 @@ class CommandLine {
         AddHostVerbs();
         AddFeatureVerb();
         AddUplinkVerbs();
+        AddBoxVerbs();
         AddFaultVerbs();
         // Last, as verbs take over the footer that is set when they are added.
         m_stApp.footer(
@@ -201,6 +202,9 @@ class CommandLine {
         CLI::App *pstStop = Add("stop", "End processes and wait until they have ended", Stop);
         AddProcesses(pstStop, "Which ones (all)");
         AddTimeout(pstStop);
+        CLI::App *pstRestart =
+            Add("restart", "End all processes and start them again, as a reset does", Restart);
+        AddTimeout(pstRestart);
         CLI::App *pstKill = Add("kill", "End a process at once, as a crash would", Kill);
         AddOneProcess(pstKill);
         CLI::App *pstWait =
@@ -341,6 +345,19 @@ class CommandLine {
                 "Whether it uses IPv4")
             ->check(CLI::IsMember({"on", "off"}))
             ->type_name("on|off");
+    }
+
+    void AddBoxVerbs() {
+        CLI::App *pstLeds = Add("leds", "Show whether the lights are on, or switch them", Leds);
+        AddState(pstLeds, "on", "off", "on or off (show it)");
+
+        CLI::App *pstVoice =
+            Add("voice", "Show the voice lines and who is told of their events, or change a line",
+                Voice);
+        pstVoice->add_option("LINE", m_stOptions.acPath, "Such as POTS1 (show all)")->type_name("");
+        pstVoice->add_option("STATE", m_stOptions.acText, "What it does from now on")
+            ->check(CLI::IsMember({"idle", "ringing", "talking", "offhook", "unregistered"}))
+            ->type_name("");
     }
 
     void SetKind(FaultKind eKind, uint32_t uiValue = 0) {

@@ -45,6 +45,11 @@ json_object *FindElement(json_object *pstList, const char *pcKey, std::string_vi
     });
 }
 
+json_object *FindExactly(json_object *pstList, const char *pcKey, std::string_view pcText) {
+    return FindIf(pstList,
+                  [&](json_object *pstElement) { return GetText(pstElement, pcKey) == pcText; });
+}
+
 json_object *FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber) {
     return FindIf(pstList,
                   [&](json_object *pstElement) { return GetNumber(pstElement, pcKey) == iNumber; });

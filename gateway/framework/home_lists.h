@@ -17,8 +17,10 @@ struct ListPlace {
     std::string acId;
 };
 
-/// The element whose member is that text, or that number; borrowed, null when there is none.
+/// The element whose member is that text, in whatever case or exactly, or that number; borrowed,
+/// null when there is none.
 json_object *FindElement(json_object *pstList, const char *pcKey, std::string_view pcText);
+json_object *FindExactly(json_object *pstList, const char *pcKey, std::string_view pcText);
 json_object *FindNumber(json_object *pstList, const char *pcKey, int64_t iNumber);
 
 /// Takes an element out of the list that it is in.

@@ -200,6 +200,7 @@ uint32_t GetWlanInst(HandlerContext &stContext, const Word &, WlanInstBlock &stR
 
 void AddAppManagerRpcs(RpcTable &stTable) {
     AddAccessRpcs(stTable);
+    AddBoxRpcs(stTable);
     stTable.AddBytes(kRpcGetLanHostIp, GetAddress);
     stTable.AddBytes(kRpcGetLanHostSpeed, GetSpeed);
     stTable.AddBytes(kRpcGetLanHostInfoByMac, GetByMac<WriteInfo>);

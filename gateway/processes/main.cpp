@@ -7,6 +7,7 @@
 
 #include "framework/error.h"
 #include "framework/process.h"
+#include "processes/accounts.h"
 #include "processes/processes.h"
 
 namespace {
@@ -39,6 +40,9 @@ RpcTable MakeTable(std::string_view pcProcess) {
         wap::gateway::AddOsgiProxyRpcs(stTable);
     } else if (pcProcess == "usb_mngt") {
         wap::gateway::AddUsbManagerRpcs(stTable);
+        wap::gateway::AddSambaAccountRpcs(stTable);
+    } else if (pcProcess == "tarn") {
+        wap::gateway::AddTarnRpcs(stTable);
     } else if (pcProcess == "cwmp") {
         wap::gateway::AddCwmpRpcs(stTable);
     } else if (pcProcess == "igmp") {

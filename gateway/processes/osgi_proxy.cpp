@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "framework/peers.h"
+#include "processes/accounts.h"
 #include "processes/vlan_bind.h"
 #include "records/attach_control.h"
 #include "records/device_info.h"
@@ -78,6 +79,8 @@ uint32_t ChangeVlanBind(HandlerContext &, const VlanBindReq &stRequest, VlanBind
 }  // namespace
 
 void AddOsgiProxyRpcs(RpcTable &stTable) {
+    AddProxyBoxRpcs(stTable);
+    AddRightRpcs(stTable);
     stTable.Add(kRpcGetDeviceInfo, GetDeviceInfo);
     stTable.Add(kRpcGetDeviceMac, GetDeviceMac);
     stTable.Add(kRpcGetDeviceUpTime, GetDeviceUpTime);

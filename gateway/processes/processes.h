@@ -38,6 +38,7 @@ void AddAppManagerRpcs(RpcTable &stTable);
 void AddGulmRpcs(RpcTable &stTable);
 void AddOsgiProxyRpcs(RpcTable &stTable);
 void AddUsbManagerRpcs(RpcTable &stTable);
+void AddTarnRpcs(RpcTable &stTable);
 void AddCwmpRpcs(RpcTable &stTable);
 void AddIgmpRpcs(RpcTable &stTable);
 
@@ -53,6 +54,10 @@ void AddAttachControlRpcs(RpcTable &stTable);
 
 // What app_m serves, likewise.
 void AddAccessRpcs(RpcTable &stTable);
+void AddBoxRpcs(RpcTable &stTable);
+
+// What osgi_proxy serves, likewise.
+void AddProxyBoxRpcs(RpcTable &stTable);
 
 }  // namespace wap::gateway
 
