@@ -7,6 +7,9 @@
 #include <string.h>
 #include <vt_ssp_basic.h>
 
+#include "common/jni_common.h"
+#include "common/report.h"
+
 namespace wap {
 
 /// Length of the text in a reply's field, which nobody promised to terminate.
@@ -31,6 +34,21 @@ inline void PutWholeField(char (&acField)[kSize], const char *pcText) {
     if (pcText != nullptr) {
         (void)VT_OS_StrNCpy_S(acField, kSize, pcText, VT_OS_StrLen(pcText));
     }
+}
+
+/// Copies the text of a reply's field, terminated or not, into the caller's buffer of uiCap bytes.
+/// 0; kErrTooLong, recorded, when the text and a zero don't fit, with nothing written.
+template <size_t kSize>
+inline uint32_t CopyField(SourceSpot stSpot, const char (&acField)[kSize], char *pcBuf,
+                          uint32_t uiCap) {
+    const uint32_t uiLength = FieldLength(acField);
+    if (uiLength >= uiCap) {
+        return Recorded(stSpot, kErrTooLong, uiCap, uiLength);
+    }
+    // Not with a text function: the field may lack its zero.
+    memcpy(pcBuf, acField, uiLength);
+    pcBuf[uiLength] = '\0';
+    return 0;
 }
 
 /// Ends the text in a reply's field within the field, whatever came.

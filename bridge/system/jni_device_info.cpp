@@ -1,7 +1,5 @@
 #include "system/jni_device_info.h"
 
-#include <string.h>
-
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
@@ -21,19 +19,6 @@ constexpr DirectRoute kAskIdentity = {"cwmp", 15, kRpcGetDeviceIdentity, kProxyT
 
 constexpr uint32_t kInfoTextCap = 512;
 constexpr uint32_t kCpuSample = 10;
-
-/// Copies the text of a reply's field, terminated or not, into the caller's buffer.
-template <size_t kSize>
-uint32_t CopyField(SourceSpot stSpot, const char (&acField)[kSize], char *pcBuf, uint32_t uiCap) {
-    const uint32_t uiLength = FieldLength(acField);
-    if (uiLength >= uiCap) {
-        return Recorded(stSpot, kErrTooLong, uiCap, uiLength);
-    }
-    // Not with a text function: the field may lack its zero.
-    memcpy(pcBuf, acField, uiLength);
-    pcBuf[uiLength] = '\0';
-    return 0;
-}
 
 /// The shape that the text queries share: ask, and take one text of the reply. The reply is wiped:
 /// some of these records carry passwords, whichever field was asked for.

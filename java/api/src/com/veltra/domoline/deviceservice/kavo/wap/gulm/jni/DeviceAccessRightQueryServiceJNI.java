@@ -1,0 +1,59 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * Tells who may log in to the gateway's FTP, Samba and web services. {@link
+ * DeviceAccessRightConfigServiceJNI} changes it.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads. Each asks processes of the gateway one after the other and waits for
+ * each answer, 30 seconds at most; a process that is not running makes it fail without waiting. No
+ * method throws because of the gateway's state.
+ *
+ * <p>The answers are texts of the gateway's process {@code osgi_proxy}, handed over as they are;
+ * only a failure, <code>{ "Result": -1 }</code>, is the library's.
+ */
+public class DeviceAccessRightQueryServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public DeviceAccessRightQueryServiceJNI() {}
+
+    /**
+     * Tells the right and the accounts of the FTP service. Asks {@code tarn} for the number of
+     * accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a time is
+     * served; others wait for their turn.
+     *
+     * <p>Example answer: <code>{"Result":0,"Enable":1,"Right":3,"List":[{"User":"guest"}]}</code>
+     *
+     * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses, or
+     *     when the shared memory for the answer can't be made, read or removed; {@code null} when
+     *     the text is empty
+     */
+    public native String getFTPRightInfo();
+
+    /**
+     * Tells the right and the accounts of the Samba service. Asks {@code usb_mngt} for the number
+     * of accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a
+     * time is served; others wait for their turn.
+     *
+     * <p>Example answer: <code>{"Result":0,"Enable":1,"Right":1,"List":[{"User":"media"}]}</code>
+     *
+     * @return as {@link #getFTPRightInfo()}
+     */
+    public native String getSambaRightInfo();
+
+    /**
+     * Tells the right of the web service. Asks the process {@code osgi_proxy}, at most 30 seconds.
+     *
+     * <p>Example answer: <code>{"Result":0,"Right":1}</code>
+     *
+     * @return the text, 255 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
+     *     answer, refuses, or sends a longer text; {@code null} when the text is empty
+     */
+    public native String getHTTPRightInfo();
+}
