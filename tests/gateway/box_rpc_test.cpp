@@ -1,0 +1,148 @@
+// The box itself: lights, voice lines and the reset, byte for byte.
+#include <unistd.h>
+
+#include <chrono>
+
+#include "gateway_fixture.h"
+#include "vt_ssp_host.h"
+
+namespace wap::test {
+
+namespace {
+
+constexpr uint32_t kRefused = 0xF7300001;
+constexpr uint32_t kTableFull = 0xF7300002;
+
+class BoxTest : public GatewayTest {
+  protected:
+    void SetUp() override {
+        GatewayTest::SetUp();
+        CtlOk({"start", "osgi_proxy", "app_m", "--timeout", "60"});
+    }
+
+    static uint32_t SwitchLeds(uint32_t uiSwitch) {
+        return Call("app_m", 0x471030D3, Word(uiSwitch), 4).uiStatus;
+    }
+    static uint32_t Subscribe(const std::string &acBundle) {
+        return Call("osgi_proxy", 0x47209062, Field(acBundle, 128), 4).uiStatus;
+    }
+    static uint32_t Unsubscribe(const std::string &acBundle) {
+        return Call("osgi_proxy", 0x47209063, Field(acBundle, 128), 4).uiStatus;
+    }
+    static std::string VoiceLines() { return TextIn(Query("app_m", 0x47209061, 512)); }
+};
+
+/// The gateway's up-time; a large number while it can't be asked.
+uint32_t UpTime() {
+    const RpcReply stReply = Query("osgi_proxy", 0x47209036, 4, 2000);
+    return stReply.uiStatus == 0 ? WordAt(stReply.acBytes, 0) : UINT32_MAX;
+}
+
+}  // namespace
+
+TEST_F(BoxTest, LightsAreSwitched) {
+    EXPECT_EQ(CtlOk({"leds"}), "on\n");
+    EXPECT_EQ(SwitchLeds(0), 0u);
+    EXPECT_EQ(CtlOk({"leds"}), "off\n");
+    EXPECT_EQ(SwitchLeds(2), kRefused);
+    EXPECT_EQ(CtlOk({"leds"}), "off\n");
+    EXPECT_EQ(SwitchLeds(1), 0u);
+    EXPECT_EQ(CtlOk({"leds"}), "on\n");
+    CtlOk({"leds", "off"});
+    EXPECT_EQ(CtlOk({"leds"}), "off\n");
+    EXPECT_EQ(Ctl({"leds", "blue"}).iExit, 2);
+}
+
+TEST_F(BoxTest, VoiceLinesTellTheirState) {
+    EXPECT_EQ(VoiceLines(),
+              R"({"Result":0,"List":[{"Name":"POTS1","Number":"5550101","Status":"idle"},)"
+              R"({"Name":"POTS2","Number":"5550102","Status":"idle"}]})");
+    CtlOk({"voice", "POTS2", "ringing"});
+    EXPECT_NE(VoiceLines().find(R"("Number":"5550102","Status":"ringing"}]})"), std::string::npos);
+    EXPECT_EQ(CtlOk({"voice"}),
+              "LINE     NUMBER           STATE\n"
+              "POTS1    5550101          idle\n"
+              "POTS2    5550102          ringing\n");
+    EXPECT_EQ(Call("app_m", 0x47209061, Word(1), 512).uiStatus, uint32_t{VT_HOST_ERR_ARGUMENT});
+}
+
+TEST_F(BoxTest, WrongVoiceVerbsAreExplained) {
+    EXPECT_EQ(Ctl({"voice", "POTS1", "singing"}).iExit, 2);
+    const Outcome stNoState = Ctl({"voice", "POTS1"});
+    EXPECT_EQ(stNoState.iExit, 1);
+    EXPECT_NE(stNoState.acErr.find("gatewayctl voice POTS1 STATE"), std::string::npos);
+    const Outcome stUnknown = Ctl({"voice", "POTS9", "idle"});
+    EXPECT_EQ(stUnknown.iExit, 1);
+    EXPECT_NE(stUnknown.acErr.find("POTS9"), std::string::npos);
+}
+
+TEST_F(BoxTest, VoiceLinesThatDoNotFitAreNotCut) {
+    CtlOk({"stop", "app_m", "--timeout", "60"});
+    std::string acState = ReadFile("state/app_m.json");
+    const size_t uiAt = acState.find("5550101");
+    ASSERT_NE(uiAt, std::string::npos);
+    acState.replace(uiAt, 7, std::string(600, '5'));
+    WriteFile("state/app_m.json", acState);
+    CtlOk({"start", "app_m", "--timeout", "60"});
+    EXPECT_EQ(Query("app_m", 0x47209061, 512).uiStatus, uint32_t{VT_HOST_ERR_TOO_LONG});
+}
+
+TEST_F(BoxTest, BundlesSubscribeToVoiceEvents) {
+    EXPECT_EQ(Subscribe("org.example.alarm"), 0u);
+    EXPECT_EQ(Subscribe("org.example.alarm"), 0u) << "again";
+    EXPECT_EQ(Subscribe(std::string(128, 'b')), 0u) << "a name without a zero";
+    EXPECT_NE(CtlOk({"voice"}).find("events go to org.example.alarm\nevents go to " +
+                                    std::string(128, 'b') + "\n"),
+              std::string::npos);
+    CtlOk({"kill", "osgi_proxy"});
+    CtlOk({"start", "osgi_proxy", "--timeout", "60"});
+    EXPECT_EQ(CountOf(CtlOk({"voice"}), "events go to "), 2u);
+    EXPECT_EQ(Unsubscribe("org.example.alarm"), 0u);
+    EXPECT_EQ(Unsubscribe("org.example.alarm"), kRefused) << "is none any more";
+    EXPECT_EQ(Subscribe(""), kRefused);
+    EXPECT_EQ(CtlOk({"voice"}).find("org.example.alarm"), std::string::npos);
+}
+
+TEST_F(BoxTest, SubscribersAreLimited) {
+    for (int iBundle = 0; iBundle < 64; ++iBundle) {
+        ASSERT_EQ(Subscribe("bundle" + std::to_string(iBundle)), 0u);
+    }
+    EXPECT_EQ(Subscribe("bundle64"), kTableFull);
+}
+
+TEST_F(BoxTest, ResetRestartsEverythingAndTheUpTime) {
+    CtlOk({"leds", "off"});
+    EXPECT_GE(UpTime(), 86400u);
+    EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, 0u);
+    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (Ctl({"status"}).iExit != 0 && std::chrono::steady_clock::now() < stEnd) {
+        usleep(50000);
+    }
+    EXPECT_EQ(Ctl({"status"}).iExit, 0) << "all seven run, not only those that did";
+    EXPECT_LT(UpTime(), 86400u);
+    EXPECT_EQ(CtlOk({"leds"}), "off\n") << "the home stays";
+    EXPECT_NE(ReadFile("log/reset.out").find(": restarted\n"), std::string::npos);
+}
+
+TEST_F(BoxTest, RestartStartsWhatIsDown) {
+    CtlOk({"set", "device.vendor", "Other Home"});
+    CtlOk({"kill", "app_m"});
+    EXPECT_EQ(CtlOk({"restart", "--timeout", "60"}),
+              "Simulated gateway in " + m_acDir + ": restarted\n");
+    EXPECT_EQ(Ctl({"status"}).iExit, 0);
+    EXPECT_EQ(CtlOk({"get", "device.vendor"}), "Other Home\n");
+    EXPECT_GE(UpTime(), 86400u) << "only a reset forgets the time before the start";
+}
+
+TEST_F(GatewayTest, ResetNeedsAControllerThatCanRestart) {
+    CtlOk({"start", "osgi_proxy", "--timeout", "60"});
+    CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
+    const pid_t iProxy = Launch(GatewayWords("osgi_proxy"));
+    CtlOk({"wait", "osgi_proxy", "--timeout", "60"});
+    EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, uint32_t{VT_HOST_ERR_DATA});
+    EXPECT_GE(UpTime(), 86400u);
+    CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
+    EXPECT_EQ(Await(iProxy), 0);
+}
+
+}  // namespace wap::test
