@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "ctl/commands.h"
+#include "ctl/usb_commands.h"
 #include "framework/error.h"
 #include "vt_ssp_host.h"
 
@@ -95,6 +96,7 @@ class CommandLine {
         AddFeatureVerb();
         AddUplinkVerbs();
         AddBoxVerbs();
+        AddUsbVerbs();
         AddFaultVerbs();
         // Last, as verbs take over the footer that is set when they are added.
         m_stApp.footer(
@@ -255,14 +257,7 @@ class CommandLine {
             {"interface", "Such as LAN1 or SSID1 (LAN1)"},
         };
         for (const auto &[pcName, pcHelp] : kMembers) {
-            pstAdd
-                ->add_option_function<std::string>(
-                    std::string("--") + pcName,
-                    [this, acName = std::string(pcName)](const std::string &acText) {
-                        m_stOptions.mapMembers[acName] = acText;
-                    },
-                    pcHelp)
-                ->type_name("TEXT");
+            AddMember(pstAdd, pcName, pcHelp);
         }
         AddMac(AddSubVerb(pstHost, "remove", "One leaves", RemoveHost));
         CLI::App *pstSet = AddSubVerb(pstHost, "set", "Change something of one", SetHost);
@@ -358,6 +353,56 @@ class CommandLine {
         pstVoice->add_option("STATE", m_stOptions.acText, "What it does from now on")
             ->check(CLI::IsMember({"idle", "ringing", "talking", "offhook", "unregistered"}))
             ->type_name("");
+    }
+
+    /// A verb that lists without more words and has verbs below it.
+    CLI::App *AddListGroup(const char *pcName, const char *pcHelp, Verb pfnList) {
+        CLI::App *pstGroup = m_stApp.add_subcommand(pcName, pcHelp);
+        pstGroup->require_subcommand(0, 1);
+        pstGroup->callback([this, pstGroup, pfnList] {
+            if (pstGroup->get_subcommands().empty()) {
+                m_pfnVerb = pfnList;
+            }
+        });
+        return pstGroup;
+    }
+
+    /// The word that names what a verb is about.
+    void AddWord(CLI::App *pstVerb, const char *pcName, const char *pcHelp) {
+        pstVerb->add_option(pcName, m_stOptions.acPath, pcHelp)->required()->type_name("");
+    }
+
+    CLI::Option *AddMember(CLI::App *pstVerb, const std::string &acMember, const char *pcHelp) {
+        return pstVerb
+            ->add_option_function<std::string>(
+                "--" + acMember,
+                [this, acMember](const std::string &acText) {
+                    m_stOptions.mapMembers[acMember] = acText;
+                },
+                pcHelp)
+            ->type_name("TEXT");
+    }
+
+    void AddUsbVerbs() {
+        CLI::App *pstUsb = AddListGroup(
+            "usb", "List the USB serial devices and who uses them, or plug one in or out", ListUsb);
+        CLI::App *pstPlug = AddSubVerb(pstUsb, "plug", "Plug a simulated one in", PlugUsb);
+        AddWord(pstPlug, "NAME", "Such as serial1");
+        AddMember(pstPlug, "kind", "echo returns what it gets, modem answers AT commands")
+            ->required()
+            ->check(CLI::IsMember({"echo", "modem"}))
+            ->type_name("echo|modem");
+        AddWord(AddSubVerb(pstUsb, "unplug", "Pull one out", UnplugUsb), "DEVICE",
+                "Its name or its id");
+
+        CLI::App *pstStorage = AddListGroup(
+            "storage", "List the volumes on USB sticks, or mount or unmount one", ListStorage);
+        CLI::App *pstAdd =
+            AddSubVerb(pstStorage, "add", "Mount a folder of this machine", AddStorage);
+        AddWord(pstAdd, "DIR", "The folder");
+        AddMember(pstAdd, "name", "The volume's name (the folder's)");
+        AddWord(AddSubVerb(pstStorage, "remove", "Unmount one", RemoveStorage), "VOLUME",
+                "Its name or its folder");
     }
 
     void SetKind(FaultKind eKind, uint32_t uiValue = 0) {

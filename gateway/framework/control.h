@@ -14,6 +14,18 @@
 //
 // The last three are for lists of objects: "id" is the text of the member "key".
 //
+// Some are served by "usb_mngt" alone. A device is named by its name or its id, a volume by its
+// name or its folder:
+//   kControlUsb            {}                    {"devices":[{"id","name","kind","node","owner"}],
+//                                                 "plugins":[{"name","type","owner"}]}
+//   kControlUsbPlug        {"name","kind"}       {"id","node"}
+//   kControlUsbUnplug      {"device"}            {}
+//   kControlStorage        {}                    {"volumes":[{"name","directory"}]}
+//   kControlStorageAdd     {"name","directory"}  {}
+//   kControlStorageRemove  {"volume"}            {}
+// The "owner" is a process id, and missing from a device that is free. A device without a "node" is
+// one that does not work.
+//
 // A request that can't be done is answered with {"error": text for the user}.
 //
 // A reply that is too long for a message is a text in a bulk block instead, whose descriptor is
@@ -34,6 +46,12 @@ inline constexpr uint32_t kControlClear = 0x7F000006;
 inline constexpr uint32_t kControlAdd = 0x7F000007;
 inline constexpr uint32_t kControlRemove = 0x7F000008;
 inline constexpr uint32_t kControlChange = 0x7F000009;
+inline constexpr uint32_t kControlUsb = 0x7F000020;
+inline constexpr uint32_t kControlUsbPlug = 0x7F000021;
+inline constexpr uint32_t kControlUsbUnplug = 0x7F000022;
+inline constexpr uint32_t kControlStorage = 0x7F000023;
+inline constexpr uint32_t kControlStorageAdd = 0x7F000024;
+inline constexpr uint32_t kControlStorageRemove = 0x7F000025;
 
 /// The longest reply, in bytes with the zero behind its text.
 inline constexpr uint32_t kControlReplyMax = 16u << 20;
