@@ -156,8 +156,8 @@ TEST_F(GatewayTest, StartInterruptedAtAnyTimeLeavesAllOrNothing) {
 }
 
 TEST_F(GatewayTest, StartThatFailsEndsWhatItStartedAndNothingElse) {
-    WriteFile("own.json",
-              "{\"identity\": {\"manufacturerOui\": \"02FFFF\", \"serialNumber\": \"7\"}}");
+    WriteFile("own.json", R"({"identity": {"manufacturerOui": "02FFFF", "serialNumber": "7"},)"
+                          R"( "usb": [], "storage": [], "samba": {}, "ftp": {}, "web": {}})");
     CtlOk({"start", "cwmp", "--home", m_acDir + "/own.json", "--timeout", "60"});
     // For osgi_proxy there is no section "device".
     const Outcome stStart = Ctl({"start", "usb_mngt", "osgi_proxy", "tarn", "--timeout", "60"});
@@ -303,7 +303,7 @@ TEST_F(GatewayTest, WapGatewaySaysHowItIsUsed) {
 }
 
 TEST_F(RunningGatewayTest, GetPrintsTextsNumbersAndGroups) {
-    CtlOk({"start", "gulm", "app_m", "igmp", "--timeout", "60"});
+    CtlOk({"start", "gulm", "app_m", "usb_mngt", "tarn", "igmp", "--timeout", "60"});
     EXPECT_EQ(CtlOk({"get", "device.vendor"}), "SimHome\n");
     EXPECT_EQ(CtlOk({"get", "device.flashKiB"}), "262144\n");
     EXPECT_EQ(CtlOk({"get", "identity"}),
@@ -325,7 +325,7 @@ TEST_F(RunningGatewayTest, GetOfEverythingTellsWhatIsMissing) {
 }
 
 TEST_F(RunningGatewayTest, WrongPathsAndValuesAreExplained) {
-    CtlOk({"start", "gulm", "app_m", "igmp", "--timeout", "60"});
+    CtlOk({"start", "gulm", "app_m", "usb_mngt", "tarn", "igmp", "--timeout", "60"});
     const struct {
         std::vector<std::string> astArguments;
         const char *pcSays;
