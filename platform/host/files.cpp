@@ -11,6 +11,9 @@
 #include <cstring>
 
 #include "host_util.h"
+#include "writable_tree.h"
+
+using namespace wap::host;
 
 extern char **environ;
 
@@ -62,9 +65,10 @@ int32_t VT_OS_Open(const char *pcPath, int32_t iFlags, uint32_t uiMode) {
         errno = EINVAL;
         return -1;
     }
+    const std::string strPath = LocalPath(pcPath);
     int iFd = -1;
     do {
-        iFd = open(pcPath, iFlags | O_CLOEXEC, static_cast<mode_t>(uiMode));
+        iFd = open(strPath.c_str(), iFlags | O_CLOEXEC, static_cast<mode_t>(uiMode));
     } while (iFd < 0 && errno == EINTR);
     return iFd;
 }
@@ -91,7 +95,7 @@ uint32_t VT_OS_ExecShellCmdEx(const char *pcCmd) {
     if (pcCmd == nullptr) {
         return VT_HOST_ERR_ARGUMENT;
     }
-    pid_t iPid = StartShell(pcCmd);
+    pid_t iPid = StartShell(LocalCommand(pcCmd).c_str());
     if (iPid < 0) {
         return VT_HOST_ERR_SYSTEM;
     }
@@ -112,7 +116,7 @@ void *VT_OS_Fopen(const char *pcPath, const char *pcMode) {
         errno = EINVAL;
         return nullptr;
     }
-    return fopen(pcPath, acMode);
+    return fopen(LocalPath(pcPath).c_str(), acMode);
 }
 
 char *VT_OS_Fgets(char *pcBuf, uint32_t uiSize, void *pvFile) {

@@ -11,6 +11,11 @@
  *   log/PROCESS.trace     the trace; when VT_TRACE=1 or VT_HOST_SetTrace says so
  *   log/PROCESS.console   what VT_OS_Printf prints
  *   features              the numbers of the features that VT_Feature_IsSupport grants
+ *   var/osgi/             the gateway's writable folder, /var/osgi/, made when it is first needed
+ * A path that begins with /var/osgi/ leads into that folder for VT_OS_Open and VT_OS_Fopen, and so
+ * does one in a command of VT_OS_ExecShellCmdEx, where a word begins or behind one of = : , < > and
+ * the like, quoted or not; other paths, such as /var/osgi_app/, are themselves, and so are all when
+ * VT_RUNTIME_DIR is not set.
  * Logs are bounded: a full one is kept as NAME.1. A process without a name in the message
  * service logs under its program's name; without VT_RUNTIME_DIR, logs go to stderr.
  */
