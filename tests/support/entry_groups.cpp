@@ -6,6 +6,7 @@
 #include "support/entry_table_macfilter.h"
 #include "support/entry_table_portmap.h"
 #include "support/entry_table_route.h"
+#include "support/entry_table_runtime.h"
 #include "support/entry_table_vlanbind.h"
 #include "support/entry_table_wanconfig.h"
 #include "support/furnish_attach.h"
@@ -13,6 +14,7 @@
 #include "support/furnish_macfilter.h"
 #include "support/furnish_portmap.h"
 #include "support/furnish_route.h"
+#include "support/furnish_runtime.h"
 #include "support/furnish_vlanbind.h"
 #include "support/furnish_wanconfig.h"
 
@@ -27,6 +29,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {AttachEntries(), FurnishAttach},
         {VlanBindEntries(), FurnishVlanBind},
         {RouteEntries(), FurnishRoutes},
+        {RuntimeEntries(), FurnishRuntime},
         {WanConfigEntries(), FurnishWanConfig},
     };
     return s_astGroups;

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "support/scripted_files.h"
+
 namespace wap::test {
 
 class World;
@@ -98,6 +100,7 @@ class Platform {
     uint32_t uiMemRate = 57;
     std::set<uint32_t> setFeatures;
     std::set<uint32_t> setKeptBlocks;  ///< blocks that are meant to outlive the test
+    ScriptedFiles stFiles;
 
     // ---- the record ----
     std::vector<RpcRecord> astRpcs;

@@ -72,6 +72,10 @@ std::vector<std::string> World::TakeComplaints() {
             asAll.push_back("bulk block " + std::to_string(uiId) + " was not freed");
         }
     }
+    if (!stPlatform.stFiles.apstOpen.empty()) {
+        asAll.push_back("files left open: " + std::to_string(stPlatform.stFiles.apstOpen.size()));
+        stPlatform.stFiles.apstOpen.clear();
+    }
     if (stPlatform.iLocksHeld != 0) {
         asAll.push_back("locks held: " + std::to_string(stPlatform.iLocksHeld));
         stPlatform.iLocksHeld = 0;
