@@ -3,6 +3,7 @@ package com.veltra.domoline.console;
 import java.lang.reflect.Array;
 import java.lang.reflect.Method;
 import java.lang.reflect.Parameter;
+import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.function.IntSupplier;
@@ -19,7 +20,9 @@ import java.util.function.IntSupplier;
  *   <tr><td>char</td><td>one character</td></tr>
  *   <tr><td>String</td><td>the text itself; {@code null}; {@code text:null} for the text
  *       "null"</td></tr>
- *   <tr><td>byte[]</td><td>hexadecimal, {@code 0aff10}, blanks and colons allowed</td></tr>
+ *   <tr><td>byte[]</td><td>hexadecimal, {@code 0aff10}, blanks and colons allowed;
+ *       {@code text:AT\r} for the bytes of a text, with {@code \r}, {@code \n} and {@code \\};
+ *       {@code zeros:64} for as many zeros</td></tr>
  *   <tr><td>other arrays</td><td>{@code a,b,c}; <code>\,</code> for a comma in an element; an empty
  *       word for an empty array</td></tr>
  * </table>
@@ -27,6 +30,8 @@ import java.util.function.IntSupplier;
 public final class Arguments {
     private static final String kNull = "null";
     private static final String kLiteral = "text:";
+    private static final String kZeros = "zeros:";
+    private static final int kMostZeros = 1 << 20;
     private static final String kWanIndex = "iWanIndex";
 
     private Arguments() {}
@@ -97,7 +102,7 @@ public final class Arguments {
             return word.startsWith(kLiteral) ? word.substring(kLiteral.length()) : word;
         }
         if (type == byte[].class) {
-            return hexadecimal(word);
+            return bytes(word);
         }
         if (type.isArray()) {
             return array(type.getComponentType(), word);
@@ -142,6 +147,37 @@ public final class Arguments {
                     word + " is outside " + lLeast + " to " + lMost + " of " + type);
         }
         return lValue;
+    }
+
+    private static byte[] bytes(String word) throws UsageException {
+        if (word.startsWith(kLiteral)) {
+            return unescaped(word.substring(kLiteral.length())).getBytes(StandardCharsets.UTF_8);
+        }
+        if (word.startsWith(kZeros)) {
+            int iCount = (Integer) primitive(int.class, word.substring(kZeros.length()));
+            if (iCount < 0 || iCount > kMostZeros) {
+                throw new UsageException(word + " is not " + kZeros + "0 to " + kMostZeros);
+            }
+            return new byte[iCount];
+        }
+        return hexadecimal(word);
+    }
+
+    private static String unescaped(String text) throws UsageException {
+        StringBuilder out = new StringBuilder();
+        for (int i = 0; i < text.length(); i++) {
+            char c = text.charAt(i);
+            if (c == '\\') {
+                int iEscape = i + 1 < text.length() ? "rn\\".indexOf(text.charAt(i + 1)) : -1;
+                if (iEscape < 0) {
+                    throw new UsageException("a \\ in '" + text + "' must be \\r, \\n or \\\\");
+                }
+                c = "\r\n\\".charAt(iEscape);
+                i++;
+            }
+            out.append(c);
+        }
+        return out.toString();
     }
 
     private static byte[] hexadecimal(String word) throws UsageException {

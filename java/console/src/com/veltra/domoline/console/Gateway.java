@@ -3,6 +3,7 @@ package com.veltra.domoline.console;
 import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.util.List;
+import java.util.Objects;
 import java.util.concurrent.TimeUnit;
 import java.util.stream.Collectors;
 
@@ -49,7 +50,19 @@ public final class Gateway {
      */
     public Outcome call(Arguments.Call call) throws UnreachableException {
         start();
-        return invoke(call.method, call.values);
+        Object[] before = new Object[call.values.length];
+        for (int i = 0; i < before.length; i++) {
+            Object value = call.values[i];
+            before[i] = value instanceof byte[] ? ((byte[]) value).clone() : value;
+        }
+        Outcome outcome = invoke(call.method, call.values);
+        for (int i = 0; i < before.length; i++) {
+            if (!Objects.deepEquals(before[i], call.values[i])) {
+                outcome.addFilled(
+                        call.method.getParameters()[i].getName(), (byte[]) call.values[i]);
+            }
+        }
+        return outcome;
     }
 
     /**

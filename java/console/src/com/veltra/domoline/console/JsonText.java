@@ -106,7 +106,13 @@ public final class JsonText {
         return '"' + visible(text.replace("\\", "\\\\").replace("\"", "\\\"")) + '"';
     }
 
-    private static String visible(String text) {
+    /**
+     * Writes control characters as escapes.
+     *
+     * @param text any text
+     * @return it, without them
+     */
+    static String visible(String text) {
         StringBuilder out = new StringBuilder();
         for (int i = 0; i < text.length(); i++) {
             char c = text.charAt(i);

@@ -3,16 +3,26 @@ package com.veltra.domoline.console;
 import com.google.gson.JsonElement;
 import com.google.gson.JsonPrimitive;
 import java.lang.reflect.Method;
+import java.nio.charset.StandardCharsets;
+import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.List;
+import java.util.Set;
 import java.util.stream.Collectors;
 import java.util.stream.IntStream;
+import java.util.stream.Stream;
 
 /** What a call brought: its answer, and whether that is a failure. */
 public final class Outcome {
+    /** Methods whose every other number is a failure: codes of the gateway, or 1. */
+    private static final Set<String> kZeroOnly = Set.of(
+            Gateway.kStartMethod, "reset", "getSubscribeVoIPEvent", "getUnSubscribeVoIPEvent");
+
     private final Method method;
     private final Object value;
     private final Throwable thrown;
     private final long lMilliseconds;
+    private final List<String> filled = new ArrayList<>();
 
     /**
      * Makes one.
@@ -31,10 +41,10 @@ public final class Outcome {
 
     /**
      * Tells whether the call failed: it threw, answered no text, answered JSON whose "Result" is
-     * negative, or answered a failure number. A query's number fails only with -1, because sizes
-     * and times above two thousand million arrive as other negative numbers; a change's number
-     * fails when it is negative, and that of {@code startThread} when it isn't 0. Some have
-     * failures of their own: an empty IPTV status, and -2 as the time that the PON is up.
+     * not 0, or answered a failure number. A query's number fails only with -1, because sizes and
+     * times above two thousand million arrive as other negative numbers; a change's number fails
+     * when it is negative, and for a few methods when it isn't 0. Some have failures of their own:
+     * an empty IPTV status, and -2 as the time that the PON is up.
      *
      * @return true for a failure
      */
@@ -51,7 +61,7 @@ public final class Outcome {
         }
         if (value instanceof Number) {
             long lValue = ((Number) value).longValue();
-            if (method.getName().equals(Gateway.kStartMethod)) {
+            if (kZeroOnly.contains(method.getName())) {
                 return lValue != 0;
             }
             if (method.getName().equals("getPONIfUpTime") && lValue == -2) {
@@ -62,10 +72,10 @@ public final class Outcome {
         if (method.getName().equals("getIPTVStatus") && value.equals("")) {
             return true;
         }
-        return value instanceof String && hasNegativeResult((String) value);
+        return value instanceof String && hasFailedResult((String) value);
     }
 
-    private static boolean hasNegativeResult(String answer) {
+    private static boolean hasFailedResult(String answer) {
         JsonElement element = JsonText.parse(answer);
         if (element == null || !element.isJsonObject()) {
             return false;
@@ -75,7 +85,24 @@ public final class Outcome {
             return false;
         }
         JsonPrimitive number = result.getAsJsonPrimitive();
-        return number.isNumber() && number.getAsDouble() < 0;
+        return number.isNumber() && number.getAsDouble() != 0;
+    }
+
+    /**
+     * Notes that the call wrote into an array that it was given, as those that read do.
+     *
+     * @param name the parameter's name
+     * @param bytes what is in the array now
+     */
+    void addFilled(String name, byte[] bytes) {
+        String text = new String(bytes, StandardCharsets.ISO_8859_1).replaceAll("\0+$", "");
+        filled.add(name + ": " + hexadecimal(bytes) + " \"" + JsonText.visible(text) + '"');
+    }
+
+    private static String hexadecimal(byte[] bytes) {
+        return IntStream.range(0, bytes.length)
+                .mapToObj(i -> String.format("%02x", bytes[i]))
+                .collect(Collectors.joining());
     }
 
     /**
@@ -95,10 +122,7 @@ public final class Outcome {
             return palette.paint(palette.bad, "null") + " (no answer, or an empty text)";
         }
         if (value instanceof byte[]) {
-            byte[] bytes = (byte[]) value;
-            return IntStream.range(0, bytes.length)
-                    .mapToObj(i -> String.format("%02x", bytes[i]))
-                    .collect(Collectors.joining());
+            return hexadecimal((byte[]) value);
         }
         if (value instanceof Object[]) {
             return Arrays.stream((Object[]) value)
@@ -108,7 +132,9 @@ public final class Outcome {
         if (value instanceof String) {
             return JsonText.pretty((String) value, palette);
         }
-        return palette.paint(failed() ? palette.bad : palette.number, String.valueOf(value));
+        String number =
+                palette.paint(failed() ? palette.bad : palette.number, String.valueOf(value));
+        return Stream.concat(Stream.of(number), filled.stream()).collect(Collectors.joining("\n"));
     }
 
     /**

@@ -212,9 +212,22 @@ public final class ServiceCatalog {
      * Tells whether a method only asks: then calling it changes nothing on the gateway.
      *
      * @param method a service method
-     * @return true when its name is {@code get…}, {@code query…} or {@code is…}
+     * @return true when its name is {@code get…}, {@code query…} or {@code is…}, but for those that
+     *     subscribe to events, whatever their names say
      */
     public static boolean isQuery(Method method) {
-        return method.getName().matches("(get|query|is)(\\P{Lower}.*)?");
+        return method.getName().matches("(get|query|is)(\\P{Lower}.*)?")
+                && !method.getName().matches("get(Un)?Subscribe.*");
+    }
+
+    /**
+     * Tells whether a method takes a password.
+     *
+     * @param method a service method
+     * @return true when one of its parameters is named so
+     */
+    static boolean takesPassword(Method method) {
+        return Arrays.stream(method.getParameters())
+                .anyMatch(parameter -> parameter.getName().endsWith("Password"));
     }
 }

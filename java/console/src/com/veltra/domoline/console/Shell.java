@@ -8,9 +8,10 @@ import java.nio.file.attribute.PosixFilePermissions;
 import java.time.Instant;
 import java.util.Collection;
 import java.util.List;
-import java.util.Locale;
 import java.util.Map;
 import java.util.TreeSet;
+import java.util.regex.Pattern;
+import java.util.stream.Collectors;
 import org.jline.reader.Candidate;
 import org.jline.reader.EndOfFileException;
 import org.jline.reader.LineReader;
@@ -26,11 +27,25 @@ import org.jline.terminal.TerminalBuilder;
 final class Shell {
     private static final String kPrompt = "wap> ";
 
-    /** A history without lines that name a password or who it belongs to. */
+    /**
+     * A history without lines that name a password or who it belongs to, or a method that takes a
+     * password.
+     */
     private static final class DiscreetHistory extends DefaultHistory {
+        private final Pattern secret;
+
+        DiscreetHistory(ServiceCatalog catalog) {
+            String methods = catalog.methods()
+                                     .stream()
+                                     .filter(ServiceCatalog::takesPassword)
+                                     .map(method -> "|" + Pattern.quote(method.getName()))
+                                     .collect(Collectors.joining());
+            secret = Pattern.compile("password|username" + methods, Pattern.CASE_INSENSITIVE);
+        }
+
         @Override
         public void add(Instant time, String line) {
-            if (!line.toLowerCase(Locale.ROOT).matches("(?s).*(password|username).*")) {
+            if (!secret.matcher(line).find()) {
                 super.add(time, line);
             }
         }
@@ -92,7 +107,7 @@ final class Shell {
                         .terminal(terminal)
                         .appName("wap-console")
                         .parser(parser)
-                        .history(new DiscreetHistory())
+                        .history(new DiscreetHistory(console.gateway.catalog()))
                         .completer((lineReader, line, candidates) -> complete(line, candidates))
                         .build();
         try {

@@ -80,8 +80,9 @@ final class Verbs {
             description = "Call a method and print its answer. Ends with 1 when the call fails.",
             footer = {"", "Arguments by type: numbers 10, -1, 0x1F; booleans true, false;",
                     "texts as they are, null for none, text:null for the text \"null\"; byte",
-                    "arrays in hexadecimal; other arrays a,b,c with \\, for a comma in an",
-                    "element, '' for an empty array.", "", "Examples: call getDeviceInfo",
+                    "arrays in hexadecimal, as 'text:AT\\r', or zeros:64 for room to read into;",
+                    "other arrays a,b,c with \\, for a comma in an element, '' for an empty",
+                    "array.", "", "Examples: call getDeviceInfo",
                     "          call DeviceInfoQueryServiceJNI.getCPUOccupancyRate 10"})
     static final class Call extends Verb {
         @Parameters(index = "0", paramLabel = "METHOD",

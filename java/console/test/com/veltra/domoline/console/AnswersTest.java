@@ -24,6 +24,12 @@ class AnswersTest {
 
         int startThread();
 
+        int reset();
+
+        int getSubscribeVoIPEvent();
+
+        int usbRead();
+
         byte[] getBytes();
 
         String[] getTexts();
@@ -80,6 +86,7 @@ class AnswersTest {
     void textsFailByTheirResult() {
         assertTrue(outcome("getText", "{\"Result\":-1}").failed());
         assertTrue(outcome("getText", "{ \"Result\": -2 }").failed());
+        assertTrue(outcome("getText", "{ \"Result\": 1 }").failed());
         assertTrue(outcome("getText", null).failed());
         assertFalse(outcome("getText", "{\"Result\":0 }").failed());
         assertFalse(outcome("getText", "{\"Result\":\"-1\"}").failed());
@@ -104,6 +111,20 @@ class AnswersTest {
         assertFalse(outcome("setNumber", 3).failed());
         assertTrue(outcome("startThread", 1).failed());
         assertFalse(outcome("startThread", 0).failed());
+        assertTrue(outcome("reset", 1).failed());
+        assertFalse(outcome("reset", 0).failed());
+        assertTrue(outcome("getSubscribeVoIPEvent", -2).failed());
+        assertTrue(outcome("getSubscribeVoIPEvent", 5).failed());
+        assertTrue(outcome("usbRead", -2).failed());
+        assertFalse(outcome("usbRead", 6).failed());
+    }
+
+    @Test
+    void whatACallReadIsShownInBytesAndAsText() {
+        Outcome read = outcome("usbRead", 4);
+        read.addFilled("abBuffer", new byte[] {'O', 'K', '\r', 0x1B, (byte) 0xFF, 0, 0});
+        assertEquals("4\nabBuffer: 4f4b0d1bff0000 \"OK\\u000d\\u001b\u00FF\"",
+                read.describe(Palette.PLAIN));
     }
 
     @Test

@@ -73,7 +73,8 @@ class ArgumentsTest {
     @ParameterizedTest
     @CsvSource({"0,0", "10,10", "-1,-1", "+5,5", "0x1F,31", "-0x10,-16", "010,10", "-007,-7",
             "00,0", "2147483647,2147483647", "-2147483648,-2147483648"})
-    void integers(String word, int iExpected) throws UsageException {
+    void
+    integers(String word, int iExpected) throws UsageException {
         assertEquals(iExpected, one("ofInt", word));
         assertEquals((long) iExpected, one("ofLong", word));
     }
@@ -102,6 +103,15 @@ class ArgumentsTest {
         assertEquals("argument 1: a Object can't be written here", refusal("ofObject", "x"));
         assertEquals("argument 1: 'abc' is not an even number of hexadecimal digits",
                 refusal("ofBytes", "abc"));
+        assertEquals("argument 1: a \\ in 'AT\\x' must be \\r, \\n or \\\\",
+                refusal("ofBytes", "text:AT\\x"));
+        assertEquals("argument 1: a \\ in 'AT\\' must be \\r, \\n or \\\\",
+                refusal("ofBytes", "text:AT\\"));
+        assertEquals("argument 1: 'many' is no int", refusal("ofBytes", "zeros:many"));
+        assertEquals(
+                "argument 1: zeros:-1 is not zeros:0 to 1048576", refusal("ofBytes", "zeros:-1"));
+        assertEquals("argument 1: zeros:1048577 is not zeros:0 to 1048576",
+                refusal("ofBytes", "zeros:1048577"));
         assertEquals("argument 1: 'y' is no int", refusal("ofInts", "1,y"));
         assertEquals("argument 2: 'no' is not true or false", refusal("mixed", "1", "no", "x"));
     }
@@ -132,6 +142,11 @@ class ArgumentsTest {
         assertArrayEquals(new int[] {1, -2, 3}, (int[]) one("ofInts", "1,-2,0x3"));
         assertArrayEquals(new byte[] {0, (byte) 0xFF, 0x10}, (byte[]) one("ofBytes", "00:fF 10"));
         assertArrayEquals(new byte[0], (byte[]) one("ofBytes", ""));
+        assertArrayEquals(new byte[] {'A', 'T', '\r', '\n', '\\', (byte) 0xC3, (byte) 0xBC},
+                (byte[]) one("ofBytes", "text:AT\\r\\n\\\\\u00FC"));
+        assertArrayEquals(new byte[0], (byte[]) one("ofBytes", "text:"));
+        assertArrayEquals(new byte[3], (byte[]) one("ofBytes", "zeros:3"));
+        assertArrayEquals(new byte[0], (byte[]) one("ofBytes", "zeros:0"));
     }
 
     @Test

@@ -30,14 +30,17 @@ class ConsoleTest {
 
     @Test
     void servicesAreFoundOnTheClassPath() {
-        assertEquals(List.of("AccessInfoQueryServiceJNI", "DeviceInfoQueryServiceJNI",
+        assertEquals(List.of("AccessInfoQueryServiceJNI", "DeviceAccessRightConfigServiceJNI",
+                             "DeviceAccessRightQueryServiceJNI", "DeviceConfigServiceJNI",
+                             "DeviceInfoQueryServiceJNI", "DeviceRsetServiceJNI",
                              "DeviceSecretInfoQueryServiceJNI", "JNINativeMethods",
                              "LANHostsInfoQueryServiceJNI", "LANIPConfigServiceJNI",
                              "LANIPInfoQueryServiceJNI", "LanHostSpeedLimitServiceJNI",
                              "LanHostSpeedQueryServiceJNI", "LanNetworkAccessConfigServiceJNI",
                              "LanNetworkNameConfigServiceJNI", "PortMappingConfigServiceJNI",
                              "PortMappingQueryServiceJNI", "StaticLayer3ForwardingConfigServiceJNI",
-                             "TransferQueryServiceJNI", "VLANBindConfigServiceJNI",
+                             "TransferQueryServiceJNI", "UsbServiceJNI", "VLANBindConfigServiceJNI",
+                             "VoIPInfoQueryServiceJNI", "VoIPInfoSubscribeServiceJNI",
                              "WanConfigServiceJNI"),
                 List.copyOf(catalog.classNames()));
         assertTrue(ServiceCatalog.scan("/nowhere:/etc/hostname").classNames().isEmpty());
@@ -61,6 +64,10 @@ class ConsoleTest {
         assertFalse(ServiceCatalog.isQuery(catalog.findMethods("startThread").get(0)));
         assertFalse(ServiceCatalog.isQuery(catalog.findMethods("setMacFilterMode").get(0)));
         assertFalse(ServiceCatalog.isQuery(catalog.findMethods("addPortMapping").get(0)));
+        assertTrue(ServiceCatalog.isQuery(catalog.findMethods("getPOTSInfo").get(0)));
+        // These change something, for all their names.
+        assertFalse(ServiceCatalog.isQuery(catalog.findMethods("getSubscribeVoIPEvent").get(0)));
+        assertFalse(ServiceCatalog.isQuery(catalog.findMethods("getUnSubscribeVoIPEvent").get(0)));
     }
 
     @Test
@@ -75,7 +82,8 @@ class ConsoleTest {
     @Test
     void listingsPrintToTheOutput() {
         assertEquals(0, console.execute("services"));
-        assertTrue(out.toString().contains("\nJNINativeMethods                         1 method\n"));
+        assertTrue(
+                out.toString().contains("\nJNINativeMethods                         1 method\n"));
         assertEquals(0, console.execute("methods", "DeviceInfoQueryServiceJNI"));
         assertTrue(out.toString().contains("\nint getCPUOccupancyRate(int iSample)\n"));
         assertEquals(0, console.execute("methods", "PortMappingConfigServiceJNI"));
@@ -94,15 +102,18 @@ class ConsoleTest {
         // Not JUnit's own: an emulated virtual machine cannot delete what has a folder in it.
         Path folder = Files.createTempDirectory("wap-console");
         Path file = folder.resolve("history");
-        LineReader reader = new Shell(console).reader(
-                new DumbTerminal(new ByteArrayInputStream(new byte[0]),
-                        OutputStream.nullOutputStream()),
-                file);
+        LineReader reader =
+                new Shell(console).reader(new DumbTerminal(new ByteArrayInputStream(new byte[0]),
+                                                  OutputStream.nullOutputStream()),
+                        file);
         reader.getHistory().attach(reader);
         reader.getHistory().add("services");
         reader.getHistory().add("call setWANIf 1 '{\"Password\":\"from-the-isp\"}'");
         reader.getHistory().add("call setUserPassword 1 from-the-isp");
         reader.getHistory().add("call setWANIf 1 '{\"Username\":\"from-the-isp\"}'");
+        // Methods that take a password are known by their parameters' names.
+        reader.getHistory().add("call addFTPAccount anna from-the-isp");
+        reader.getHistory().add("call addsambaaccount anna from-the-isp");
         reader.getHistory().save();
         String kept = Files.readString(file);
         Files.delete(file);
