@@ -5,6 +5,7 @@
 #include "support/entry_table_lan.h"
 #include "support/entry_table_macfilter.h"
 #include "support/entry_table_portmap.h"
+#include "support/entry_table_rights.h"
 #include "support/entry_table_route.h"
 #include "support/entry_table_runtime.h"
 #include "support/entry_table_vlanbind.h"
@@ -13,6 +14,7 @@
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
 #include "support/furnish_portmap.h"
+#include "support/furnish_rights.h"
 #include "support/furnish_route.h"
 #include "support/furnish_runtime.h"
 #include "support/furnish_vlanbind.h"
@@ -31,6 +33,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {RouteEntries(), FurnishRoutes},
         {RuntimeEntries(), FurnishRuntime},
         {WanConfigEntries(), FurnishWanConfig},
+        {RightsEntries(), FurnishRights},
     };
     return s_astGroups;
 }

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "support/scripted_files.h"
+#include "support/scripted_shm.h"
 
 namespace wap::test {
 
@@ -101,6 +102,7 @@ class Platform {
     std::set<uint32_t> setFeatures;
     std::set<uint32_t> setKeptBlocks;  ///< blocks that are meant to outlive the test
     ScriptedFiles stFiles;
+    ScriptedShm stShm;
 
     // ---- the record ----
     std::vector<RpcRecord> astRpcs;

@@ -76,6 +76,9 @@ std::vector<std::string> World::TakeComplaints() {
         asAll.push_back("files left open: " + std::to_string(stPlatform.stFiles.apstOpen.size()));
         stPlatform.stFiles.apstOpen.clear();
     }
+    for (const std::string &sText : stPlatform.stShm.TakeLeft()) {
+        asAll.push_back(sText);
+    }
     if (stPlatform.iLocksHeld != 0) {
         asAll.push_back("locks held: " + std::to_string(stPlatform.iLocksHeld));
         stPlatform.iLocksHeld = 0;

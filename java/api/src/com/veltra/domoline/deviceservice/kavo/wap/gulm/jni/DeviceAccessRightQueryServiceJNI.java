@@ -28,7 +28,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a time is
      * served; others wait for their turn.
      *
-     * <p>Example answer: <code>{"Result":0,"Enable":1,"Right":3,"List":[{"User":"guest"}]}</code>
+     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 1, "WanAccess": 0, "Enable": 1, "Value":
+     * 0, "List": [ { "User": "anna" } ] }</code>
      *
      * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses, or
      *     when the shared memory for the answer can't be made, read or removed; {@code null} when
@@ -41,7 +42,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * of accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a
      * time is served; others wait for their turn.
      *
-     * <p>Example answer: <code>{"Result":0,"Enable":1,"Right":1,"List":[{"User":"media"}]}</code>
+     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 0, "WanAccess": 0, "Enable": 0, "Value":
+     * 0, "List": [ ] }</code>
      *
      * @return as {@link #getFTPRightInfo()}
      */
@@ -50,7 +52,8 @@ public class DeviceAccessRightQueryServiceJNI {
     /**
      * Tells the right of the web service. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example answer: <code>{"Result":0,"Right":1}</code>
+     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 1, "WanAccess": 0, "PasswordChanges": 0
+     * }</code>
      *
      * @return the text, 255 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
      *     answer, refuses, or sends a longer text; {@code null} when the text is empty
