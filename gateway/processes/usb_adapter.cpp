@@ -64,12 +64,13 @@ void UsbAdapter::Reset() {
     m_pstDevice = MakeUsbDevice(m_acKind);
     m_acPending.clear();
     struct termios stSettings = {};
-    if (tcgetattr(m_stSlave.Get(), &stSettings) != 0) {
-        Fail("read the settings of the line");
-    }
-    cfmakeraw(&stSettings);
+    stSettings.c_cflag = CS8 | CREAD | CLOCAL;
+    stSettings.c_cc[VMIN] = 1;
+    (void)cfsetspeed(&stSettings, B9600);
+    // In each direction, first what is on its way between the two ends and then what has arrived.
     if (tcsetattr(m_stSlave.Get(), TCSANOW, &stSettings) != 0 ||
-        tcflush(m_stSlave.Get(), TCIOFLUSH) != 0) {
+        tcflush(m_stSlave.Get(), TCOFLUSH) != 0 || tcflush(m_stMaster.Get(), TCIOFLUSH) != 0 ||
+        tcflush(m_stSlave.Get(), TCIFLUSH) != 0) {
         Fail("reset the line");
     }
 }

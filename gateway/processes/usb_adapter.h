@@ -25,7 +25,8 @@ class UsbAdapter {
     /// The path of the device node.
     const std::string &Node() const { return m_acNode; }
 
-    /// Switches the device off and on: the line is raw, and nothing is on its way on it.
+    /// Switches the device off and on: the line is raw, with 9600 baud and 8N1, and nothing is on
+    /// its way on it. Throws GatewayError.
     void Reset();
 
   private:

@@ -61,13 +61,14 @@ class Modem : public UsbDevice {
 
     /// A line that is too long was kept up to one byte more than a line may have.
     std::string Answer(std::string acLine) {
+        const bool bTooLong = acLine.size() > kLineMax;
         std::erase(acLine, ' ');
         std::transform(acLine.begin(), acLine.end(), acLine.begin(),
                        [](unsigned char ucByte) { return static_cast<char>(toupper(ucByte)); });
-        if (acLine.empty()) {
+        if (acLine.empty() && !bTooLong) {
             return "";
         }
-        if (acLine.size() > kLineMax || !acLine.starts_with("AT")) {
+        if (bTooLong || !acLine.starts_with("AT")) {
             return kError;
         }
         const std::string_view pcCommand = std::string_view(acLine).substr(2);
