@@ -9,18 +9,6 @@ namespace wap::test {
 
 namespace {
 
-/// Notes a call and gives the status that the plan or the script has for it.
-uint32_t Scripted(const char *pcName, const std::string &sArgs) {
-    World &stWorld = World::Get();
-    Platform &stPlatform = stWorld.stPlatform;
-    stPlatform.asCalls.push_back(std::string(pcName) + sArgs);
-    if (stWorld.Hit(Op::kPlatform)) {
-        return kPlannedStatus;
-    }
-    const auto it = stPlatform.mapStatus.find(pcName);
-    return it == stPlatform.mapStatus.end() ? 0 : it->second;
-}
-
 using FilePlace = std::vector<std::unique_ptr<OpenFile>>::iterator;
 
 /// Where an open file is; complains about anything else.
@@ -44,7 +32,7 @@ using namespace wap::test;
 extern "C" {
 
 uint32_t VT_OS_ExecShellCmdEx(const char *pcCmd) {
-    const uint32_t uiStatus = Scripted("VT_OS_ExecShellCmdEx", std::string(" ") + pcCmd);
+    const uint32_t uiStatus = Scripted(Op::kPlatform, "VT_OS_ExecShellCmdEx", pcCmd);
     const ScriptedFiles &stFiles = World::Get().stPlatform.stFiles;
     if (uiStatus == 0 && stFiles.fnCommand) {
         stFiles.fnCommand(pcCmd);
@@ -54,7 +42,8 @@ uint32_t VT_OS_ExecShellCmdEx(const char *pcCmd) {
 
 void *VT_OS_Fopen(const char *pcPath, const char *pcMode) {
     ScriptedFiles &stFiles = World::Get().stPlatform.stFiles;
-    const uint32_t uiStatus = Scripted("VT_OS_Fopen", std::string(" ") + pcPath + " " + pcMode);
+    const uint32_t uiStatus =
+        Scripted(Op::kPlatform, "VT_OS_Fopen", std::string(pcPath) + " " + pcMode);
     const auto it = stFiles.mapFiles.find(pcPath);
     if (uiStatus != 0 || it == stFiles.mapFiles.end()) {
         return nullptr;
@@ -85,7 +74,7 @@ char *VT_OS_Fgets(char *pcBuf, uint32_t uiSize, void *pvFile) {
 
 int32_t VT_OS_Fclose(void *pvFile) {
     FilePlace itFile;
-    const uint32_t uiStatus = Scripted("VT_OS_Fclose", "");
+    const uint32_t uiStatus = Scripted(Op::kPlatform, "VT_OS_Fclose", "");
     if (!Find("VT_OS_Fclose", pvFile, itFile)) {
         return -1;
     }

@@ -98,18 +98,6 @@ std::string Render(const char *pcFmt, va_list stArgs) {
     return sText;
 }
 
-/// Notes a call and gives the status that the plan or the script has for it.
-uint32_t Scripted(Op eOp, const char *pcName, const std::string &sArgs) {
-    World &stWorld = World::Get();
-    Platform &stPlatform = stWorld.stPlatform;
-    stPlatform.asCalls.push_back(sArgs.empty() ? pcName : std::string(pcName) + " " + sArgs);
-    if (stWorld.Hit(eOp)) {
-        return kPlannedStatus;
-    }
-    const auto it = stPlatform.mapStatus.find(pcName);
-    return it == stPlatform.mapStatus.end() ? 0 : it->second;
-}
-
 std::string Numbers(std::initializer_list<uint32_t> auiNumbers) {
     std::string sText;
     for (const uint32_t uiNumber : auiNumbers) {
@@ -140,6 +128,17 @@ bool IsMutex(const void *pvMutex) {
 }
 
 }  // namespace
+
+uint32_t Scripted(Op eOp, const char *pcName, const std::string &sArgs) {
+    World &stWorld = World::Get();
+    Platform &stPlatform = stWorld.stPlatform;
+    stPlatform.asCalls.push_back(sArgs.empty() ? pcName : std::string(pcName) + " " + sArgs);
+    if (stWorld.Hit(eOp)) {
+        return kPlannedStatus;
+    }
+    const auto it = stPlatform.mapStatus.find(pcName);
+    return it == stPlatform.mapStatus.end() ? 0 : it->second;
+}
 
 std::string Packed(const std::string &sPlain) {
     std::string sPacked(kPackedMark, sizeof(kPackedMark));

@@ -21,6 +21,7 @@
 namespace wap::test {
 
 class World;
+enum class Op : uint32_t;
 
 /// What an RPC is answered with.
 struct Reply {
@@ -131,6 +132,10 @@ class Platform {
 
     uint32_t uiNextBlock = 0x1001;
 };
+
+/// For the platform's functions: notes a call, and gives the status that the plan or the script has
+/// for it.
+uint32_t Scripted(Op eOp, const char *pcName, const std::string &sArgs);
 
 /// What VT_OS_Compress makes of a text here: 4 bytes of mark, 4 of length, then (count, byte)
 /// pairs.

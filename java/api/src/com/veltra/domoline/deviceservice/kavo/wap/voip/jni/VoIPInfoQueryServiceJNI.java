@@ -26,8 +26,11 @@ public class VoIPInfoQueryServiceJNI {
      * <p>Example answer, of the simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"List":[{"Port":1,"Status":"Up","Number":"5550100"}]}
+     * {"Result":0,"List":[{"Name":"POTS1","Number":"5550101","Status":"idle"},
+     *  {"Name":"POTS2","Number":"5550102","Status":"idle"}]}
      * }</pre>
+     *
+     * <p>which is one line.
      *
      * @return the text of the process as it is, 512 bytes of UTF-8 at most; {@code null} when the
      *     process doesn't answer, refuses or sends an empty text, or when memory runs out
