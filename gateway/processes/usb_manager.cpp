@@ -130,7 +130,11 @@ void UsbManager::PlugAsHome() {
                TextOf(pstWanted, "kind") != stEntry.second.acKind;
     });
     for (json_object *pstWanted : Elements(stList.get())) {
-        const auto [stPlace, bNew] = m_mapDevices.try_emplace(NumberOf(pstWanted, "id"));
+        const int64_t iId = GetNumber(pstWanted, "id").value_or(0);
+        if (iId < 1 || iId > UINT32_MAX) {
+            continue;  // nobody could ask for it
+        }
+        const auto [stPlace, bNew] = m_mapDevices.try_emplace(static_cast<uint32_t>(iId));
         Device &stDevice = stPlace->second;
         if (!bNew) {
             continue;

@@ -122,6 +122,8 @@ TEST_F(UsbCtlTest, ADeviceThatTheHomeChangesIsAnotherOne) {
     EXPECT_EQ(Devices(), std::string(kDeviceHead) +
                              "1   modem0       echo   NODE           -\n"
                              "2   serial0      toaster does not work  -\n");
+    CtlOk({"set", "usb.0.id", "0"});
+    EXPECT_EQ(Devices(), std::string(kDeviceHead) + "2   serial0      toaster does not work  -\n");
     EXPECT_NE(ReadFile("log/usb_mngt.out").find("there is no kind of device \"toaster\""),
               std::string::npos);
 }
