@@ -35,6 +35,9 @@ inline auto Text(const char16_t *pcText) {
 inline auto Texts(std::vector<std::optional<std::u16string>> asTexts) {
     return [asTexts = std::move(asTexts)](FakeJni &stEnv) { return stEnv.JavaTexts(asTexts); };
 }
+inline auto Bytes(const char *pcBytes) {
+    return [=](FakeJni &stEnv) { return stEnv.JavaBytes(pcBytes); };
+}
 inline auto Number(jint iNumber) {
     return [=](FakeJni &) { return iNumber; };
 }

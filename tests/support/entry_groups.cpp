@@ -8,6 +8,7 @@
 #include "support/entry_table_rights.h"
 #include "support/entry_table_route.h"
 #include "support/entry_table_runtime.h"
+#include "support/entry_table_usb.h"
 #include "support/entry_table_vlanbind.h"
 #include "support/entry_table_wanconfig.h"
 #include "support/furnish_attach.h"
@@ -17,6 +18,7 @@
 #include "support/furnish_rights.h"
 #include "support/furnish_route.h"
 #include "support/furnish_runtime.h"
+#include "support/furnish_usb.h"
 #include "support/furnish_vlanbind.h"
 #include "support/furnish_wanconfig.h"
 
@@ -33,6 +35,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {RouteEntries(), FurnishRoutes},
         {RuntimeEntries(), FurnishRuntime},
         {WanConfigEntries(), FurnishWanConfig},
+        {UsbEntries(), FurnishUsb},
         {RightsEntries(), FurnishRights},
     };
     return s_astGroups;

@@ -193,12 +193,15 @@ jbyte *GetByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jboolean *pbCopy)
 void ReleaseByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jbyte *pcElements, jint iMode) {
     FakeJni &stEnv = Env(pstEnv);
     stEnv.EnterAnyTime("ReleaseByteArrayElements");
-    stEnv.Deref(jArray, Object::kBytes, "bytes");
+    Object *pstBytes = stEnv.Deref(jArray, Object::kBytes, "bytes");
     if (iMode != 0) {
         Complain("ReleaseByteArrayElements with mode " + std::to_string(iMode));
     }
     for (auto it = stEnv.astPinned.begin(); it != stEnv.astPinned.end(); ++it) {
         if (it->first == pcElements) {
+            if (pstBytes != nullptr) {
+                pstBytes->sBytes = *it->second;
+            }
             stEnv.astPinned.erase(it);
             --stEnv.uiPins;
             return;
@@ -390,6 +393,12 @@ jobjectArray FakeJni::JavaTexts(const std::vector<std::optional<std::u16string>>
     return static_cast<jobjectArray>(NewRef(pstArray, false));
 }
 
+jbyteArray FakeJni::JavaBytes(std::string sBytes) {
+    auto pstBytes = MakeObject(Object::kBytes);
+    pstBytes->sBytes = std::move(sBytes);
+    return static_cast<jbyteArray>(NewRef(pstBytes, false));
+}
+
 jobject FakeJni::JavaObject() {
     return NewRef(MakeObject(Object::kOther), false);
 }
@@ -405,6 +414,11 @@ std::optional<std::u16string> FakeJni::TextOf(jobject jText) const {
 std::optional<std::string> FakeJni::Utf8Of(jobject jText) const {
     const std::optional<std::u16string> sText = TextOf(jText);
     return sText ? std::optional(ToUtf8(*sText)) : std::nullopt;
+}
+
+std::string FakeJni::BytesOf(jobject jBytes) const {
+    const Object *pstBytes = Deref(jBytes, Object::kBytes, "bytes");
+    return pstBytes == nullptr ? "(no bytes)" : pstBytes->sBytes;
 }
 
 void FakeJni::EndCall() {

@@ -27,11 +27,14 @@ class FakeJni : public JNIEnv {
     // ---- what Java hands over and gets back; such references are not the bridge's ----
     jstring JavaText(std::u16string sText);
     jobjectArray JavaTexts(const std::vector<std::optional<std::u16string>> &asTexts);
+    jbyteArray JavaBytes(std::string sBytes);
     jobject JavaObject();
     /// The text behind a reference; nullopt for null.
     std::optional<std::u16string> TextOf(jobject jText) const;
     /// The same in UTF-8.
     std::optional<std::string> Utf8Of(jobject jText) const;
+    /// What an array of bytes holds.
+    std::string BytesOf(jobject jBytes) const;
 
     /// Ends the Java call: drops the local references, and complains about what must not be left.
     void EndCall();

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "support/scripted_descriptors.h"
 #include "support/scripted_files.h"
 #include "support/scripted_shm.h"
 
@@ -102,6 +103,7 @@ class Platform {
     uint32_t uiMemRate = 57;
     std::set<uint32_t> setFeatures;
     std::set<uint32_t> setKeptBlocks;  ///< blocks that are meant to outlive the test
+    ScriptedDescriptors stDescriptors;
     ScriptedFiles stFiles;
     ScriptedShm stShm;
 

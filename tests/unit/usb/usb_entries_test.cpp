@@ -1,0 +1,71 @@
+// All methods of the USB service, as Java sees them.
+#include <string>
+
+#include "faults/fault_sweep.h"
+#include "support/entry_table_usb.h"
+#include "unit/usb/usb_fixture.h"
+
+namespace wap::test {
+namespace {
+
+class UsbEntryTest : public UsbTest, public ::testing::WithParamInterface<Entry> {
+  protected:
+    const Entry &stEntry = GetParam();
+};
+
+TEST_P(UsbEntryTest, TracesTheCallFirst) {
+    (void)stEntry.fnCall(stEnv);
+    ASSERT_FALSE(stPlatform.astTraces.empty());
+    const TraceRecord &stTrace = stPlatform.astTraces[0];
+    EXPECT_EQ(stTrace.sFile, kEntryFile);
+    EXPECT_EQ(stTrace.sText, "\r\n " + stEntry.sSymbol + " called \r\n");
+    EXPECT_EQ(stTrace.uiMid, 249u);
+    for (const TraceRecord &stLater : stPlatform.astTraces) {
+        EXPECT_EQ(stLater.uiMid, 249u);
+        EXPECT_NE(stLater.uiLine, 0u);
+    }
+}
+
+TEST_P(UsbEntryTest, AnswersFromAWorkingGateway) {
+    EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stGood);
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
+TEST_P(UsbEntryTest, AnswersItsFailureAndWorksAgain) {
+    for (auto &[uiRpcId, stReply] : stPlatform.mapReplies) {
+        stReply.uiStatus = kRefused;
+    }
+    for (const char *pcFunction :
+         {"VT_OS_Open", "VT_OS_Read", "VT_OS_Write", "VT_OS_Close", "VT_OS_Select", "tcgetattr"}) {
+        stPlatform.mapStatus[pcFunction] = 1;
+    }
+    EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stFailure);
+    EXPECT_FALSE(stPlatform.astFaults.empty());
+    stPlatform.mapStatus.clear();
+    FurnishUsb(stWorld);
+    EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stGood);
+}
+
+TEST_P(UsbEntryTest, SurvivesEveryFailureOfJava) {
+    (void)stEntry.fnCall(stEnv);
+    const uint32_t uiCalls = stWorld.Count(Op::kJni);
+    const Answer stWithoutJava = stEntry.stGood.sText ? NullAnswer() : NumberAnswerOf(-1);
+    for (const bool bForever : {false, true}) {
+        for (uint32_t uiAt = 1; uiAt <= uiCalls; ++uiAt) {
+            SCOPED_TRACE(uiAt);
+            FurnishUsb(stWorld);
+            stWorld.Plan({Op::kJni, uiAt, bForever});
+            const Answer stAnswer = stEntry.fnCall(stEnv);
+            stWorld.Plan({});
+            EXPECT_EQ(stAnswer, stWithoutJava);
+            stEnv.EndCall();
+            stWorld.ExpectClean();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Methods, UsbEntryTest, ::testing::ValuesIn(UsbEntries()),
+                         [](const auto &stInfo) { return stInfo.param.sMethod; });
+
+}  // namespace
+}  // namespace wap::test
