@@ -37,20 +37,13 @@ namespace {
 /// The largest segment that there is memory for here.
 constexpr uint32_t kSegmentMax = 1 << 26;
 
-/// Notes a call. True when it shall fail, with errno set.
+/// Notes a call. True when it shall fail: the status that was planned is the error number.
 bool Fails(const char *pcName, const std::string &sArgs) {
-    World &stWorld = World::Get();
-    stWorld.stPlatform.asCalls.push_back(std::string(pcName) + " " + sArgs);
-    if (stWorld.Hit(Op::kBulk)) {
-        errno = kPlannedShmError;
-        return true;
+    const uint32_t uiStatus = Scripted(Op::kBulk, pcName, sArgs);
+    if (uiStatus != 0) {
+        errno = static_cast<int>(uiStatus);
     }
-    const auto &mapErrors = stWorld.stPlatform.stShm.mapErrors;
-    const auto it = mapErrors.find(pcName);
-    if (it != mapErrors.end()) {
-        errno = it->second;
-    }
-    return it != mapErrors.end();
+    return uiStatus != 0;
 }
 
 int32_t FailWith(int iError) {

@@ -20,7 +20,6 @@ class ScriptedShm {
         std::unique_ptr<char[]> pcAttached;
     };
     std::map<int32_t, Segment> mapSegments;  ///< the segments that exist, by id
-    std::map<std::string, int> mapErrors;    ///< the error number that a function fails with
     std::function<void()> fnDetached;        ///< called when a segment has been detached
 
     /// Writes into the segment of that key, as another process would: as far as there is room.
@@ -31,9 +30,6 @@ class ScriptedShm {
 
     int32_t iNextId = 0;  ///< 0 is an id like any other
 };
-
-/// What the functions fail with when the World plans it: the error number.
-inline constexpr int kPlannedShmError = 117;
 
 }  // namespace wap::test
 

@@ -47,7 +47,7 @@ class RightInfoTest : public ServiceTest {
 TEST_P(RightInfoTest, TheSegmentsTextIsTheAnswer) {
     EXPECT_EQ(Get(), TextAnswerOf(stService.pcText));
     EXPECT_TRUE(stPlatform.astFaults.empty());
-    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), "VT_OS_ShmAt 0 null 0", "VT_OS_ShmDt ",
+    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), "VT_OS_ShmAt 0 null 0", "VT_OS_ShmDt",
                                  "VT_OS_ShmCtl 0 0 null"}));
     ExpectAsked({CountRpc(), FillRpc(Size())});
     // The next segment is another one.
@@ -108,7 +108,7 @@ TEST_P(RightInfoTest, ACountThatNoSizeHoldsIsRefused) {
 }
 
 TEST_P(RightInfoTest, ASegmentThatCanNotBeMade) {
-    stPlatform.stShm.mapErrors = {{"VT_OS_ShmGet", EACCES}};
+    stPlatform.mapStatus = {{"VT_OS_ShmGet", EACCES}};
     EXPECT_EQ(Get(), TextAnswerOf(kFault));
     EXPECT_EQ(ShmCalls(), Calls{Made(Size())});
     EXPECT_EQ(FaultCodes(stPlatform), (Codes{kMinusOne, kMinusOne}));
@@ -128,22 +128,22 @@ TEST_P(RightInfoTest, ASegmentThatIsNotFilledIsRemoved) {
 }
 
 TEST_P(RightInfoTest, ASegmentThatIsNotAttachedIsRemoved) {
-    stPlatform.stShm.mapErrors = {{"VT_OS_ShmAt", EMFILE}};
+    stPlatform.mapStatus = {{"VT_OS_ShmAt", EMFILE}};
     EXPECT_EQ(Get(), TextAnswerOf(kFault));
     EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), "VT_OS_ShmAt 0 null 0", "VT_OS_ShmCtl 0 0 null"}));
     EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EMFILE, stService.uiAccounts, Size()}), 1u);
 }
 
 TEST_P(RightInfoTest, ASegmentThatIsNotDetachedIsRemovedAndItsTextDropped) {
-    stPlatform.stShm.mapErrors = {{"VT_OS_ShmDt", EINVAL}};
+    stPlatform.mapStatus = {{"VT_OS_ShmDt", EINVAL}};
     EXPECT_EQ(Get(), TextAnswerOf(kFault));
-    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), "VT_OS_ShmAt 0 null 0", "VT_OS_ShmDt ",
+    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), "VT_OS_ShmAt 0 null 0", "VT_OS_ShmDt",
                                  "VT_OS_ShmCtl 0 0 null"}));
     EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EINVAL, stService.uiAccounts, Size()}), 1u);
 }
 
 TEST_P(RightInfoTest, ASegmentThatIsNotRemovedIsAFailure) {
-    stPlatform.stShm.mapErrors = {{"VT_OS_ShmCtl", EPERM}};
+    stPlatform.mapStatus = {{"VT_OS_ShmCtl", EPERM}};
     EXPECT_EQ(Get(), TextAnswerOf(kFault));
     EXPECT_EQ(FaultCodes(stPlatform), (Codes{kMinusOne, kMinusOne}));
     EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EPERM, stService.uiAccounts, Size()}), 1u);
