@@ -8,9 +8,16 @@ tour() {
         -e '/\.getRAMOccupancyRate$/{n;s/^([0-9]|[1-9][0-9]|100)$/PERCENT/}' \
         -e '/\.getDeviceUpTime$/{n;s/^864[0-5][0-9]$/A DAY AND LESS THAN A MINUTE/}' \
         -e '/\.getPONIfUpTime$/{n;s/^[0-5]?[0-9]$/LESS THAN A MINUTE/}' \
+        -e '/\.getJVMInfo$/,/^\}$/{' \
+        -e 's/^(  "Name": ").+ VM ",$/\1A VM ",/' \
+        -e 's/^(  "Version": ")[0-9][^"]*",$/\1A VERSION",/' -e '}' \
+        -e '/\.getStorageInfo$/,/^\}$/{' \
+        -e "s#^(      \"storagePath\": \")$pcWork/tour/#\1THE GATEWAY/#" \
+        -e 's/^(      "(total|valid)Storage": )[1-9][0-9]+/\1BYTES/' -e '}' \
         "$pcWork/tour.out"
     touch "$pcWork/built-once"
-    check "without a terminal it makes the tour: the twelve answers about the device" out_is_tour
+    check "without a terminal it makes the tour: the fourteen answers about the device" out_is_tour
+    check "the tour goes on with the answers about rights, voice and storage" out_is_tour_of_box
     check "the tour goes on with the answers about the LAN" out_is_tour_of_lan
     check "the tour goes on with the answers about the uplink" out_is_tour_of_uplink
     # Those that need arguments which nobody can guess are left out, and said to be.
@@ -46,6 +53,24 @@ $pcInfo.getDeviceUpTime
 A DAY AND LESS THAN A MINUTE
 in T ms
 
+$pcInfo.getJVMInfo
+{
+  "Result": 0,
+  "Name": "A VM ",
+  "Version": "A VERSION",
+  "Vendor": "Oracle"
+}
+in T ms
+
+$pcInfo.getOSGiInfo
+{
+  "Result": 0,
+  "Name": "Felix OSGi",
+  "Version": "4.4.0",
+  "Vendor": "Apache Software Foundation"
+}
+in T ms
+
 $pcInfo.getRAMOccupancyRate
 PERCENT
 in T ms
@@ -72,6 +97,79 @@ in T ms
 
 $pcSecret.getDeviceSerialNumber
 SIM0000000001001
+in T ms
+
+END
+}
+
+out_is_tour_of_box() {
+    local pcRights=DeviceAccessRightQueryServiceJNI
+    awk -v RS= -v ORS='\n\n' '/^(DeviceAccess|Usb|VoIP)[A-Za-z]*\./' "$pcWork/tour.out" |
+        diff /dev/fd/3 - 3<<END
+$pcRights.getFTPRightInfo
+{
+  "Result": 0,
+  "LanAccess": 1,
+  "WanAccess": 0,
+  "Enable": 1,
+  "Value": 0,
+  "List": [
+    {
+      "User": "anna"
+    }
+  ]
+}
+in T ms
+
+$pcRights.getHTTPRightInfo
+{
+  "Result": 0,
+  "LanAccess": 1,
+  "WanAccess": 0,
+  "PasswordChanges": 0
+}
+in T ms
+
+$pcRights.getSambaRightInfo
+{
+  "Result": 0,
+  "LanAccess": 0,
+  "WanAccess": 0,
+  "Enable": 0,
+  "Value": 0,
+  "List": []
+}
+in T ms
+
+UsbServiceJNI.getStorageInfo
+{
+  "Result": 0,
+  "List": [
+    {
+      "storagePath": "THE GATEWAY/storage/usb1",
+      "totalStorage": BYTES,
+      "validStorage": BYTES
+    }
+  ]
+}
+in T ms
+
+VoIPInfoQueryServiceJNI.getPOTSInfo
+{
+  "Result": 0,
+  "List": [
+    {
+      "Name": "POTS1",
+      "Number": "5550101",
+      "Status": "idle"
+    },
+    {
+      "Name": "POTS2",
+      "Number": "5550102",
+      "Status": "idle"
+    }
+  ]
+}
 in T ms
 
 END
