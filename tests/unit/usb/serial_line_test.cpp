@@ -135,6 +135,9 @@ TEST_F(SerialLineTest, RatesOfTheSystem) {
             const termios stMade = Made({iRate});
             EXPECT_EQ(cfgetospeed(&stMade), uiSpeed);
             EXPECT_EQ(stMade.c_cflag & (CBAUD | CBAUDEX), uiSpeed);
+            // In both directions.
+            EXPECT_EQ(stMade.c_ispeed, uiSpeed);
+            EXPECT_EQ(stMade.c_ospeed, uiSpeed);
         }
     }
 }

@@ -307,8 +307,27 @@ TEST_F(StorageTest, ListWithoutMemoryFailsOrLacksAVolume) {
     EXPECT_EQ(auiSet, (std::set<uint32_t>{0, 0xF7108001, kNoObject, kMinusOne}));
 }
 
+// The list has to grow for the last of 32.
+TEST_F(StorageTest, VolumeThatTheListHasNoPlaceForIsReleasedAndRecorded) {
+    AnswerDiscs(std::vector<std::string>(32, "/m"));
+    size_t uiRefused = 0;
+    const Codes auiCodes = CodesWithoutMemory(stWorld, [&] {
+        const uint32_t uiCode = Fill(4096);
+        const size_t uiListed = CountOf(sText, "storagePath");
+        const FaultRecord *pstFirst =
+            stPlatform.astFaults.empty() ? nullptr : &stPlatform.astFaults[0];
+        if (uiCode == 0 && pstFirst != nullptr && pstFirst->sFile == "jni_json_wrap.cpp" &&
+            TimesRecorded(kStorageFile, 0xF7100000, {31, 0, 0, 0}) != 0) {
+            ++uiRefused;
+            EXPECT_EQ(uiListed, 31u);
+        }
+        return uiCode;
+    });
+    EXPECT_EQ(uiRefused, 1u);
+    EXPECT_GT(auiCodes.size(), 100u);
+}
+
 TEST_F(StorageTest, VolumeLeftOutIsRecordedWithItsPlace) {
-    // The sixth allocation of the second volume's object, say: any of those of an item.
     size_t uiRecorded = 0;
     for (uint32_t uiAt = 1; uiAt < 60; ++uiAt) {
         stWorld.Plan({Op::kAlloc, uiAt, false});
