@@ -41,7 +41,8 @@ uint32_t CheckVoIPEventSubscribePara(JNIEnv *pstEnv, jobjectArray jEvents, jstri
     }
     // One more for the bundle's name, which is converted after them.
     if (uiCount != 0 && !EnsureElementRefs(pstEnv, iCount + 1)) {
-        return Recorded(WAP_SPOT, kErrFailed, uiCount);
+        RecordFault(WAP_SPOT, kErrFailed, uiCount);
+        return kErrFailed;
     }
     for (uint32_t i = 0; i < uiCount; ++i) {
         PlatformBlock stName;

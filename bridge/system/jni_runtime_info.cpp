@@ -51,9 +51,7 @@ class PlatformFile {
 /// Takes the part of a text up to pcEnd into a field; one that does not fit is not taken.
 template <size_t kSize>
 bool TakePiece(char (&acField)[kSize], const char *pcPiece, const char *pcEnd) {
-    const auto ulLength = static_cast<size_t>(pcEnd - pcPiece);
-    return ulLength < kSize &&
-           VT_OS_StrNCpy_S(acField, kSize, pcPiece, static_cast<uint32_t>(ulLength)) == 0;
+    return VT_OS_StrNCpy_S(acField, kSize, pcPiece, static_cast<uint32_t>(pcEnd - pcPiece)) == 0;
 }
 
 /// The version stands between the first two quotes of its line.

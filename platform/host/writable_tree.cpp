@@ -83,7 +83,7 @@ std::string LocalCommand(const char *pcCmd) {
         if (!strDir.empty() && stReader.AtPathStart() && LeadsIntoTree(pcAt)) {
             // Quoted on its own, so an open quote ends before it and goes on behind it.
             const std::string strQuote = stReader.OpenQuote();
-            strLocal += strQuote + Quoted(strDir) + strQuote;
+            strLocal.append(strQuote).append(Quoted(strDir)).append(strQuote);
             bInTree = true;
         }
         stReader.Take(*pcAt);

@@ -97,6 +97,7 @@ TEST_F(WritableTree, CommandsHaveWholePathsReplacedOnly) {
     EXPECT_EQ("./var/osgi/a\n", Words("./var/osgi/a"));
     EXPECT_EQ("/mnt/var/osgi/a\n", Words("'/mnt'/var/osgi/a"));
     EXPECT_EQ("a /var/osgi/a\n", Words("a\\ /var/osgi/a"));
+    EXPECT_EQ(" /var/osgi/a\n", Words("\\ /var/osgi/a"));
     EXPECT_EQ(strTree + "a\n", OutputOf("x=/var/osgi/a; (echo $x)"));
     EXPECT_EQ(strTree + "a\n", OutputOf("true && echo `echo /var/osgi/a`"));
 }

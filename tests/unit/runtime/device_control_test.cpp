@@ -2,6 +2,8 @@
 #include <com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceConfigServiceJNI.h>
 #include <com_veltra_domoline_deviceservice_kavo_wap_tarn_jni_DeviceRsetServiceJNI.h>
 
+#include <string>
+
 #include "support/entry_calls.h"
 #include "system/jni_device_control.h"
 #include "unit/runtime/runtime_fixture.h"

@@ -1,7 +1,9 @@
 // What is taken from the words of the Java runtime, and what is left.
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <string>
 #include <thread>
 
 #include "system/jni_runtime_info.h"

@@ -1,5 +1,7 @@
 // The Java methods of the runtime descriptions, the reset, the lights and the voice lines, as Java
 // sees them.
+#include <string>
+
 #include "support/entry_table_runtime.h"
 #include "unit/runtime/runtime_fixture.h"
 

@@ -1,4 +1,8 @@
 // The objects that describe the Java runtime and the OSGi framework.
+#include <memory>
+#include <set>
+#include <string>
+
 #include "faults/fault_sweep.h"
 #include "system/jni_runtime_info.h"
 #include "unit/runtime/runtime_fixture.h"

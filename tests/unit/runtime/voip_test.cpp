@@ -2,6 +2,11 @@
 #include <com_veltra_domoline_deviceservice_kavo_wap_voip_jni_VoIPInfoQueryServiceJNI.h>
 #include <com_veltra_domoline_deviceservice_kavo_wap_voip_jni_VoIPInfoSubscribeServiceJNI.h>
 
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "common/voip_events.h"
 #include "support/entry_calls.h"
 #include "system/jni_voip.h"
