@@ -4,6 +4,7 @@
 #include <spawn.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -195,6 +196,12 @@ void GatewayTest::WriteFile(const std::string &acName, const std::string &acText
     std::ofstream stFile(m_acDir + "/" + acName, std::ios::binary);
     stFile << acText;
     ASSERT_TRUE(stFile.flush().good());
+}
+
+std::string GatewayTest::MakeFolder(const std::string &acName) const {
+    std::string acPath = m_acDir + "/" + acName;
+    EXPECT_EQ(mkdir(acPath.c_str(), 0700), 0) << acPath;
+    return acPath;
 }
 
 void RunningGatewayTest::SetUp() {

@@ -74,6 +74,8 @@ class GatewayTest : public ::testing::Test {
 
     std::string ReadFile(const std::string &acName) const;
     void WriteFile(const std::string &acName, const std::string &acText) const;
+    /// Makes a folder in the directory; returns its path.
+    std::string MakeFolder(const std::string &acName) const;
 
     std::string m_acDir;
 

@@ -1,5 +1,4 @@
 // gatewayctl's verbs about the USB port: what they say, refuse and keep.
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "gateway_fixture.h"
@@ -42,12 +41,6 @@ class UsbCtlTest : public GatewayTest {
     static std::string Padded(std::string acText, size_t uiSize) {
         acText.resize(uiSize, ' ');
         return acText;
-    }
-
-    std::string MakeFolder(const std::string &acName) const {
-        const std::string acPath = m_acDir + "/" + acName;
-        EXPECT_EQ(mkdir(acPath.c_str(), 0700), 0);
-        return acPath;
     }
 
     std::string ShippedVolume() const { return "usb1         " + m_acDir + "/storage/usb1\n"; }

@@ -63,12 +63,6 @@ class UsbGatewayTest : public GatewayTest {
         CtlOk({"start", "usb_mngt", "--timeout", "60"});
     }
 
-    std::string MakeFolder(const std::string &acName) const {
-        const std::string acPath = m_acDir + "/" + acName;
-        EXPECT_EQ(mkdir(acPath.c_str(), 0700), 0);
-        return acPath;
-    }
-
     /// The reply about those volumes.
     static std::string DiscInfo(const std::vector<std::string> &astPaths) {
         std::string acReply = Word(static_cast<uint32_t>(astPaths.size()));
