@@ -57,7 +57,7 @@ uint32_t CopyText(const char *pcFrom, const SegmentSize &stSize, PlatformBlock &
 /// Attaches the segment for as long as the copying takes.
 uint32_t ReadFilled(int32_t iShmId, const SegmentSize &stSize, PlatformBlock &stText) {
     void *pvAt = VT_OS_ShmAt(iShmId, nullptr, 0);
-    if (pvAt == nullptr || pvAt == reinterpret_cast<void *>(-1)) {
+    if (pvAt == nullptr || reinterpret_cast<intptr_t>(pvAt) == -1) {
         return Fail(WAP_SPOT, kErrFailed, errno, stSize);
     }
     const uint32_t uiResult = CopyText(static_cast<const char *>(pvAt), stSize, stText);

@@ -92,7 +92,7 @@ int32_t VT_OS_ShmGet(int32_t iKey, uint32_t uiSize, int32_t iFlags) {
 
 void *VT_OS_ShmAt(int32_t iShmId, const void *pvAddr, int32_t iFlags) {
     // shmat's own sign of failure.
-    void *pvFailed = reinterpret_cast<void *>(-1);
+    void *pvFailed = reinterpret_cast<void *>(-1);  // NOLINT(performance-no-int-to-ptr)
     if (Fails("VT_OS_ShmAt", std::to_string(iShmId) + (pvAddr == nullptr ? " null " : " at ") +
                                  std::to_string(iFlags))) {
         return pvFailed;

@@ -71,8 +71,7 @@ jint DeleteAccount(JNIEnv *pstEnv, SourceSpot stSpot, const ShareWorkers &stShar
 
 jint DeleteAllAccounts(SourceSpot stSpot, const ShareWorkers &stShare) {
     uint32_t uiCount = 0;
-    uint32_t uiResult = stShare.pfnCount(&uiCount);
-    if (Recorded(stSpot, uiResult) != 0) {
+    if (Recorded(stSpot, stShare.pfnCount(&uiCount)) != 0) {
         return -1;
     }
     if (uiCount == 0) {
@@ -80,8 +79,7 @@ jint DeleteAllAccounts(SourceSpot stSpot, const ShareWorkers &stShare) {
         RecordFault(stSpot, 1);
         return 0;
     }
-    uiResult = stShare.pfnDeleteAll();
-    return static_cast<jint>(ZeroOrFailed(stSpot, uiResult, uiCount));
+    return static_cast<jint>(ZeroOrFailed(stSpot, stShare.pfnDeleteAll(), uiCount));
 }
 
 }  // namespace

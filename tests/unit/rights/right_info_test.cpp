@@ -202,6 +202,7 @@ TEST_P(RightInfoTest, ReadersOfAServiceTakeTurns) {
         stOther.stPlatform.stShm.fnDetached = [&] { --iInside; };
     };
     std::vector<std::thread> astThreads;
+    astThreads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         astThreads.emplace_back([&] {
             for (int iRound = 0; iRound < kRounds; ++iRound) {
