@@ -105,10 +105,10 @@ uint32_t RenderNames(SourceSpot stSpot, const RuntimeNames &stNames, int32_t iRe
     }
     const JsonValue stObj(pstObj);
     const char *pcText = JNI_JSON_ObjToJsonString(stObj.Lend());
-    const uint32_t uiLength = VT_OS_StrLen(pcText);
-    if (uiLength == 0) {
+    if (pcText == nullptr || pcText[0] == '\0') {
         return Recorded(stSpot, 1);
     }
+    const uint32_t uiLength = VT_OS_StrLen(pcText);
     if (uiLength >= uiCap) {
         return Recorded(stSpot, kErrTooLong, uiCap, uiLength);
     }

@@ -2,7 +2,6 @@
 
 #include <signal.h>
 #include <stdio.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -101,14 +100,8 @@ int Stop(const Options &stOptions) {
 
 int Restart(const Options &stOptions) {
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    const ProcessNames astAll = Chosen(stOptions);
-    const std::chrono::seconds stTimeout(stOptions.uiTimeoutS);
-    (void)StopProcesses(stDir, astAll, stTimeout);
-    Locations stLocations = stOptions.stLocations;
-    if (access(stDir.HomeFile().c_str(), F_OK) == 0) {
-        stLocations.acHome = stDir.HomeFile();  // the one that it was started with
-    }
-    StartProcesses(stDir, stLocations, astAll, false, stTimeout);
+    RestartProcesses(stDir, stOptions.stLocations, Chosen(stOptions),
+                     std::chrono::seconds(stOptions.uiTimeoutS));
     printf("Simulated gateway in %s: restarted\n", stDir.Path().c_str());
     return 0;
 }

@@ -30,6 +30,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr auto kPollInterval = std::chrono::milliseconds(10);
 constexpr uint32_t kProbeTimeoutMs = 1000;
+constexpr char kProgramVariable[] = "WAP_GATEWAY_PROGRAM";
+/// How long a restart waits before it ends what hangs, as switching off and on would.
+constexpr std::chrono::seconds kRestartGrace(5);
 constexpr int kEndingSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 /// A process being started.
@@ -111,17 +114,21 @@ std::string OwnFolder(const Locations &stLocations) {
     return stLocations.acArgv0.find('/') == std::string::npos ? "" : FolderOf(stLocations.acArgv0);
 }
 
-/// gatewayctl itself, as a path that holds in any directory.
-std::string Controller(const Locations &stLocations) {
-    const std::string acPath = OwnFolder(stLocations) + "/gatewayctl";
+/// A path that holds in any directory; the same one where there is none.
+std::string RealPath(const std::string &acPath) {
     const std::unique_ptr<char, decltype(&free)> pcReal(realpath(acPath.c_str(), nullptr), &free);
     return pcReal ? pcReal.get() : acPath;
+}
+
+/// gatewayctl itself.
+std::string Controller(const Locations &stLocations) {
+    return RealPath(OwnFolder(stLocations) + "/gatewayctl");
 }
 
 std::string FindProgram(const Locations &stLocations) {
     std::string acPath = stLocations.acProgram;
     if (acPath.empty()) {
-        acPath = FromEnvironment("WAP_GATEWAY_PROGRAM");
+        acPath = FromEnvironment(kProgramVariable);
     }
     if (acPath.empty()) {
         acPath = OwnFolder(stLocations) + "/wap_gateway";
@@ -301,6 +308,50 @@ ProcessNames EndLocked(const RuntimeDir &stDir, const ProcessNames &astProcesses
     return astSignalled;
 }
 
+/// Starts processes as StartProcesses does; the caller holds the gateway's lock.
+void StartLocked(const RuntimeDir &stDir, const Locations &stLocations,
+                 const std::string &acProgram, const ProcessNames &astProcesses, bool bFresh,
+                 std::chrono::seconds stTimeout) {
+    const ProcessNames astRunning = Running(stDir);
+    if (bFresh && !astRunning.empty()) {
+        throw GatewayError("the gateway is running: gatewayctl stop comes before start --fresh");
+    }
+    if (bFresh) {
+        RemoveState(stDir);
+    }
+    if (astRunning.empty()) {
+        RemoveLeftovers();
+        TakeOverHome(stDir, stLocations);
+        NoteGatewayStart(stDir);
+    }
+    // For the one that restarts the gateway when it is reset, with the program that runs now.
+    setenv(kControllerVariable, Controller(stLocations).c_str(), 1);
+    setenv(kProgramVariable, RealPath(acProgram).c_str(), 1);
+    CloseInheritedOnExec();
+    HeldSignals stSignals;
+    std::vector<Child> astChildren;
+    astChildren.reserve(astProcesses.size());
+    try {
+        for (const ProcessInfo *pstInfo : astProcesses) {
+            if (const pid_t iPid = RunningProcess(stDir, pstInfo->pcName)) {
+                printf("%s runs already (process %d)\n", pstInfo->pcName, static_cast<int>(iPid));
+            } else {
+                astChildren.push_back(Spawn(stDir, acProgram, *pstInfo));
+            }
+        }
+        const auto stEnd = Clock::now() + stTimeout;
+        for (Child &stChild : astChildren) {
+            AwaitStart(stDir, stChild, stEnd, stSignals);
+        }
+        stSignals.Check();
+    } catch (...) {
+        EndChildren(astChildren);
+        TidyWhenDown(stDir);
+        throw;
+    }
+    stSignals.HoldForGood();
+}
+
 }  // namespace
 
 FileDescriptor LockGateway(const RuntimeDir &stDir) {
@@ -334,43 +385,26 @@ void StartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
     const std::string acProgram = FindProgram(stLocations);
     stDir.Make();
     const FileDescriptor stLock = LockGateway(stDir);
-    const ProcessNames astRunning = Running(stDir);
-    if (bFresh && !astRunning.empty()) {
-        throw GatewayError("the gateway is running: gatewayctl stop comes before start --fresh");
-    }
-    if (bFresh) {
-        RemoveState(stDir);
-    }
-    if (astRunning.empty()) {
-        RemoveLeftovers();
-        TakeOverHome(stDir, stLocations);
-        NoteGatewayStart(stDir);
-    }
-    // For the one that restarts the gateway when it is reset.
-    setenv(kControllerVariable, Controller(stLocations).c_str(), 1);
-    CloseInheritedOnExec();
-    HeldSignals stSignals;
-    std::vector<Child> astChildren;
-    astChildren.reserve(astProcesses.size());
+    StartLocked(stDir, stLocations, acProgram, astProcesses, bFresh, stTimeout);
+}
+
+void RestartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
+                      const ProcessNames &astProcesses, std::chrono::seconds stTimeout) {
+    // Looked for while the gateway is still up: without it nothing is ended.
+    const std::string acProgram = FindProgram(stLocations);
+    stDir.Make();
+    const FileDescriptor stLock = LockGateway(stDir);
     try {
-        for (const ProcessInfo *pstInfo : astProcesses) {
-            if (const pid_t iPid = RunningProcess(stDir, pstInfo->pcName)) {
-                printf("%s runs already (process %d)\n", pstInfo->pcName, static_cast<int>(iPid));
-            } else {
-                astChildren.push_back(Spawn(stDir, acProgram, *pstInfo));
-            }
-        }
-        const auto stEnd = Clock::now() + stTimeout;
-        for (Child &stChild : astChildren) {
-            AwaitStart(stDir, stChild, stEnd, stSignals);
-        }
-        stSignals.Check();
-    } catch (...) {
-        EndChildren(astChildren);
-        TidyWhenDown(stDir);
-        throw;
+        (void)EndLocked(stDir, astProcesses, SIGTERM, std::min(stTimeout, kRestartGrace));
+    } catch (const GatewayError &) {
+        (void)EndLocked(stDir, astProcesses, SIGKILL, stTimeout);
     }
-    stSignals.HoldForGood();
+    TidyWhenDown(stDir);
+    Locations stSame = stLocations;
+    if (access(stDir.HomeFile().c_str(), F_OK) == 0) {
+        stSame.acHome = stDir.HomeFile();  // the one that it was started with
+    }
+    StartLocked(stDir, stSame, acProgram, astProcesses, false, stTimeout);
 }
 
 ProcessNames EndProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses, int iSignal,

@@ -49,6 +49,11 @@ ProcessNames EndProcesses(const RuntimeDir &stDir, const ProcessNames &astProces
 ProcessNames StopProcesses(const RuntimeDir &stDir, const ProcessNames &astProcesses,
                            std::chrono::seconds stTimeout);
 
+/// Ends processes and starts them again, with the home as it is. One that hangs is killed. Throws
+/// GatewayError as StartProcesses does; nothing was ended then when the program was not found.
+void RestartProcesses(const RuntimeDir &stDir, const Locations &stLocations,
+                      const ProcessNames &astProcesses, std::chrono::seconds stTimeout);
+
 /// Waits until all of them answer; returns those that don't.
 ProcessNames WaitForAnswers(const ProcessNames &astProcesses, std::chrono::seconds stTimeout);
 

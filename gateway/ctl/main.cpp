@@ -184,6 +184,11 @@ class CommandLine {
                   [this](uint32_t uiNumber) { m_stOptions.uiTimeoutS = uiNumber; });
     }
 
+    void AddProgram(CLI::App *pstVerb) {
+        pstVerb->add_option("--program", m_stOptions.stLocations.acProgram, "wap_gateway")
+            ->type_name("FILE");
+    }
+
     void AddLifeVerbs() {
         Add("status", "Show the processes; exit code 1 when one is down", Status);
         CLI::App *pstStart =
@@ -199,14 +204,14 @@ class CommandLine {
                          "The home, taken over when none of the processes runs; it gives the "
                          "values that were not in the state before")
             ->type_name("FILE");
-        pstStart->add_option("--program", m_stOptions.stLocations.acProgram, "wap_gateway")
-            ->type_name("FILE");
+        AddProgram(pstStart);
         CLI::App *pstStop = Add("stop", "End processes and wait until they have ended", Stop);
         AddProcesses(pstStop, "Which ones (all)");
         AddTimeout(pstStop);
         CLI::App *pstRestart =
             Add("restart", "End all processes and start them again, as a reset does", Restart);
         AddTimeout(pstRestart);
+        AddProgram(pstRestart);
         CLI::App *pstKill = Add("kill", "End a process at once, as a crash would", Kill);
         AddOneProcess(pstKill);
         CLI::App *pstWait =

@@ -41,7 +41,7 @@ class SpawnRecipe {
         sigset_t stSignals;
         sigemptyset(&stSignals);
         int iError = posix_spawnattr_setsigmask(&m_stAttributes, &stSignals);
-        for (const int iSignal : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGPIPE}) {
+        for (const int iSignal : {SIGTERM, SIGINT, SIGQUIT, SIGHUP, SIGPIPE, SIGCHLD}) {
             sigaddset(&stSignals, iSignal);
         }
         iError |= posix_spawnattr_setsigdefault(&m_stAttributes, &stSignals);

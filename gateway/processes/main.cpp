@@ -54,6 +54,8 @@ RpcTable MakeTable(std::string_view pcProcess) {
 /// Leaves the signals that end the process to the one thread that waits for them.
 void BlockSignals() {
     signal(SIGPIPE, SIG_IGN);
+    // Nobody waits for the program that restarts the gateway; one that fails leaves no trace.
+    signal(SIGCHLD, SIG_IGN);
     sigset_t stSignals;
     sigemptyset(&stSignals);
     sigaddset(&stSignals, SIGTERM);

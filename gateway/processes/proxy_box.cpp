@@ -20,9 +20,17 @@ uint32_t Reset(HandlerContext &stContext, const WordRequest &, DeviceControlRepl
     if (acController.empty()) {
         throw GatewayError("only a gateway that gatewayctl has started can be reset");
     }
-    stContext.stHome.Set("device.upTimeBase", "0");
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    (void)SpawnDetached(acController, {"restart"}, stDir.LogFile("reset"));
+    const std::string acBase =
+        std::to_string(HomeReader(stContext.stHome).Number("device.upTimeBase"));
+    // Before the restart begins, which ends this process at any time.
+    stContext.stHome.Set("device.upTimeBase", "0");
+    try {
+        (void)SpawnDetached(acController, {"restart"}, stDir.LogFile("reset"));
+    } catch (const GatewayError &) {
+        stContext.stHome.Set("device.upTimeBase", acBase);
+        throw;
+    }
     return 0;
 }
 

@@ -1,7 +1,9 @@
 // The box itself: lights, voice lines and the reset, byte for byte.
+#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 
 #include "gateway_fixture.h"
 #include "vt_ssp_host.h"
@@ -31,6 +33,10 @@ class BoxTest : public GatewayTest {
     }
     static std::string VoiceLines() { return TextIn(Query("app_m", 0x47209061, 512)); }
 };
+
+bool Contains(const std::string &acText, const char *pcPart) {
+    return acText.find(pcPart) != std::string::npos;
+}
 
 /// The gateway's up-time; a large number while it can't be asked.
 uint32_t UpTime() {
@@ -119,9 +125,13 @@ TEST_F(BoxTest, ResetRestartsEverythingAndTheUpTime) {
         usleep(50000);
     }
     EXPECT_EQ(Ctl({"status"}).iExit, 0) << "all seven run, not only those that did";
+    while (!Contains(ReadFile("log/reset.out"), ": restarted\n") &&
+           std::chrono::steady_clock::now() < stEnd) {
+        usleep(50000);
+    }
+    EXPECT_TRUE(Contains(ReadFile("log/reset.out"), ": restarted\n"));
     EXPECT_LT(UpTime(), 86400u);
     EXPECT_EQ(CtlOk({"leds"}), "off\n") << "the home stays";
-    EXPECT_NE(ReadFile("log/reset.out").find(": restarted\n"), std::string::npos);
 }
 
 TEST_F(BoxTest, RestartStartsWhatIsDown) {
@@ -134,15 +144,70 @@ TEST_F(BoxTest, RestartStartsWhatIsDown) {
     EXPECT_GE(UpTime(), 86400u) << "only a reset forgets the time before the start";
 }
 
-TEST_F(GatewayTest, ResetNeedsAControllerThatCanRestart) {
-    CtlOk({"start", "osgi_proxy", "--timeout", "60"});
-    CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
-    const pid_t iProxy = Launch(GatewayWords("osgi_proxy"));
-    CtlOk({"wait", "osgi_proxy", "--timeout", "60"});
-    EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, uint32_t{VT_HOST_ERR_DATA});
-    EXPECT_GE(UpTime(), 86400u);
-    CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
-    EXPECT_EQ(Await(iProxy), 0);
+TEST_F(BoxTest, RestartKillsWhatHangs) {
+    ASSERT_EQ(kill(static_cast<pid_t>(std::stol(ReadFile("app_m.pid"))), SIGSTOP), 0);
+    CtlOk({"restart", "--timeout", "60"});
+    EXPECT_EQ(Ctl({"status"}).iExit, 0);
+}
+
+TEST_F(BoxTest, RestartEndsNothingWithoutAProgramToStart) {
+    const Outcome stRestart = Ctl({"restart", "--program", "/nowhere/wap_gateway"});
+    EXPECT_EQ(stRestart.iExit, 1);
+    EXPECT_TRUE(Contains(stRestart.acErr, "there is no program /nowhere/wap_gateway"));
+    CtlOk({"wait", "osgi_proxy", "app_m"});
+}
+
+TEST_F(GatewayTest, ResetStartsTheProgramThatRan) {
+    std::string acProgram = GatewayWords("osgi_proxy").end()[-2];
+    const std::string acLink = m_acDir + "/another_name";
+    ASSERT_EQ(symlink(acProgram.c_str(), acLink.c_str()), 0);
+    // As it would be after an installation elsewhere: gatewayctl has no wap_gateway beside it.
+    CtlOk({"start", "osgi_proxy", "--program", acLink, "--timeout", "60"});
+    ASSERT_EQ(unlink(acLink.c_str()), 0);
+    EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, 0u);
+    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!Contains(ReadFile("log/reset.out"), ": restarted\n") &&
+           std::chrono::steady_clock::now() < stEnd) {
+        usleep(50000);
+    }
+    EXPECT_TRUE(Contains(ReadFile("log/reset.out"), ": restarted\n"));
+    EXPECT_LT(UpTime(), 86400u);
+}
+
+/// A proxy that gatewayctl has not started, with a controller of the test's.
+class OwnProxyTest : public GatewayTest {
+  protected:
+    void LaunchWith(const char *pcController) {
+        CtlOk({"start", "osgi_proxy", "--timeout", "60"});
+        CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
+        setenv("WAP_GATEWAYCTL", pcController, 1);
+        m_iProxy = Launch(GatewayWords("osgi_proxy"));
+        unsetenv("WAP_GATEWAYCTL");
+        CtlOk({"wait", "osgi_proxy", "--timeout", "60"});
+    }
+    void ExpectRefusedReset() {
+        EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, uint32_t{VT_HOST_ERR_DATA});
+        EXPECT_GE(UpTime(), 86400u);
+        EXPECT_EQ(CtlOk({"get", "device.upTimeBase"}), "86400\n");
+        CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
+        EXPECT_EQ(Await(m_iProxy), 0);
+    }
+
+  private:
+    pid_t m_iProxy = -1;
+};
+
+TEST_F(OwnProxyTest, ResetNeedsAController) {
+    LaunchWith("");
+    ExpectRefusedReset();
+}
+
+TEST_F(OwnProxyTest, ResetWithAControllerThatIsGoneChangesNothing) {
+    if (getenv("WAP_EMULATOR") != nullptr && *getenv("WAP_EMULATOR") != '\0') {
+        GTEST_SKIP() << "the emulator starts, and finds no program";
+    }
+    LaunchWith("/nowhere/gatewayctl");
+    ExpectRefusedReset();
 }
 
 }  // namespace wap::test

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "support/world.h"
 
@@ -24,6 +25,14 @@ bool Overlap(const void *pvA, size_t uiA, const void *pvB, size_t uiB) {
     const uintptr_t ulA = reinterpret_cast<uintptr_t>(pvA);
     const uintptr_t ulB = reinterpret_cast<uintptr_t>(pvB);
     return ulA < ulB + uiB && ulB < ulA + uiA;
+}
+
+/// The gateway's own library may crash on null in these functions, as their like in C do.
+bool IsText(const char *pcText, const char *pcFunction) {
+    if (pcText == nullptr) {
+        World::Get().Violation(std::string(pcFunction) + " was given null");
+    }
+    return pcText != nullptr;
 }
 
 }  // namespace
@@ -92,24 +101,22 @@ int32_t VT_OS_Snprintf_S(char *pcDst, uint32_t uiDstSize, uint32_t uiCount, cons
 }
 
 uint32_t VT_OS_StrLen(const char *pcStr) {
-    return pcStr == nullptr ? 0 : static_cast<uint32_t>(std::strlen(pcStr));
+    return IsText(pcStr, "VT_OS_StrLen") ? static_cast<uint32_t>(std::strlen(pcStr)) : 0;
 }
 
 int32_t VT_OS_StrCaseCmp(const char *pcA, const char *pcB) {
-    if (pcA == nullptr || pcB == nullptr) {
-        return (pcA != nullptr) - (pcB != nullptr);
-    }
-    return strcasecmp(pcA, pcB);
+    return IsText(pcA, "VT_OS_StrCaseCmp") && IsText(pcB, "VT_OS_StrCaseCmp") ? strcasecmp(pcA, pcB)
+                                                                              : -1;
 }
 
 char *VT_OS_StrStr(const char *pcHay, const char *pcNeedle) {
-    return pcHay == nullptr || pcNeedle == nullptr
-               ? nullptr
-               : const_cast<char *>(std::strstr(pcHay, pcNeedle));
+    return IsText(pcHay, "VT_OS_StrStr") && IsText(pcNeedle, "VT_OS_StrStr")
+               ? const_cast<char *>(std::strstr(pcHay, pcNeedle))
+               : nullptr;
 }
 
 char *VT_OS_StrCaseStr(const char *pcHay, const char *pcNeedle) {
-    if (pcHay == nullptr || pcNeedle == nullptr) {
+    if (!IsText(pcHay, "VT_OS_StrCaseStr") || !IsText(pcNeedle, "VT_OS_StrCaseStr")) {
         return nullptr;
     }
     const size_t uiLen = std::strlen(pcNeedle);
