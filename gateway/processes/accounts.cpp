@@ -48,7 +48,10 @@ uint32_t AddAccount(HandlerContext &stContext, const Request &stRequest, RightRe
     const std::string acUser = TextIn(stRequest.acUser);
     HomeChange stChange(stContext.stHome);
     json_object *pstAccounts = stChange.At(AccountsPath(kService));
+    // The entry and its comma must fit the account's part of the segment: some characters of a name
+    // are long there.
     if (acUser.empty() || TextIn(stRequest.acPassword).empty() ||
+        PrintJson(AccountEntry(acUser).get(), false).size() + 1 > kService.uiBytesPerAccount ||
         FindExactly(pstAccounts, "user", acUser) != nullptr) {
         return kRefused;
     }
@@ -114,6 +117,12 @@ uint32_t SetWebPassword(HandlerContext &stContext, const HttpPasswordSet &stRequ
 }
 
 }  // namespace
+
+JsonValue AccountEntry(const std::string &acUser) {
+    JsonValue stEntry = MakeObject();
+    PutText(stEntry.get(), "User", acUser);
+    return stEntry;
+}
 
 void AddFtpAccountRpcs(RpcTable &stTable) {
     AddAccountRpcs<kFtpService, FtpAccountAdd>(stTable);

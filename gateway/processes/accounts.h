@@ -18,6 +18,7 @@ struct AccountService {
     uint32_t uiDeleteRpc;
     uint32_t uiDeleteAllRpc;
     int32_t iSegmentKey;
+    uint32_t uiBytesPerAccount;  ///< in the segment
 };
 
 inline constexpr AccountService kFtpService = {
@@ -29,6 +30,7 @@ inline constexpr AccountService kFtpService = {
     kRpcDeleteFtpAccount,
     kRpcDeleteFtpAccounts,
     kFtpRightKey,
+    kFtpRightBytes,
 };
 inline constexpr AccountService kSambaService = {
     "samba",
@@ -39,7 +41,11 @@ inline constexpr AccountService kSambaService = {
     kRpcDeleteSambaAccount,
     kRpcDeleteSambaAccounts,
     kSambaRightKey,
+    kSambaRightBytes,
 };
+
+/// What the text about a service says of an account.
+JsonValue AccountEntry(const std::string &acUser);
 
 /// What the owner of a service's section serves.
 void AddFtpAccountRpcs(RpcTable &stTable);

@@ -25,9 +25,7 @@ std::string TextOfService(const AccountService &stService) {
     PutNumber(stAnswer.get(), "Value", NumberOf(stHome.get(), "value"));
     JsonValue stList = MakeArray();
     for (json_object *pstAccount : Elements(FindMember(stHome.get(), "accounts"))) {
-        JsonValue stEntry = MakeObject();
-        PutText(stEntry.get(), "User", TextOf(pstAccount, "user"));
-        Append(stList.get(), std::move(stEntry));
+        Append(stList.get(), AccountEntry(TextOf(pstAccount, "user")));
     }
     PutMember(stAnswer.get(), "List", std::move(stList));
     return PrintJson(stAnswer.get(), false);

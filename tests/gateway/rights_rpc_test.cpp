@@ -150,6 +150,17 @@ TEST_P(AccountsTest, LongestNamesAndPasswords) {
     EXPECT_EQ(Change(GetParam().uiDeleteRpc, acUser + '\0'), 0u);
 }
 
+TEST_P(AccountsTest, EveryAccountThatIsAcceptedCanBeListed) {
+    // {"User":"…"} and a comma; a control character takes six bytes there, a quote two.
+    const size_t uiRoom = (GetParam().uiPasswordSize + 257 - 12) / 6;
+    EXPECT_EQ(Add(std::string(uiRoom, '\x01'), "secret"), 0u);
+    EXPECT_EQ(Add(std::string(uiRoom + 1, '\x01'), "secret"), kRefused);
+    EXPECT_EQ(Change(GetParam().uiDeleteAllRpc, Word(0)), 0u);
+    ASSERT_EQ(Add(std::string(uiRoom, '\x02'), "secret"), 0u);
+    const auto uiSize = static_cast<uint32_t>(GetParam().uiPasswordSize + 257 + 128);
+    EXPECT_NE(Filled(uiSize, uiSize).find(R"("User":"\u0002\u0002)"), std::string::npos);
+}
+
 TEST_P(AccountsTest, WrongChangesAreRefused) {
     EXPECT_EQ(Add("", "secret"), kRefused);
     EXPECT_EQ(Add("tom", ""), kRefused);
