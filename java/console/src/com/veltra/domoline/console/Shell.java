@@ -110,6 +110,8 @@ final class Shell {
                         .history(new DiscreetHistory(console.gateway.catalog()))
                         .completer((lineReader, line, candidates) -> complete(line, candidates))
                         .build();
+        // So does an exclamation mark. Looking for lines of the history after one eats backslashes.
+        reader.setOpt(LineReader.Option.DISABLE_EVENT_EXPANSION);
         try {
             // What was typed may hold secrets all the same: the folder is the user's alone.
             Files.createDirectories(history.getParent());
