@@ -7,6 +7,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.attribute.PosixFilePermissions;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
@@ -56,7 +57,7 @@ class ConsoleProgramTest {
     void tourCallsEveryQuery() {
         Gateway.Result result = console(null);
         assertEquals(0, result.iExit, result.err);
-        assertTrue(result.out.endsWith("\n36 methods, 0 failed, 3 left out\n"), result.out);
+        assertTrue(result.out.endsWith("\n43 methods, 0 failed, 3 left out\n"), result.out);
         for (String answer : List.of("SH-GW100", "02:A1:B2:00:10:01", "sim-web-pass", "02A1B2",
                      "\"DevName\": \"living-room-tv\"", "\"RxBytes\": 2147483648",
                      "getMacFilterMode\n0\n", "\"WANName\": \"1_INTERNET_R_VID_100\"",
@@ -64,6 +65,8 @@ class ConsoleProgramTest {
                      "getIPTVStatus\nIPTV_BUSSINESS_OK\n",
                      "\"RegisterStatus\": \"REG_AUTH\"", "\"LanInterface\": \"SSID5\"",
                      "\"NATEnabled\": \"TRUE\"",
+                     "\"Name\": \"Felix OSGi\"", "\"User\": \"anna\"",
+                     "\"PasswordChanges\": 0", "/storage/usb1\"", "\"Number\": \"5550102\"",
                      "left out: needs arguments, String getLANHostSpeed(String sMac)")) {
             assertTrue(result.out.contains(answer), answer + " is missing in " + result.out);
         }
@@ -71,16 +74,16 @@ class ConsoleProgramTest {
 
     @Test
     void failedCallEndsWithOneAndSaysWhatToDo(@TempDir Path empty) throws IOException {
-        Files.setPosixFilePermissions(
-                empty, java.nio.file.attribute.PosixFilePermissions.fromString("rwx------"));
+        Files.setPosixFilePermissions(empty, PosixFilePermissions.fromString("rwx------"));
         Gateway.Result result = console(empty, "call", "getDeviceMAC");
         assertEquals(1, result.iExit);
         assertEquals("{\n  \"Result\": -1\n}\n", result.out);
         assertTrue(result.err.contains("gatewayctl status"), result.err);
         Gateway.Result tour = console(empty, "tour");
         assertEquals(1, tour.iExit);
-        // The gateway's name and the list of connections are empty then, which is no failure.
-        assertTrue(tour.out.endsWith("\n36 methods, 31 failed, 3 left out\n"), tour.out);
+        // The gateway's name and the list of connections are empty then, which is no failure. The
+        // other five ask nobody: the version, load, memory, and what Java and OSGi there is.
+        assertTrue(tour.out.endsWith("\n43 methods, 36 failed, 3 left out\n"), tour.out);
     }
 
     @Test
@@ -146,6 +149,107 @@ class ConsoleProgramTest {
         assertEquals("", result.out);
         assertTrue(result.err.contains("startThread answered 1"), result.err);
         assertTrue(result.err.contains("VT_RUNTIME_DIR"), result.err);
+    }
+
+    /** Calls getJVMInfo where the path has nothing but one folder. */
+    private static Gateway.Result describeJava(Path runtimeDir, Path path) {
+        Path java = Path.of(System.getProperty("java.home"), "bin", "java");
+        ProcessBuilder builder = new ProcessBuilder(java.toString(),
+                "-Djava.library.path=" + System.getProperty("java.library.path"), "-cp",
+                System.getProperty("java.class.path"), "com.veltra.domoline.console.Console",
+                "call", "getJVMInfo");
+        builder.environment().put("VT_RUNTIME_DIR", runtimeDir.toString());
+        builder.environment().put("PATH", path.toString());
+        return Gateway.run(builder);
+    }
+
+    private static String javaDescription(int iResult, String name, String version, String vendor) {
+        return "{\n  \"Result\": " + iResult + ",\n  \"Name\": \"" + name
+                + "\",\n  \"Version\": \"" + version + "\",\n  \"Vendor\": \"" + vendor
+                + "\"\n}\n";
+    }
+
+    private static Path privateFolder(Path path) throws IOException {
+        return Files.createDirectory(path,
+                PosixFilePermissions.asFileAttribute(PosixFilePermissions.fromString("rwx------")));
+    }
+
+    /** A Java that says something else. */
+    private static void makeJava(Path folder, String... lines) throws IOException {
+        StringBuilder script = new StringBuilder("#!/bin/sh\nset -e\n[ \"$*\" = -version ]\n");
+        for (String line : lines) {
+            script.append("echo '").append(line).append("' >&2\n");
+        }
+        Path java = Files.writeString(folder.resolve("java"), script);
+        Files.setPosixFilePermissions(java, PosixFilePermissions.fromString("rwx------"));
+    }
+
+    @Test
+    void anyJavaOfThePathIsDescribed(@TempDir Path folder) throws IOException {
+        Path runtimeDir = privateFolder(folder.resolve("runtime"));
+        Path path = privateFolder(folder.resolve("path"));
+        makeJava(path, "openjdk version \"1.8.0_212\"", "OpenJDK Runtime Environment (build 1.8.0)",
+                "OpenJDK Client VM (build 25.212-b04, mixed mode)");
+        assertEquals(javaDescription(0, "OpenJDK Client VM ", "1.8.0_212", "Oracle"),
+                describeJava(runtimeDir, path).out);
+        makeJava(path, "java version \"9\" 2017-09-21", "Another VM (build 9)");
+        assertEquals(javaDescription(0, "Another VM ", "9", ""),
+                describeJava(runtimeDir, path).out);
+        makeJava(path);
+        assertEquals(javaDescription(0, "", "", ""), describeJava(runtimeDir, path).out);
+    }
+
+    @Test
+    void withoutJavaOnThePathItsDescriptionIsEmpty(@TempDir Path folder) throws IOException {
+        Path runtimeDir = privateFolder(folder.resolve("runtime"));
+        Path path = privateFolder(folder.resolve("path"));
+        makeJava(path, "java version \"9\"");
+        assertEquals(javaDescription(0, "", "9", ""), describeJava(runtimeDir, path).out);
+        Files.delete(path.resolve("java"));
+        // What the shell says about it takes the place of what was there.
+        Gateway.Result result = describeJava(runtimeDir, path);
+        assertEquals(javaDescription(0, "", "", ""), result.out);
+        assertEquals(0, result.iExit, result.err);
+    }
+
+    @Test
+    void whereNothingCanBeWrittenJavaHasNoDescription(@TempDir Path folder) throws IOException {
+        Path runtimeDir = privateFolder(folder.resolve("runtime"));
+        Path path = privateFolder(folder.resolve("path"));
+        makeJava(path, "java version \"9\"");
+        Files.createFile(runtimeDir.resolve("var")); // where a folder should be
+        Gateway.Result result = describeJava(runtimeDir, path);
+        assertEquals(javaDescription(1, "", "", ""), result.out);
+        assertEquals(1, result.iExit);
+    }
+
+    @Test
+    void modemIsTalkedToOnTheConsole(@TempDir Path folder)
+            throws IOException, InterruptedException {
+        ProcessBuilder builder =
+                new ProcessBuilder("script", "-qefc", Gateway.property("wap.console"), "/dev/null");
+        builder.environment().put("XDG_STATE_HOME", folder.toString());
+        builder.environment().put("TERM", "xterm");
+        Process console = builder.redirectErrorStream(true).start();
+        try (Typist typist = new Typist(console)) {
+            typist.answers("call usbRegister com.example.console 1", "0");
+            typist.answers("call usbLock 1", "0");
+            typist.answers("call usbLock 1", "-2");
+            String handle = typist.answers("call usbOpen 1", "[0-9]+");
+            typist.answers("call usbSetSerial " + handle + " 115200 0 8 1 false false", "0");
+            typist.answers("call usbWrite " + handle + " text:AT\\r 0 3", "3");
+            typist.answers("call usbDataAvailable " + handle, "1");
+            Thread.sleep(1000); // a read takes what there is, and this wants it in one piece
+            typist.answers("call usbRead " + handle + " zeros:16 0 16 3", "9",
+                    "abBuffer: 41540d0d0a4f4b0d0a00000000000000"
+                            + " \"AT\\u000d\\u000d\\nOK\\u000d\\n\"");
+            typist.answers("call usbRead " + handle + " zeros:16 0 16 0", "0");
+            typist.answers("call usbClose " + handle, "0");
+            typist.answers("call usbUnlock 1", "0");
+            typist.answers("call usbUnregister com.example.console", "0");
+            typist.type("quit");
+            assertEquals(0, typist.end());
+        }
     }
 
     @Test

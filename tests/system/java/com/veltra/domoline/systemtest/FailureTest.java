@@ -31,7 +31,7 @@ class FailureTest {
 
     @ParameterizedTest
     @ValueSource(strings = {Gateway.kOsgiProxy, Gateway.kCwmp, Gateway.kAppM, Gateway.kGulm,
-            Gateway.kIgmp})
+            Gateway.kIgmp, Gateway.kTarn, Gateway.kUsbMngt})
     void killedProcessFailsItsMethodsUntilItIsBack(String process) {
         for (GatewayMethod method : GatewayMethod.all()) {
             method.assertSucceeds(); // and so leaves a connection behind that will break

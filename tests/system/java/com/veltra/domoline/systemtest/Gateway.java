@@ -22,6 +22,8 @@ final class Gateway {
     static final String kOsgiProxy = "osgi_proxy";
     static final String kCwmp = "cwmp";
     static final String kIgmp = "igmp";
+    static final String kTarn = "tarn";
+    static final String kUsbMngt = "usb_mngt";
 
     private Gateway() {}
 
@@ -50,16 +52,29 @@ final class Gateway {
      * Has gatewayctl run by the driver script. A virtual machine under the emulator had better not
      * start hundreds of programs: now and then the new process hangs before it is one.
      */
-    private static synchronized Result tool(String... words) {
+    private static Result tool(String... words) {
+        return ask("", words);
+    }
+
+    /** Has a program of this machine run by the driver script, and insists on its success. */
+    static Result program(String name, String... words) {
+        Result result = ask("!" + name + "\n", words);
+        if (result.iExit != 0) {
+            throw new AssertionError(name + " ended with " + result.iExit + ": " + result.err);
+        }
+        return result;
+    }
+
+    private static synchronized Result ask(String program, String[] words) {
         Path desk = Path.of(property("wap.gatewayctl"));
-        StringBuilder lines = new StringBuilder();
+        StringBuilder lines = new StringBuilder(program);
         for (String word : words) {
             lines.append('.').append(word).append('\n'); // a line for an empty word, too
         }
         try {
             // Two pipes; each end waits for the other one.
             Files.writeString(desk.resolve("ask"), lines, StandardOpenOption.WRITE);
-            String exit = readAll(Files.newInputStream(desk.resolve("answer"))).strip();
+            String exit = Files.readString(desk.resolve("answer")).strip();
             return new Result(Integer.parseInt(exit), Files.readString(desk.resolve("out")),
                     Files.readString(desk.resolve("err")));
         } catch (IOException e) {
@@ -115,15 +130,24 @@ final class Gateway {
 
     /** How many requests each process that runs has served. */
     static Map<String, Long> requests() {
-        Map<String, Long> counts = new TreeMap<>();
+        return status(4);
+    }
+
+    /** The ids of the processes that run. */
+    static Map<String, Long> processIds() {
+        return status(2);
+    }
+
+    private static Map<String, Long> status(int iColumn) {
+        Map<String, Long> numbers = new TreeMap<>();
         // It ends with 1 when one is down.
         for (String line : tool("status").out.split("\n")) {
             String[] columns = line.trim().split(" +");
             if (columns.length == 6 && columns[1].equals("running")) {
-                counts.put(columns[0], Long.valueOf(columns[4]));
+                numbers.put(columns[0], Long.valueOf(columns[iColumn]));
             }
         }
-        return counts;
+        return numbers;
     }
 
     /** Insists that none of the gateway's processes is asked anything meanwhile. */

@@ -77,6 +77,7 @@ interface GatewayMethod {
         List<GatewayMethod> methods = new ArrayList<>(Arrays.asList(DeviceMethod.values()));
         methods.addAll(Arrays.asList(LanMethod.values()));
         methods.addAll(Arrays.asList(WanMethod.values()));
+        methods.addAll(Arrays.asList(BoxMethod.values()));
         return methods;
     }
 }

@@ -7,11 +7,9 @@ import org.junit.jupiter.api.extension.ExtendWith;
 /** Tests that change much: each of them begins with a new gateway and the home as shipped. */
 @ExtendWith(AttachedGateway.class)
 abstract class NewGatewayEachTime {
-    /** The processes that hold the home, and no others. */
     @BeforeEach
     void newGateway() {
-        Gateway.startOver(Gateway.kGulm, Gateway.kAppM, Gateway.kOsgiProxy, Gateway.kIgmp,
-                Gateway.kCwmp);
+        Gateway.startOver();
     }
 
     @AfterAll

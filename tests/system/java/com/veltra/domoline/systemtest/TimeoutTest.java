@@ -20,12 +20,14 @@ import org.junit.jupiter.api.Test;
 @Tag("slow")
 class TimeoutTest {
     private static final List<GatewayMethod> kPatient = List.of(DeviceMethod.INFO, DeviceMethod.MAC,
-            DeviceMethod.UP_TIME, DeviceMethod.PASSWORD, DeviceMethod.SSID_NAME, DeviceMethod.OUI);
+            DeviceMethod.UP_TIME, DeviceMethod.PASSWORD, DeviceMethod.SSID_NAME, DeviceMethod.OUI,
+            BoxMethod.FTP_RIGHTS, BoxMethod.SAMBA_RIGHTS, BoxMethod.HTTP_RIGHTS, BoxMethod.STORAGE);
     private static final List<GatewayMethod> kHasty = List.of(LanMethod.ADDRESS,
             LanMethod.GATEWAY_NAME, LanMethod.ALL_HOSTS, LanMethod.STATISTICS,
             LanMethod.FILTER_MODE, LanMethod.SPEED_LIMITS, LanMethod.PORT_MAPPINGS,
             WanMethod.WAN_LIST, WanMethod.WAN_INFO, WanMethod.PON_PHYSICAL, WanMethod.IPV4_STATIC,
-            WanMethod.IPV6_CURRENT, WanMethod.VLAN_BINDINGS, WanMethod.IPTV_STATUS);
+            WanMethod.IPV6_CURRENT, WanMethod.VLAN_BINDINGS, WanMethod.IPTV_STATUS,
+            BoxMethod.POTS);
 
     @BeforeAll
     static void attach() {
