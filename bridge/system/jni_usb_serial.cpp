@@ -18,7 +18,8 @@ namespace {
 /// Above it UsbDataAvailable does not look, and no set has a place for it.
 constexpr int32_t kHandleMax = 51579;
 /// usbRead has select look at the handles below this one only. Deliberate: plug-ins count on a read
-/// from a higher one to end by its time-out.
+/// from a higher one to end by its time-out, whatever there is to read. One without a time-out does
+/// not end.
 constexpr int32_t kReadHandles = 128;
 constexpr int32_t kAvailableSeconds = 2;
 
@@ -180,7 +181,9 @@ bool IsRange(const void *pvBlock, int32_t iHandle, int32_t iOffset, int32_t iCou
     return pvBlock != nullptr && iHandle >= 0 && UsbRangeFits(iOffset, iCount, INT32_MAX);
 }
 
-void TraceBytes(const char *pcData, int32_t iLength) {
+void TraceRead(const char *pcData, int32_t iLength) {
+    WAP_TRACE(kTraceEntries, "VT_JNI_UsbRead: Len:%u Data:%.*s", static_cast<uint32_t>(iLength),
+              iLength, pcData);
     for (int32_t i = 0; i < iLength; ++i) {
         WAP_TRACE(kTraceEntries, "%02x ", static_cast<unsigned char>(pcData[i]));
     }
@@ -259,12 +262,13 @@ int32_t VT_KAVO_JNI_UsbRead(int32_t iHandle, void *pvBlock, int32_t iOffset, int
     }
     char *pcData = static_cast<char *>(pvBlock) + iOffset;
     const int32_t iRead = VT_OS_Read(iHandle, pcData, static_cast<uint32_t>(iCount));
-    if (iRead < 0 || iRead > iCount) {
+    if (iRead < 0) {
         return Failed(WAP_SPOT, iHandle, errno);
     }
-    WAP_TRACE(kTraceEntries, "VT_JNI_UsbRead: Len:%u Data:%.*s", static_cast<uint32_t>(iRead),
-              iRead, pcData);
-    TraceBytes(pcData, iRead);
+    if (iRead > iCount) {
+        return Failed(WAP_SPOT, iHandle);
+    }
+    TraceRead(pcData, iRead);
     return iRead;
 }
 
@@ -304,8 +308,9 @@ int32_t VT_KAVO_JNI_UsbSetSerial(int32_t iHandle, int32_t iBaudRate, int32_t iPa
     if (iParity != 0) {
         SwitchInput(stLine, INPCK, true);
     }
-    // In the input flags, deliberately, though the bit is named after a control flag: the lines of
-    // plug-ins have always been set up so, and would behave in another way.
+    // In the input flags, deliberately, though the bit is a control flag: there the C library drops
+    // it, and the wires' setting stays. The lines of plug-ins have always been set up so, and would
+    // behave in another way.
     SwitchInput(stLine, static_cast<tcflag_t>(CRTSCTS), uiHardware != 0);
     SwitchInput(stLine, IXON | IXOFF | IXANY, uiSoftware != 0);
     MakeRaw(stLine);

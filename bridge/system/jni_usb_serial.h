@@ -25,7 +25,8 @@ int32_t UsbRegister(PlatformBlock &stPlugId, uint32_t uiType);
 /// Makes a plug-in unknown. Argument and result as for UsbRegister.
 int32_t UsbUnregister(PlatformBlock &stPlugId);
 
-/// Reserves a device, and gives it free again. 0, -1 or -2.
+/// Reserves a device, and gives it free again. 0, -1 or -2; a device that the caller has reserved
+/// itself is busy, too.
 int32_t UsbLock(uint32_t uiDevId);
 int32_t UsbUnlock(uint32_t uiDevId);
 
@@ -34,7 +35,9 @@ int32_t UsbOpen(uint32_t uiDevId);
 
 /**
  * Waits 2 seconds for something to read.
- * @return 1 when there is; -2 when there is not; 0, without a wait, for a handle above 51579; -1
+ * @return 1 when there is; -2 when there is not, or when the handle is none and beyond the
+ *         process's descriptor table, which the system does not look at; 0, without a wait, for a
+ *         handle above 51579; -1, also for another that is none
  */
 int32_t UsbDataAvailable(int32_t iHandle);
 
@@ -45,13 +48,15 @@ bool UsbRangeFits(int32_t iOffset, int32_t iCount, int32_t iLength);
 
 /**
  * Waits for bytes and reads them.
- * @param iHandle  below 128: no other can have anything to read here
+ * @param iHandle  below 128: no other can have anything to read here. Never use a negative time-out
+ *                 with one of 128 or above, for such a call does not return
  * @param pvBlock  a block of iOffset + iCount bytes
  * @param iOffset  where in the block the bytes go
  * @param iCount   how many at most
  * @param iTimeOut how long to wait, in seconds; without limit when negative
- * @return how many bytes were read; 0 also when there are none and iTimeOut is 0; -2 when the time
- *         is over; -1
+ * @return how many bytes were read; 0 also when there are none and iTimeOut is 0, and at once,
+ *         whatever the time-out, when the device is gone or another thread took the bytes; -2 when
+ *         the time is over; -1, also when waiting or reading fails
  */
 WAP_EXPORT int32_t VT_KAVO_JNI_UsbRead(int32_t iHandle, void *pvBlock, int32_t iOffset,
                                        int32_t iCount, int32_t iTimeOut);
@@ -71,7 +76,8 @@ WAP_EXPORT int32_t VT_KAVO_JNI_UsbWrite(int32_t iHandle, const void *pvData, int
  *                     or off as it is
  * @param iDataBits    5 to 8
  * @param iStopBits    1 or 2
- * @param uiHardware   flow control by wires, unless 0
+ * @param uiHardware   meant for flow control by wires, and without effect: the line's RTS/CTS
+ *                     setting stays as it was, whichever value is given
  * @param uiSoftware   flow control by characters, unless 0
  * @return 0, or -1 with the line's settings as they were
  */

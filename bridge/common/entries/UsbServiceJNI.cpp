@@ -41,6 +41,29 @@ bool HasRange(JNIEnv *pstEnv, jbyteArray jBytes, jint iOffset, jint iCount) {
     return true;
 }
 
+/// Reads into memory of the bridge's own first: the array stays as it is unless that goes well.
+jint ReadIntoArray(JNIEnv *pstEnv, jint iHandle, jbyteArray jBuffer, jint iOffset, jint iCount,
+                   jint iTimeOut) {
+    const jsize iSize = iOffset + iCount;
+    PlatformBlock stBlock;
+    if (!stBlock.Make(iSize > 0 ? static_cast<uint32_t>(iSize) : 1, WAP_SPOT)) {
+        RecordFault(WAP_SPOT, kErrNoMemory, static_cast<uint32_t>(iSize));
+        return kUsbFailed;
+    }
+    const int32_t iRead = VT_KAVO_JNI_UsbRead(iHandle, stBlock.Lend(), iOffset, iCount, iTimeOut);
+    if (iRead < 0) {
+        return iRead;
+    }
+    // From the array's start and to the end of the range, deliberately: plug-ins find zeros in
+    // front of and behind what was read.
+    pstEnv->SetByteArrayRegion(jBuffer, 0, iSize, static_cast<const jbyte *>(stBlock.Lend()));
+    if (ClearException(pstEnv)) {
+        RecordFault(WAP_SPOT, kErrFailed);
+        return kUsbFailed;
+    }
+    return iRead;
+}
+
 }  // namespace
 
 JNIEXPORT jint JNICALL
@@ -107,20 +130,7 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_tarn_jni_UsbServiceJNI_usbRead(
     if (!HasRange(pstEnv, jBuffer, iOffset, iCount)) {
         return kUsbFailed;
     }
-    const jsize iSize = iOffset + iCount;
-    PlatformBlock stBlock;
-    if (!stBlock.Make(iSize > 0 ? static_cast<uint32_t>(iSize) : 1, WAP_SPOT)) {
-        RecordFault(WAP_SPOT, kErrNoMemory, static_cast<uint32_t>(iSize));
-        return kUsbFailed;
-    }
-    const int32_t iRead = VT_KAVO_JNI_UsbRead(iHandle, stBlock.Lend(), iOffset, iCount, iTimeOut);
-    if (iRead < 0) {
-        return iRead;
-    }
-    // From the array's start and to the end of the range, deliberately: plug-ins find zeros in
-    // front of and behind what was read.
-    pstEnv->SetByteArrayRegion(jBuffer, 0, iSize, static_cast<const jbyte *>(stBlock.Lend()));
-    return ClearException(pstEnv) ? kUsbFailed : iRead;
+    return ReadIntoArray(pstEnv, iHandle, jBuffer, iOffset, iCount, iTimeOut);
 }
 
 JNIEXPORT jint JNICALL

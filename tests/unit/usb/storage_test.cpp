@@ -161,12 +161,14 @@ TEST_F(StorageTest, WorkerWritesWholeAnswersOnly) {
 
 TEST_F(StorageTest, WorkersWithoutAPlaceForTheResultFail) {
     EXPECT_EQ(VT_KAVO_JNI_GetStorageInfo(nullptr, 512), kNoObject);
-    EXPECT_EQ(FaultCodes(stPlatform), Codes{kNoObject});
+    ExpectOnlyFault(kStorageFile, kNoObject, {});
     stPlatform.ClearRecords();
     EXPECT_EQ(VT_KAVO_JNI_GetDiscInfo(nullptr), 1u);
-    EXPECT_EQ(FaultCodes(stPlatform), Codes{0xF7702001});
+    ExpectOnlyFault(kStorageFile, 0xF7702001, {});
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_NE(VT_KAVO_JNI_BuildJsonItem("/p", 1, 2, nullptr), 0u);
+    stPlatform.ClearRecords();
+    EXPECT_EQ(VT_KAVO_JNI_BuildJsonItem("/p", 1, 2, nullptr), 0xF7702001u);
+    ExpectOnlyFault(kStorageFile, 0xF7702001, {});
     VT_KAVO_JNI_GetStorage("/mnt/usb1", nullptr, nullptr, nullptr);
 }
 
@@ -219,6 +221,13 @@ TEST_F(StorageTest, FiguresThatMakeNoSenseStayWithinANumber) {
     stSizes = Measure("/v");
     EXPECT_EQ(stSizes.ullTotal, kMost);
     EXPECT_EQ(stSizes.ullFree, (uint64_t{1} << 63) - 4096);
+    // Products that need a 65th bit, and without it would be small.
+    constexpr uint64_t kWrapping = uint64_t{1} << 52;
+    stScript.mapVolumes["/v"] = {kWrapping + 1, kWrapping, 0, 4096};
+    stSizes = Measure("/v");
+    EXPECT_EQ(stSizes.ullTotal, kMost);
+    EXPECT_EQ(stSizes.ullUsed, 4096u);
+    EXPECT_EQ(stSizes.ullFree, kMost);
     // More free than there is.
     stScript.mapVolumes["/v"] = {10, 11, 0, 4096};
     EXPECT_EQ(Measure("/v").ullUsed, 0u);
@@ -253,12 +262,17 @@ TEST_F(StorageTest, ItemWithoutAPathFails) {
     json_object *pstItem = nullptr;
     EXPECT_EQ(VT_KAVO_JNI_BuildJsonItem(nullptr, 1, 2, &pstItem), kMinusOne);
     EXPECT_EQ(pstItem, nullptr);
+    // With how many members could not be made.
+    EXPECT_EQ(TimesRecorded(kStorageFile, kMinusOne, {1, 0, 0, 0}), 1u);
 }
 
-/// What each lack of memory makes of a worker's call: its code, in order of the allocations.
-Codes CodesWithoutMemory(World &stWorld, const std::function<uint32_t()> &fnCall) {
+/// What each lack of memory makes of a worker's call: its code, in order of the allocations. The
+/// worker must have recorded each failure itself, with these numbers where it is -1.
+Codes CodesWithoutMemory(World &stWorld, const Args &auiArgs,
+                         const std::function<uint32_t()> &fnCall) {
     Codes auiCodes;
     for (uint32_t uiAt = 1;; ++uiAt) {
+        stWorld.stPlatform.ClearRecords();
         stWorld.Plan({Op::kAlloc, uiAt, false});
         const uint32_t uiCode = fnCall();
         const bool bHit = stWorld.Count(Op::kAlloc) >= uiAt;
@@ -268,12 +282,16 @@ Codes CodesWithoutMemory(World &stWorld, const std::function<uint32_t()> &fnCall
             EXPECT_EQ(uiCode, 0u);
             return auiCodes;
         }
+        EXPECT_EQ(TimesRecorded(stWorld.stPlatform, kStorageFile, uiCode,
+                                uiCode == kMinusOne ? auiArgs : Args{}),
+                  uiCode == 0 ? 0u : 1u)
+            << uiAt << ": " << uiCode;
         auiCodes.push_back(uiCode);
     }
 }
 
 TEST_F(StorageTest, ItemWithoutMemoryFails) {
-    const Codes auiCodes = CodesWithoutMemory(stWorld, [&] {
+    const Codes auiCodes = CodesWithoutMemory(stWorld, {1, 0, 0, 0}, [&] {
         json_object *pstItem = nullptr;
         const uint32_t uiCode = VT_KAVO_JNI_BuildJsonItem("/p", 1, 2, &pstItem);
         EXPECT_EQ(pstItem != nullptr, uiCode == 0);
@@ -291,7 +309,7 @@ TEST_F(StorageTest, ListWithoutMemoryFailsOrLacksAVolume) {
     bool bLacked = false;
     const std::set<std::string> asAllowed = WithSomeLeftOut(
         "{ \"Result\": 0, \"List\": [ ", {kMeasuredVolume, kUnknownVolume}, ", ", " ] }", 1);
-    const Codes auiCodes = CodesWithoutMemory(stWorld, [&] {
+    const Codes auiCodes = CodesWithoutMemory(stWorld, {}, [&] {
         const uint32_t uiCode = Fill(512);
         if (uiCode == 0) {
             EXPECT_TRUE(asAllowed.contains(sText.c_str())) << sText.c_str();
@@ -311,7 +329,7 @@ TEST_F(StorageTest, ListWithoutMemoryFailsOrLacksAVolume) {
 TEST_F(StorageTest, VolumeThatTheListHasNoPlaceForIsReleasedAndRecorded) {
     AnswerDiscs(std::vector<std::string>(32, "/m"));
     size_t uiRefused = 0;
-    const Codes auiCodes = CodesWithoutMemory(stWorld, [&] {
+    const Codes auiCodes = CodesWithoutMemory(stWorld, {}, [&] {
         const uint32_t uiCode = Fill(4096);
         const size_t uiListed = CountOf(sText, "storagePath");
         const FaultRecord *pstFirst =

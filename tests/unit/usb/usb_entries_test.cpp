@@ -1,4 +1,5 @@
 // All methods of the USB service, as Java sees them.
+#include <set>
 #include <string>
 
 #include "support/entry_table_usb.h"
@@ -19,10 +20,29 @@ TEST_P(UsbEntryTest, TracesTheCallFirst) {
     EXPECT_EQ(stTrace.sFile, kEntryFile);
     EXPECT_EQ(stTrace.sText, "\r\n " + stEntry.sSymbol + " called \r\n");
     EXPECT_EQ(stTrace.uiMid, 249u);
-    for (const TraceRecord &stLater : stPlatform.astTraces) {
-        EXPECT_EQ(stLater.uiMid, 249u);
-        EXPECT_NE(stLater.uiLine, 0u);
+    EXPECT_NE(stTrace.uiLine, 0u);
+}
+
+// Each trace tells where it was made.
+TEST_P(UsbEntryTest, TracesAreOfTheirPlaces) {
+    (void)stEntry.fnCall(stEnv);
+    std::set<uint32_t> auiLines;
+    size_t uiOfTheEntry = 0;
+    for (const TraceRecord &stTrace : stPlatform.astTraces) {
+        EXPECT_EQ(stTrace.uiMid, 249u);
+        EXPECT_NE(stTrace.uiLine, 0u);
+        // The call and its arguments are the entry's own; workers begin with no such pair.
+        if (stTrace.sText.starts_with("\r\n ")) {
+            EXPECT_EQ(stTrace.sFile, kEntryFile) << stTrace.sText;
+            auiLines.insert(stTrace.uiLine);
+            ++uiOfTheEntry;
+        } else {
+            EXPECT_EQ(stTrace.sFile,
+                      stEntry.sMethod == "getStorageInfo" ? "jni_storage_info.cpp" : kWorkerFile)
+                << stTrace.sText;
+        }
     }
+    EXPECT_EQ(auiLines.size(), uiOfTheEntry);
 }
 
 TEST_P(UsbEntryTest, AnswersFromAWorkingGateway) {

@@ -1,71 +1,23 @@
-// Waiting for a serial device, reading from it and writing to it.
+// Waiting for a serial device, writing to it, and the ranges of arrays that it takes.
+#include <poll.h>
 #include <sys/resource.h>
 
+#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <climits>
+#include <future>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
-#include "unit/usb/usb_fixture.h"
+#include "unit/usb/transfer_fixture.h"
 
 namespace wap::test {
 namespace {
 
-class Stopwatch {
-  public:
-    double Seconds() const {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - stStart).count();
-    }
-
-  private:
-    std::chrono::steady_clock::time_point stStart = std::chrono::steady_clock::now();
-};
-
-/// What the methods make of a handle and a Java array; the outcome's array is as Java sees it.
-class TransferTest : public PtyTest {
-  protected:
-    void SetUp() override {
-        PtyTest::SetUp();
-        stScript.bReal = false;
-    }
-
-    jint Available(jint iHandle) {
-        stPlatform.ClearRecords();
-        return WAP_USB(usbDataAvailable)(&stEnv, nullptr, iHandle);
-    }
-    jint Read(jint iHandle, jint iOffset, jint iCount, jint iTimeOut) {
-        stPlatform.ClearRecords();
-        const jbyteArray jBuffer = stEnv.JavaBytes(sArray);
-        const jint iResult =
-            WAP_USB(usbRead)(&stEnv, nullptr, iHandle, jBuffer, iOffset, iCount, iTimeOut);
-        sAfter = stEnv.BytesOf(jBuffer);
-        stEnv.EndCall();
-        return iResult;
-    }
-    jint Write(jint iHandle, jint iOffset, jint iCount) {
-        stPlatform.ClearRecords();
-        stScript.asSent.clear();
-        const jbyteArray jData = stEnv.JavaBytes(sArray);
-        const jint iResult = WAP_USB(usbWrite)(&stEnv, nullptr, iHandle, jData, iOffset, iCount);
-        EXPECT_EQ(stEnv.BytesOf(jData), sArray);
-        stEnv.EndCall();
-        return iResult;
-    }
-    /// Makes the terminal pass bytes on as they are.
-    void MakeRaw() {
-        termios stLine = Settings();
-        cfmakeraw(&stLine);
-        stScript.bReal = true;
-        ASSERT_EQ(tcsetattr(iLine, TCSANOW, &stLine), 0);
-        stScript.bReal = false;
-    }
-
-    std::string sArray = "abcdefgh";
-    std::string sAfter;
-};
+/// How long to wait for what must come.
+constexpr int kPatienceSeconds = 20;
 
 // ---- usbDataAvailable ----
 
@@ -150,91 +102,7 @@ TEST_F(TransferTest, AvailableOfARealHandleBeyondTheSystemsSets) {
     close(iHigh);
 }
 
-// ---- usbRead ----
-
-TEST_F(TransferTest, ReadWaitsReadsAndTraces) {
-    stScript.sReceived = "\xFFOK\x01";
-    EXPECT_EQ(Read(12, 2, 5, 9), 4);
-    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_OS_Select 128: 12, 9 s 0 us", "VT_OS_Read 12 5"}));
-    EXPECT_EQ(LaterTraces(),
-              (Calls{"\r\n iHandle = 12 \r\n", "\r\n iOffset = 2 \r\n", "\r\n iCount = 5 \r\n",
-                     "\r\n iTimeOut = 9 \r\n", "VT_JNI_UsbRead: Len:4 Data:\xFFOK\x01", "ff ",
-                     "4f ", "4b ", "01 "}));
-    EXPECT_TRUE(stPlatform.astFaults.empty());
-}
-
-// Plug-ins see zeros in front of what was read, and behind it to the end of the range.
-TEST_F(TransferTest, ReadWritesTheArrayFromItsStartToTheEndOfTheRange) {
-    EXPECT_EQ(Read(12, 2, 5, 1), 4);
-    EXPECT_EQ(sAfter, std::string("\0\0OK\r\n\0h", 8));
-    EXPECT_EQ(Read(12, 4, 4, 1), 4);
-    EXPECT_EQ(sAfter, std::string("\0\0\0\0OK\r\n", 8));
-    EXPECT_EQ(Read(12, 0, 2, 1), 2);
-    EXPECT_EQ(sAfter, "OKcdefgh");
-    EXPECT_EQ(Read(12, 8, 0, 1), 0);
-    EXPECT_EQ(sAfter, std::string(8, '\0'));
-    EXPECT_EQ(Read(12, 0, 0, 1), 0);
-    EXPECT_EQ(sAfter, sArray);
-}
-
-TEST_F(TransferTest, ReadOfNothingIsNoFailureAndClearsTheRange) {
-    stScript.iReady = 0;
-    EXPECT_EQ(Read(12, 1, 3, 0), 0);
-    EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_OS_Select 128: 12, 0 s 0 us"}));
-    EXPECT_EQ(sAfter, std::string("\0\0\0\0efgh", 8));
-    EXPECT_TRUE(stPlatform.astFaults.empty());
-}
-
-TEST_F(TransferTest, ReadThatTimesOutIsMinusTwoAndLeavesTheArray) {
-    stScript.iReady = 0;
-    for (const jint iTimeOut : {1, 86400, -1}) {
-        EXPECT_EQ(Read(12, 1, 3, iTimeOut), -2);
-        EXPECT_EQ(sAfter, sArray);
-        ExpectOnlyFault(kWorkerFile, kMinusOne, {12, static_cast<uint32_t>(iTimeOut), 0, 0});
-    }
-}
-
-TEST_F(TransferTest, ReadWithANegativeTimeOutWaitsForEver) {
-    for (const jint iTimeOut : {-1, INT_MIN}) {
-        EXPECT_EQ(Read(12, 0, 8, iTimeOut), 4);
-        EXPECT_EQ(stPlatform.asCalls.at(0), "VT_OS_Select 128: 12, for ever");
-        EXPECT_EQ(LaterTraces().at(3),
-                  "\r\n iTimeOut = " + std::to_string(static_cast<uint32_t>(iTimeOut)) + " \r\n");
-    }
-}
-
-// Deliberate: the count of descriptors is fixed.
-TEST_F(TransferTest, ReadLooksAtHandlesBelow128Only) {
-    EXPECT_EQ(Read(127, 0, 8, 1), 4);
-    EXPECT_EQ(stPlatform.asCalls.at(0), "VT_OS_Select 128: 127, 1 s 0 us");
-    for (const jint iHandle : {128, 1024, 51579, 51580, INT_MAX}) {
-        stScript.iReady = 0;
-        EXPECT_EQ(Read(iHandle, 0, 8, 1), -2);
-        EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_OS_Select 128:, 1 s 0 us"}));
-    }
-}
-
-TEST_F(TransferTest, ReadThatFailsLeavesTheArray) {
-    for (const char *pcFunction : {"VT_OS_Select", "VT_OS_Read"}) {
-        stPlatform.mapStatus = {{pcFunction, 1}};
-        stScript.iError = EIO;
-        EXPECT_EQ(Read(12, 1, 3, 1), -1);
-        EXPECT_EQ(sAfter, sArray);
-        ExpectOnlyFault(kWorkerFile, kMinusOne, {12, EIO, 0, 0});
-    }
-    EXPECT_EQ(Read(-1, 1, 3, 1), -1);
-    EXPECT_EQ(sAfter, sArray);
-    EXPECT_TRUE(stPlatform.asCalls.empty());
-    ExpectOnlyFault(kWorkerFile, kMinusOne, {kMinusOne, 0, 0, 0});
-}
-
-TEST_F(TransferTest, ReadThatClaimsMoreThanThereIsRoomForFails) {
-    stScript.iReadMore = 5;
-    EXPECT_EQ(Read(12, 0, 8, 1), -1);
-    EXPECT_EQ(sAfter, sArray);
-    stScript.iReadMore = 4;
-    EXPECT_EQ(Read(12, 0, 8, 1), 8);
-}
+// ---- ranges ----
 
 /// Ranges that are none of an array of 8.
 const std::vector<std::pair<jint, jint>> &BadRanges() {
@@ -269,6 +137,10 @@ TEST_F(TransferTest, RangesOutsideOfTheArrayTouchNothing) {
         EXPECT_TRUE(stPlatform.asCalls.empty());
         EXPECT_EQ(stWorld.stAllocs.astLog.size(), 0u);
         ExpectOnlyFault(kEntryFile, kMinusOne, auiRange);
+        // All that was asked for is in the trace, which is where one looks for the mistake.
+        EXPECT_EQ(LaterTraces(),
+                  (Calls{"\r\n iHandle = 12 \r\n", ArgumentTrace("iOffset", iOffset),
+                         ArgumentTrace("iCount", iCount), "\r\n iTimeOut = 1 \r\n"}));
         stWorld.ClearRecords();
         EXPECT_EQ(Write(12, iOffset, iCount), -1);
         EXPECT_TRUE(stPlatform.asCalls.empty());
@@ -282,50 +154,6 @@ TEST_F(TransferTest, WithoutAnArrayNothingHappens) {
     EXPECT_TRUE(stPlatform.asCalls.empty());
     EXPECT_TRUE(stEnv.asCalls.empty());
     EXPECT_EQ(TimesRecorded(kEntryFile, kMinusOne), 2u);
-}
-
-TEST_F(TransferTest, ReadWithoutMemoryFails) {
-    stWorld.Plan({Op::kAlloc, 1, false});
-    EXPECT_EQ(Read(12, 1, 3, 1), -1);
-    stWorld.Plan({});
-    EXPECT_TRUE(stPlatform.asCalls.empty());
-    ExpectOnlyFault(kEntryFile, 0xF7108001, {4, 0, 0, 0});
-    EXPECT_EQ(Read(12, 1, 3, 1), 3);
-    // Of the range and not of the array.
-    EXPECT_EQ(stWorld.stAllocs.astLog.back().uiSize, 4u);
-}
-
-TEST_F(TransferTest, ReadThatJavaRefusesFails) {
-    stWorld.Plan({Op::kJni, 1, false});
-    EXPECT_EQ(Read(12, 1, 3, 1), -1);
-    stWorld.Plan({});
-    EXPECT_EQ(sAfter, sArray);
-}
-
-TEST_F(TransferTest, ReadOfARealLine) {
-    MakeRaw();
-    stScript.bReal = true;
-    const Stopwatch stOneSecond;
-    EXPECT_EQ(Read(iLine, 0, 8, 1), -2);
-    EXPECT_GE(stOneSecond.Seconds(), 0.95);
-    EXPECT_LT(stOneSecond.Seconds(), 1.9);
-    const Stopwatch stAtOnce;
-    EXPECT_EQ(Read(iLine, 0, 8, 0), 0);
-    EXPECT_LT(stAtOnce.Seconds(), 0.5);
-    Send("Hello");
-    EXPECT_EQ(Read(iLine, 4, 4, 1), 4);
-    EXPECT_EQ(sAfter, std::string("\0\0\0\0Hell", 8));
-    EXPECT_EQ(Read(iLine, 0, 8, 0), 1);
-    EXPECT_EQ(sAfter, std::string("o\0\0\0\0\0\0\0", 8));
-    // Without a limit it waits until something comes.
-    std::thread stLater([this] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1300));
-        Send("late");
-    });
-    const Stopwatch stLong;
-    EXPECT_EQ(Read(iLine, 0, 8, -1), 4);
-    EXPECT_GE(stLong.Seconds(), 1.2);
-    stLater.join();
 }
 
 // ---- usbWrite ----
@@ -375,6 +203,87 @@ TEST_F(TransferTest, WriteToARealLine) {
     char acReceived[8] = {};
     EXPECT_EQ(read(iDevice, acReceived, sizeof(acReceived)), 3);
     EXPECT_STREQ(acReceived, "cde");
+}
+
+// ---- two threads with one handle ----
+
+/// What a thread has of its own: a Java environment, and a platform with real descriptors.
+struct Elsewhere {
+    Elsewhere() { stWorld.stPlatform.stDescriptors.bReal = true; }
+    ~Elsewhere() {
+        stEnv.EndCall();
+        stWorld.ExpectClean();
+    }
+
+    World stWorld;
+    FakeJni stEnv;
+};
+
+/// Everything that the line's other end gets, up to so many bytes.
+std::string Received(int iDevice, size_t uiCount) {
+    std::string sBytes;
+    pollfd stWait = {iDevice, POLLIN, 0};
+    while (sBytes.size() < uiCount && poll(&stWait, 1, kPatienceSeconds * 1000) == 1) {
+        char acPiece[4096];
+        const ssize_t iRead = read(iDevice, acPiece, sizeof(acPiece));
+        if (iRead <= 0) {
+            break;
+        }
+        sBytes.append(acPiece, static_cast<size_t>(iRead));
+    }
+    return sBytes;
+}
+
+TEST_F(TransferTest, AThreadWritesWhileAnotherWaitsInARead) {
+    MakeRaw();
+    stScript.bReal = true;
+    std::promise<void> stWaits;
+    std::string sRead;
+    std::thread stReader([&] {
+        Elsewhere stHere;
+        stHere.stWorld.stPlatform.stDescriptors.fnSelect = [&] { stWaits.set_value(); };
+        const jbyteArray jBuffer = stHere.stEnv.JavaBytes(std::string(6, '!'));
+        EXPECT_EQ(WAP_USB(usbRead)(&stHere.stEnv, nullptr, iLine, jBuffer, 0, 6, kPatienceSeconds),
+                  6);
+        sRead = stHere.stEnv.BytesOf(jBuffer);
+    });
+    stWaits.get_future().wait();
+    // The device answers what it is told, and so the read ends by the write alone.
+    EXPECT_EQ(Write(iLine, 0, 8), 8);
+    EXPECT_EQ(Received(iDevice, 8), sArray);
+    Send("answer");
+    stReader.join();
+    EXPECT_EQ(sRead, "answer");
+}
+
+TEST_F(TransferTest, AThreadReadsWhileAnotherIsStuckInAWrite) {
+    // Much more than a line holds.
+    constexpr jint kBytes = 300000;
+    std::string sSent(kBytes, '\0');
+    for (size_t i = 0; i < sSent.size(); ++i) {
+        sSent[i] = static_cast<char>(i + i / 256);
+    }
+    MakeRaw();
+    stScript.bReal = true;
+    std::atomic<bool> bWritten = false;
+    std::thread stWriter([&] {
+        Elsewhere stHere;
+        const jbyteArray jData = stHere.stEnv.JavaBytes(sSent);
+        EXPECT_EQ(WAP_USB(usbWrite)(&stHere.stEnv, nullptr, iLine, jData, 0, kBytes), kBytes);
+        bWritten = true;
+    });
+    std::string sReceived = Received(iDevice, 1);
+    for (int i = 0; i < 20; ++i) {
+        const std::string sAnswer = "answer " + std::to_string(100 + i);
+        Send(sAnswer);
+        sArray.assign(sAnswer.size(), '!');
+        EXPECT_EQ(Read(iLine, 0, static_cast<jint>(sAnswer.size()), kPatienceSeconds), 10);
+        EXPECT_EQ(sAfter, sAnswer);
+    }
+    EXPECT_FALSE(bWritten);
+    sReceived += Received(iDevice, sSent.size() - sReceived.size());
+    stWriter.join();
+    EXPECT_TRUE(sReceived == sSent) << sReceived.size();
 }
 
 // ---- the workers, called by other native code ----
