@@ -64,11 +64,12 @@ public class UsbServiceJNI {
     /**
      * Reserves a serial device. Asks the process {@code usb_mngt}, at most 30 seconds.
      *
-     * <p>Example: {@code usbLock(1)} answers 0, and -2 while another plug-in holds the device.
+     * <p>Example: {@code usbLock(1)} answers 0, and then -2 to whoever asks, until the device is
+     * given free.
      *
      * @param iDevId the device's number, as {@code usb_mngt} counts them
-     * @return 0; -2 when another plug-in has the device; -1 when the process doesn't answer or
-     *     refuses
+     * @return 0; -2 when the device is locked already, also by the caller; -1 when the process
+     *     doesn't answer or refuses
      */
     public native int usbLock(int iDevId);
 
@@ -78,7 +79,8 @@ public class UsbServiceJNI {
      * <p>Example: {@code usbUnlock(1)} answers 0.
      *
      * @param iDevId as for {@link #usbLock(int)}
-     * @return as for {@link #usbLock(int)}
+     * @return 0; -2 when the process says that the device is busy; -1 when the process doesn't
+     *     answer or refuses
      */
     public native int usbUnlock(int iDevId);
 
@@ -101,7 +103,9 @@ public class UsbServiceJNI {
      *
      * @param iHandle a handle of {@link #usbOpen(int)}
      * @return 1 when there is something to read, or when the device is gone; -2 when nothing came;
-     *     0, without a wait, for a handle above 51579; -1 when the handle is none
+     *     0, without a wait, for a handle above 51579; -1 when the handle is none. The system looks
+     *     no further than this process's table of descriptors reaches: for a number beyond it, up
+     *     to 51579, the answer is -2 after the 2 seconds
      */
     public native int usbDataAvailable(int iHandle);
 
@@ -115,16 +119,22 @@ public class UsbServiceJNI {
      * read: unless the read fails, the elements in front of {@code iOffset} become 0, and so do
      * those of the range behind what was read.
      *
-     * @param iHandle a handle of {@link #usbOpen(int)}. One that is 128 or above never has anything
-     *     to read
+     * <p><b>Never use a negative time-out with a handle of 128 or above: the call never
+     * returns.</b>
+     *
+     * @param iHandle a handle of {@link #usbOpen(int)}. One that is 128 or above is not looked at:
+     *     it never has anything to read
      * @param abBuffer receives the bytes; not {@code null}
      * @param iOffset the element that receives the first byte, from 0
      * @param iCount how many bytes at most, from 0; iOffset + iCount must not exceed the array's
      *     length
      * @param iTimeOut how long to wait, in seconds; 0 not at all; without limit when negative
-     * @return how many bytes were read, 0 also when there are none and {@code iTimeOut} is 0; -2
-     *     when nothing came in time; -1, with the array untouched, when the range is not one of the
-     *     array (nothing is read then), when the handle is none, or when memory runs out
+     * @return how many bytes were read. 0 also when there are none and {@code iTimeOut} is 0; and,
+     *     at once and whatever the time-out, when the device was pulled out or, on a line that
+     *     {@code usbSetSerial} has set up, when another thread took the bytes. -2 when nothing came
+     *     in time. -1, with the array untouched, when the range is not one of the array (nothing is
+     *     read then), when the handle is negative or, below 128, none, when waiting or reading
+     *     fails, or when memory runs out
      */
     public native int usbRead(
             int iHandle, byte[] abBuffer, int iOffset, int iCount, int iTimeOut);
@@ -158,7 +168,8 @@ public class UsbServiceJNI {
      *     bit on or off: it stays as it was, so set even or odd before them
      * @param iDataBits 5, 6, 7 or 8
      * @param iStopBits 1 or 2
-     * @param bHardwareFlowControl whether to hold back by the lines RTS and CTS
+     * @param bHardwareFlowControl meant for holding back by the wires RTS and CTS, and without
+     *     effect: the line's RTS/CTS setting stays as it was, whichever value is given
      * @param bSoftwareFlowControl whether to hold back by the characters XON and XOFF
      * @return 0; -1, with the settings as they were, when a value is none of those above or the
      *     handle is no serial line
@@ -194,11 +205,12 @@ public class UsbServiceJNI {
      * }</pre>
      *
      * <p>The answer is one line. Sizes are in bytes; {@code validStorage} is what is free. A volume
-     * that can't be measured has 0 for both. At most 32 volumes are listed.
+     * that can't be measured has 0 for both. At most 32 volumes are listed, and one that there is
+     * no memory for is left out.
      *
      * @return the list; <code>{ "Result": 1 }</code> (1, not -1) when the process doesn't answer or
-     *     refuses, or when the list is longer than 511 characters; {@code null} when the virtual
-     *     machine has no memory for the text
+     *     refuses, when the list is longer than 511 bytes of UTF-8, JSON's escapes included, or when
+     *     memory runs out; {@code null} when there is no memory even for the text
      */
     public native String getStorageInfo();
 }
