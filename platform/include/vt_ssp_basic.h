@@ -382,7 +382,8 @@ int32_t VT_OS_Close(int32_t iFd);
 /**
  * As select; a signal can interrupt it.
  * @param iNfds     the highest descriptor plus 1
- * @param pvRead    an fd_set or null; likewise pvWrite and pvExcept
+ * @param pvRead    a bit set or null; likewise pvWrite and pvExcept. It has the shape of an fd_set
+ *                  and at least iNfds places, and may be larger than an fd_set is
  * @param pvTimeval the longest wait, a struct timeval, or null for no limit
  * @return the number of ready descriptors, 0 after the time, or -1 with errno
  */
