@@ -207,7 +207,7 @@ uint32_t VT_JNI_SetHttpUserPassword(const char *pcPassword) {
     return Order(WAP_SPOT, kSetHttpPassword, stRequest.stRecord);
 }
 
-uint32_t wap::FetchRightText(Share eShare, PlatformBlock &stText) {
+uint32_t wap::FetchRightText(Share eShare, SecretBlock &stText) {
     const RightSource &stSource = kRightSources[static_cast<uint32_t>(eShare)];
     uint32_t uiCount = 0;
     const uint32_t uiResult = stSource.pfnCount(&uiCount);

@@ -62,7 +62,7 @@ WAP_EXPORT uint32_t VT_JNI_DeleteAllSambaAcount(void);
 /**
  * Tells the web service's right information, the text that "osgi_proxy" writes.
  * @param pcBuf receives the text and its zero; success only
- * @param uiCap size of pcBuf in bytes; 256 are enough for any
+ * @param uiCap size of pcBuf in bytes; 256 are enough for any that ends with a zero
  * @return 0; 0xF7702001 for no buffer; -1 (as unsigned) when the request fails; 0xF7700005 when the
  *         text does not fit
  */
@@ -89,7 +89,7 @@ enum class Share : uint32_t { kFtp, kSamba };
  * @param stText receives the text; success only
  * @return 0; -1 (as unsigned)
  */
-uint32_t FetchRightText(Share eShare, PlatformBlock &stText);
+uint32_t FetchRightText(Share eShare, SecretBlock &stText);
 
 }  // namespace wap
 

@@ -45,7 +45,7 @@ uint32_t Fail(SourceSpot stSpot, uint32_t uiCode, int iSystemError, const Segmen
 
 /// Copies the text that begins at pcFrom and ends before pcFrom + uiMax. The other process may be
 /// writing still: what is measured here may change while it is copied, but not its bounds.
-uint32_t CopyText(const char *pcFrom, const SegmentSize &stSize, PlatformBlock &stText) {
+uint32_t CopyText(const char *pcFrom, const SegmentSize &stSize, SecretBlock &stText) {
     const auto uiLength = static_cast<uint32_t>(strnlen(pcFrom, stSize.uiBytes));
     if (!stText.Make(uiLength + 1, WAP_SPOT)) {
         return Fail(WAP_SPOT, kErrNoMemory, 0, stSize);
@@ -55,7 +55,7 @@ uint32_t CopyText(const char *pcFrom, const SegmentSize &stSize, PlatformBlock &
 }
 
 /// Attaches the segment for as long as the copying takes.
-uint32_t ReadFilled(int32_t iShmId, const SegmentSize &stSize, PlatformBlock &stText) {
+uint32_t ReadFilled(int32_t iShmId, const SegmentSize &stSize, SecretBlock &stText) {
     void *pvAt = VT_OS_ShmAt(iShmId, nullptr, 0);
     if (pvAt == nullptr || reinterpret_cast<intptr_t>(pvAt) == -1) {
         return Fail(WAP_SPOT, kErrFailed, errno, stSize);
@@ -68,14 +68,14 @@ uint32_t ReadFilled(int32_t iShmId, const SegmentSize &stSize, PlatformBlock &st
 }
 
 uint32_t FillAndRead(const SegmentKind &stKind, int32_t iShmId, const SegmentSize &stSize,
-                     PlatformBlock &stText) {
+                     SecretBlock &stText) {
     const uint32_t uiResult = stKind.pfnFill(stSize.uiBytes);
     return uiResult == 0 ? ReadFilled(iShmId, stSize, stText) : Fail(WAP_SPOT, uiResult, 0, stSize);
 }
 
 }  // namespace
 
-uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, PlatformBlock &stText) {
+uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, SecretBlock &stText) {
     const uint64_t ulBytes = uint64_t{uiCount} * stKind.uiBytesPerAccount + kRightSegmentSpare;
     if (ulBytes >= UINT32_MAX) {
         return Fail(WAP_SPOT, kErrFailed, 0, {uiCount, 0});
@@ -88,13 +88,12 @@ uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, PlatformB
     if (iShmId < 0) {
         return Fail(WAP_SPOT, kErrFailed, errno, stSize);
     }
-    PlatformBlock stRead;
-    const uint32_t uiResult = FillAndRead(stKind, iShmId, stSize, stRead);
+    uint32_t uiResult = FillAndRead(stKind, iShmId, stSize, stText);
     if (VT_OS_ShmCtl(iShmId, IPC_RMID, nullptr) != 0) {
-        return Fail(WAP_SPOT, kErrFailed, errno, stSize);
+        uiResult = Fail(WAP_SPOT, kErrFailed, errno, stSize);
     }
-    if (uiResult == 0) {
-        stText.Adopt(stRead.Release());
+    if (uiResult != 0) {
+        stText.Drop();
     }
     return uiResult;
 }

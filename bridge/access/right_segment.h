@@ -21,10 +21,11 @@ struct SegmentKind {
 /**
  * Makes a segment, has it filled, takes the text out and removes it again, whatever happens.
  * @param uiCount how many accounts it shall have room for; not trusted
- * @param stText  receives the text, cut at the segment's end where no zero lies in it; success only
+ * @param stText  receives the text, cut at the segment's end where no zero lies in it; success
+ * only. Whoever fills it may put the accounts' passwords into it
  * @return 0; -1 (as unsigned), recorded, with the system's error number, the count and the size
  */
-uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, PlatformBlock &stText);
+uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, SecretBlock &stText);
 
 }  // namespace wap
 

@@ -68,6 +68,35 @@ class Wiped {
     Record stRecord{};
 };
 
+/// A block that holds secrets: wiped over its whole length before it is released.
+class SecretBlock {
+  public:
+    SecretBlock() = default;
+    SecretBlock(const SecretBlock &) = delete;
+    SecretBlock &operator=(const SecretBlock &) = delete;
+    ~SecretBlock() { Drop(); }
+
+    /// Makes a zero-filled block as PlatformBlock does, in the place of what is held.
+    [[nodiscard]] bool Make(uint32_t uiSize, SourceSpot stSpot) {
+        Drop();
+        m_uiSize = m_stBlock.Make(uiSize, stSpot) ? uiSize : 0;
+        return m_uiSize != 0;
+    }
+    /// Wipes and releases what is held.
+    void Drop() {
+        if (m_stBlock) {
+            Wipe(m_stBlock.Lend(), m_uiSize);
+            m_stBlock.Adopt(nullptr);
+        }
+    }
+    void *Lend() const { return m_stBlock.Lend(); }
+    explicit operator bool() const { return static_cast<bool>(m_stBlock); }
+
+  private:
+    PlatformBlock m_stBlock;
+    uint32_t m_uiSize = 0;
+};
+
 /// A converted Java text.
 class JavaText {
   public:

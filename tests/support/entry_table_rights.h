@@ -8,9 +8,13 @@
 
 namespace wap::test {
 
-// What "osgi_proxy" writes; none of it means anything to the bridge.
-inline constexpr const char *kFtpRightText = R"({"Result":0, "List":["ftp accounts"]})";
-inline constexpr const char *kSambaRightText = R"({"Result":0, "List":["samba accounts"]})";
+// What "osgi_proxy" writes; none of it means anything to the bridge. A gateway may tell the
+// accounts' passwords in it, so these are watched as well.
+inline constexpr const char *kListedPassword = "listed-password-#/+*!?%&$";
+inline constexpr const char *kFtpRightText =
+    R"({"Result":0, "List":["ftp accounts", "listed-password-#/+*!?%&$"]})";
+inline constexpr const char *kSambaRightText =
+    R"({"Result":0, "List":["samba accounts", "listed-password-#/+*!?%&$"]})";
 inline constexpr const char *kHttpRightText = R"({"Result":0, "Right":1})";
 
 inline constexpr const char *kShareUser = "share-user";

@@ -32,7 +32,7 @@ void FurnishRights(World &stWorld, const std::string &sFtpBytes, const std::stri
         }
         return std::nullopt;
     };
-    for (const char *pcSecret : {kFtpPassword, kSambaPassword, kHttpPassword}) {
+    for (const char *pcSecret : {kFtpPassword, kSambaPassword, kHttpPassword, kListedPassword}) {
         stWorld.stSecrets.Watch(pcSecret);
     }
 }

@@ -8,7 +8,7 @@ using namespace wap;
 namespace {
 
 jstring RightAnswer(JNIEnv *pstEnv, SourceSpot stSpot, Share eShare) {
-    PlatformBlock stText;
+    SecretBlock stText;
     const uint32_t uiResult = FetchRightText(eShare, stText);
     return uiResult == 0 ? char2jstring(pstEnv, static_cast<const char *>(stText.Lend()))
                          : FaultAnswer(pstEnv, stSpot, OnFailure::kMinusOne, uiResult);

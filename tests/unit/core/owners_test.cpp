@@ -87,6 +87,38 @@ TEST_F(Owners, WipedRecordStartsAndEndsAsZeros) {
     EXPECT_TRUE(stWorld.stSecrets.TakeUnwiped().empty());
 }
 
+TEST_F(Owners, SecretBlockIsWipedToItsEnd) {
+    stWorld.stSecrets.Watch(kSecretHead);
+    stWorld.stSecrets.Watch(kSecretTail);
+    const auto fnFill = [](SecretBlock &stBlock) {
+        ASSERT_TRUE(stBlock.Make(64, WAP_SPOT));
+        ASSERT_TRUE(stBlock);
+        EXPECT_EQ(memcmp(stBlock.Lend(), std::string(64, '\0').data(), 64), 0);
+        memcpy(stBlock.Lend(), kSecretHead, strlen(kSecretHead));
+        memcpy(static_cast<char *>(stBlock.Lend()) + 64 - strlen(kSecretTail), kSecretTail,
+               strlen(kSecretTail));
+    };
+    {
+        SecretBlock stBlock;
+        stBlock.Drop();
+        fnFill(stBlock);
+        // What is held goes for the next one, also when there is none.
+        fnFill(stBlock);
+        EXPECT_EQ(Live(), 1u);
+        stWorld.Plan({Op::kAlloc, 1, false});
+        EXPECT_FALSE(stBlock.Make(8, WAP_SPOT));
+        stWorld.Plan({});
+        EXPECT_FALSE(stBlock);
+        EXPECT_EQ(Live(), 0u);
+        fnFill(stBlock);
+        stBlock.Drop();
+        EXPECT_EQ(stBlock.Lend(), nullptr);
+        fnFill(stBlock);
+    }
+    EXPECT_EQ(Live(), 0u);
+    EXPECT_TRUE(stWorld.stSecrets.TakeUnwiped().empty());
+}
+
 TEST_F(Owners, TheWatchSeesARecordThatIsNotWiped) {
     stWorld.stSecrets.Watch(kSecretHead);
     char acPassword[32];
