@@ -16,6 +16,8 @@ void NoteJniMisuse(const std::string &sText) {
     ADD_FAILURE() << sText;
 }
 
+void NoteJniRelease(std::string_view) {}
+
 bool JniCallShallFail() {
     return false;
 }

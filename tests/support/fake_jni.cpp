@@ -199,6 +199,7 @@ void ReleaseByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jbyte *pcElemen
     }
     for (auto it = stEnv.astPinned.begin(); it != stEnv.astPinned.end(); ++it) {
         if (it->first == pcElements) {
+            NoteJniRelease(*it->second);
             if (pstBytes != nullptr) {
                 pstBytes->sBytes = *it->second;
             }

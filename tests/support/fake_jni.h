@@ -91,6 +91,8 @@ class FakeJni : public JNIEnv {
 // ---- defined by whoever links the environment ----
 /// Called when the code under test broke a rule of JNI.
 void NoteJniMisuse(const std::string &sText);
+/// Called with the elements of an array as they go back to the virtual machine.
+void NoteJniRelease(std::string_view sBytes);
 /// Called by every JNI call that can fail; true makes it fail.
 bool JniCallShallFail();
 

@@ -99,6 +99,10 @@ void NoteJniMisuse(const std::string &sText) {
     World::Get().Violation(sText);
 }
 
+void NoteJniRelease(std::string_view sBytes) {
+    World::Get().stSecrets.CheckShown(sBytes, "elements that went back to Java");
+}
+
 bool JniCallShallFail() {
     return World::Get().Hit(Op::kJni);
 }
