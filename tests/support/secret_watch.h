@@ -43,7 +43,14 @@ class SecretWatch {
 };
 
 /// Runs fnCall on a stack of its own, in the calling thread's World, and tells whether any of the
-/// texts lies on that stack when it has ended.
+/// texts lies on that stack at the moment when it returns.
+///
+/// It sees what the frames below fnCall have left, whoever wrote it there, and nothing is called
+/// between fnCall's return and the look. It can't see what a later call within fnCall has
+/// overwritten: give it a worker alone to see what that worker leaves, and no expectation behind
+/// the call. Nor does it see locals that a sanitizer keeps on the heap
+/// (detect_stack_use_after_return), registers, or parts of a text. A text must be long enough to
+/// lie on the heap in a std::string: 16 bytes.
 bool StackKeeps(const std::function<void()> &fnCall, const std::vector<std::string> &asTexts);
 
 }  // namespace wap::test

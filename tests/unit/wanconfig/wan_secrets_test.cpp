@@ -9,6 +9,7 @@
 #include "faults/fault_sweep.h"
 #include "support/entry_calls.h"
 #include "unit/wanconfig/wanconfig_fixture.h"
+#include "wan/jni_wan_config.h"
 
 namespace wap::test {
 namespace {
@@ -101,20 +102,26 @@ TEST_F(WanSecretsTest, WhicheverRequestFails) {
     }
 }
 
+// What the worker leaves, and what is there when the entry has ended.
 TEST_F(WanSecretsTest, SecretsDoNotStayOnTheStack) {
-    const auto Keeps = [this](const std::string &sJson, jint iWanted) {
+    const auto fnExpect = [this](const std::string &sJson, jint iWanted) {
+        uint32_t uiResult = 1;
+        EXPECT_FALSE(StackKeeps([&] { uiResult = VT_JNI_SetWANIf(kWan, sJson.c_str()); },
+                                {kUser, kPassword}));
+        EXPECT_EQ(uiResult == 0, iWanted == 0);
         const jstring jJson = stEnv.JavaText(FromUtf8(sJson));
-        return StackKeeps(
-            [=, this] {
-                EXPECT_EQ(WAP_METHOD(WanConfig, setWANIf)(&stEnv, stEnv.JavaObject(), kWan, jJson),
-                          iWanted);
-            },
-            {kUser, kPassword});
+        const jobject jThis = stEnv.JavaObject();
+        jint iResult = 1;
+        EXPECT_FALSE(StackKeeps(
+            [&] { iResult = WAP_METHOD(WanConfig, setWANIf)(&stEnv, jThis, kWan, jJson); },
+            {kUser, kPassword}));
+        EXPECT_EQ(iResult, iWanted);
+        stEnv.EndCall();
     };
-    EXPECT_FALSE(Keeps("{" + kCredentials + "}", 0));
-    EXPECT_FALSE(Keeps("{" + kCredentials + "}x", -1));
+    fnExpect("{" + kCredentials + "}", 0);
+    fnExpect("{" + kCredentials + "}x", -1);
     Refuse(kSet);
-    EXPECT_FALSE(Keeps("{" + kCredentials + "}", -1));
+    fnExpect("{" + kCredentials + "}", -1);
 }
 
 TEST_F(WanSecretsTest, WhateverFailsAfterSecretsInAnArray) {
