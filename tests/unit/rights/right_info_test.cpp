@@ -164,6 +164,24 @@ TEST_P(RightInfoTest, AForgottenSegmentIsUsedAndRemoved) {
     EXPECT_EQ(stPlatform.stShm.mapSegments.count(iId), 0u);
 }
 
+// One that is too small can't be had and is nobody's to remove: it stays in the way, which the
+// fault log tells.
+TEST_P(RightInfoTest, AForgottenSegmentThatIsTooSmallIsAFailure) {
+    const int32_t iId = VT_OS_ShmGet(stService.iKey, Size() - 1, kMakeFlags);
+    auto &mapSegments = stPlatform.stShm.mapSegments;
+    mapSegments.at(iId).sBytes.assign(Size() - 1, 'f');
+    stPlatform.ClearRecords();
+    EXPECT_EQ(Get(), TextAnswerOf(kFault));
+    EXPECT_EQ(ShmCalls(), Calls{Made(Size())});
+    EXPECT_EQ(FaultCodes(stPlatform), (Codes{kMinusOne, kMinusOne}));
+    EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EINVAL, stService.uiAccounts, Size()}), 1u);
+    EXPECT_EQ(Recorded(kQueryFile, kMinusOne), 1u);
+    ExpectAsked({CountRpc()});
+    ASSERT_EQ(mapSegments.count(iId), 1u);
+    EXPECT_EQ(mapSegments.at(iId).sBytes, std::string(Size() - 1, 'f'));
+    mapSegments.clear();
+}
+
 TEST_P(RightInfoTest, TheWorkerHasASegmentOfThatSizeFilled) {
     EXPECT_EQ(stService.pfnFillWorker(0x12345678), 0u);
     ExpectAsked({FillRpc(0x12345678)});
