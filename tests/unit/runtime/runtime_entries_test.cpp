@@ -125,5 +125,28 @@ TEST_F(RuntimeTest, JvmInfoThatDoesNotFitIsTheFixedFailure) {
     EXPECT_EQ(TimesRecorded("DeviceInfoQueryServiceJNI.cpp", 0xF7700005), 1u);
 }
 
+// Six characters for each byte without a sign of its own: the longest description that has room,
+// and one character more.
+TEST_F(RuntimeTest, JvmInfoHasRoomFor127Characters) {
+    const Entry stEntry = EntryOf(RuntimeEntries(), "getJVMInfo");
+    const auto fnAnswer = [&](size_t uiSixfold, size_t uiPlain) {
+        stPlatform.stFiles.mapFiles[kVersionPath] =
+            "version \"" + std::string(uiSixfold, '\x01') + std::string(uiPlain, 'v') + "\"\n";
+        stPlatform.ClearRecords();
+        return stEntry.fnCall(stEnv);
+    };
+    std::string sLongest = R"({ "Result": 0, "Name": "", "Version": ")";
+    for (int i = 0; i < 8; ++i) {
+        sLongest += R"(\u0001)";
+    }
+    sLongest += R"(vvvvvvvvvvvvvvvvvvvvvvv", "Vendor": "" })";
+    ASSERT_EQ(sLongest.size(), 127u);
+    EXPECT_EQ(fnAnswer(8, 23), TextAnswerOf(sLongest));
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+    EXPECT_EQ(fnAnswer(9, 18), TextAnswerOf("{\"Result\":-1}"));
+    EXPECT_EQ(TimesRecorded("jni_runtime_info.cpp", 0xF7700005, {128, 128}), 1u);
+    EXPECT_EQ(TimesRecorded("DeviceInfoQueryServiceJNI.cpp", 0xF7700005), 1u);
+}
+
 }  // namespace
 }  // namespace wap::test
