@@ -28,8 +28,11 @@ public class DeviceAccessRightQueryServiceJNI {
      * accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a time is
      * served; others wait for their turn.
      *
-     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 1, "WanAccess": 0, "Enable": 1, "Value":
-     * 0, "List": [ { "User": "anna" } ] }</code>
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0,"LanAccess":1,"WanAccess":0,"Enable":1,"Value":0,"List":[{"User":"anna"}]}
+     * }</pre>
      *
      * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses, or
      *     when the shared memory for the answer can't be made, read or removed; {@code null} when
@@ -42,8 +45,11 @@ public class DeviceAccessRightQueryServiceJNI {
      * of accounts and {@code osgi_proxy} for the text, at most 30 seconds each. One thread at a
      * time is served; others wait for their turn.
      *
-     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 0, "WanAccess": 0, "Enable": 0, "Value":
-     * 0, "List": [ ] }</code>
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0,"LanAccess":0,"WanAccess":0,"Enable":0,"Value":0,"List":[]}
+     * }</pre>
      *
      * @return as {@link #getFTPRightInfo()}
      */
@@ -52,8 +58,11 @@ public class DeviceAccessRightQueryServiceJNI {
     /**
      * Tells the right of the web service. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example answer: <code>{ "Result": 0, "LanAccess": 1, "WanAccess": 0, "PasswordChanges": 0
-     * }</code>
+     * <p>Example answer:
+     *
+     * <pre>{@code
+     * {"Result":0,"LanAccess":1,"WanAccess":0,"PasswordChanges":0}
+     * }</pre>
      *
      * @return the text, 255 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
      *     answer, refuses, or sends a longer text; {@code null} when the text is empty

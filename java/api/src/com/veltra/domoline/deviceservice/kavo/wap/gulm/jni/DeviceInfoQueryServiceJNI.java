@@ -111,7 +111,7 @@ public class DeviceInfoQueryServiceJNI {
      * the virtual machine, the blank at its end included; {@code Version} what stands between the
      * first two quotation marks of a line about the version; {@code Vendor} is {@code Oracle} for
      * every runtime that calls itself an OpenJDK, and empty for the others. Each has 31 bytes at
-     * most. What the runtime doesn't tell, or tells in more bytes, is empty.
+     * most. What the runtime doesn't tell is empty; what it tells in more bytes is left out.
      *
      * @return the description; the same with {@code "Result": 1} and empty texts when there is no
      *     output of the command; <code>{"Result":-1}</code> (no blanks) when the description has

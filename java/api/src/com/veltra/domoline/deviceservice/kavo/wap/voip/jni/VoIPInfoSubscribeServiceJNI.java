@@ -34,8 +34,9 @@ public class VoIPInfoSubscribeServiceJNI {
      *     its UTF-8 are sent
      * @param asEvents at most 8 names of events; {@code null}, an empty array, and elements that
      *     are {@code null} or empty are fine
-     * @return 0; -1 when an argument is not as described, of which nobody is told; otherwise the
-     *     code of the platform or of the process that doesn't answer or refuses, never 0
+     * @return 0; -1 when an argument is not as described or memory runs out, of which nobody is
+     *     told; otherwise the code of the platform or of the process that doesn't answer or
+     *     refuses, never 0
      */
     public native int getSubscribeVoIPEvent(String sBundleName, String[] asEvents);
 
