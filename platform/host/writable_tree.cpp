@@ -35,7 +35,9 @@ std::string Quoted(const std::string &strText) {
     return strQuoted + "'";
 }
 
-/** Follows a command line as a shell reads it, as far as its quotes and backslashes. */
+/** Follows a command line as a shell reads it, as far as its quotes and backslashes. A substitution
+ *  within double quotes, $( ) or backticks, begins anew for the shell but not here: a path in it
+ *  comes out wrong. */
 class ShellReader {
   public:
     /** Whether a path can begin with the next character. */

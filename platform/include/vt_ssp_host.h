@@ -14,8 +14,9 @@
  *   var/osgi/             the gateway's writable folder, /var/osgi/, made when it is first needed
  * A path that begins with /var/osgi/ leads into that folder for VT_OS_Open and VT_OS_Fopen, and so
  * does one in a command of VT_OS_ExecShellCmdEx, where a word begins or behind one of = : , < > and
- * the like, quoted or not; other paths, such as /var/osgi_app/, are themselves, and so are all when
- * VT_RUNTIME_DIR is not set.
+ * the like, quoted or not. A substitution within double quotes, "$(cat /var/osgi/f)" or one with
+ * backticks, is not understood: its path comes out wrong. Other paths, such as /var/osgi_app/, are
+ * themselves, and so are all when VT_RUNTIME_DIR is not set.
  * Logs are bounded: a full one is kept as NAME.1. A process without a name in the message
  * service logs under its program's name; without VT_RUNTIME_DIR, logs go to stderr.
  */
