@@ -15,6 +15,9 @@ final class UsbLine implements AutoCloseable {
     /** Busy, or nothing came in time. */
     static final int kBusy = -2;
 
+    /** The emulator gives up when it is asked to watch a higher one: its own sets end there. */
+    static final int kWatched = Boolean.getBoolean("wap.emulated") ? 1023 : 51579;
+
     private static final int kPatienceSeconds = 20;
     private static final int kPiece = 4096;
 
