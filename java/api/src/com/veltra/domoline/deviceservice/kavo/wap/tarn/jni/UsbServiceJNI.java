@@ -209,8 +209,8 @@ public class UsbServiceJNI {
      * no memory for is left out.
      *
      * @return the list; <code>{ "Result": 1 }</code> (1, not -1) when the process doesn't answer or
-     *     refuses, when the list is longer than 511 bytes of UTF-8, JSON's escapes included, or when
-     *     memory runs out; {@code null} when there is no memory even for the text
+     *     refuses, when the list is longer than 511 bytes of UTF-8, JSON's escapes included, or
+     *     when memory runs out; {@code null} when there is no memory even for the text
      */
     public native String getStorageInfo();
 }
