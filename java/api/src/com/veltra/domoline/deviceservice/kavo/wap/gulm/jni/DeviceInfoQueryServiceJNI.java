@@ -115,8 +115,8 @@ public class DeviceInfoQueryServiceJNI {
      *
      * @return the description; the same with {@code "Result": 1} and empty texts when there is no
      *     output of the command; <code>{"Result":-1}</code> (no blanks) when the description has
-     *     more than 127 bytes or memory runs out. A command that fails shows the output of an
-     *     earlier one, if there was one
+     *     more than 127 bytes or memory runs out. Where there is no command {@code java}, the
+     *     result is 0 and the texts are empty: the shell's complaint is the output then
      */
     public native String getJVMInfo();
 
