@@ -333,7 +333,7 @@ TEST_F(StorageTest, VolumeThatTheListHasNoPlaceForIsReleasedAndRecorded) {
         const uint32_t uiCode = Fill(4096);
         const size_t uiListed = CountOf(sText, "storagePath");
         const FaultRecord *pstFirst =
-            stPlatform.astFaults.empty() ? nullptr : &stPlatform.astFaults[0];
+            stPlatform.astFaults.empty() ? nullptr : stPlatform.astFaults.data();
         if (uiCode == 0 && pstFirst != nullptr && pstFirst->sFile == "jni_json_wrap.cpp" &&
             TimesRecorded(kStorageFile, 0xF7100000, {31, 0, 0, 0}) != 0) {
             ++uiRefused;
