@@ -204,11 +204,15 @@ Child Spawn(const RuntimeDir &stDir, const std::string &acProgram, const Process
     return {&stInfo, SpawnDetached(acProgram, {stInfo.pcName}, acLog), uiLogStart};
 }
 
-/// Whether a spawned process has ended.
+/// Whether a spawned process has ended. Where nobody waits for children, as with SIGCHLD ignored,
+/// one that has ended is no child any more.
 bool HasEnded(Child &stChild) {
     int iStatus = 0;
-    if (stChild.iPid != 0 && waitpid(stChild.iPid, &iStatus, WNOHANG) == stChild.iPid) {
-        stChild.iPid = 0;
+    if (stChild.iPid != 0) {
+        const pid_t iEnded = waitpid(stChild.iPid, &iStatus, WNOHANG);
+        if (iEnded == stChild.iPid || (iEnded < 0 && errno == ECHILD)) {
+            stChild.iPid = 0;
+        }
     }
     return stChild.iPid == 0;
 }

@@ -193,9 +193,33 @@ class OwnProxyTest : public GatewayTest {
         EXPECT_EQ(Await(m_iProxy), 0);
     }
 
-  private:
     pid_t m_iProxy = -1;
 };
+
+TEST_F(GatewayTest, StartThatFailsEndsWhereChildrenAreNotWaitedFor) {
+    std::vector<std::string> astWords = {"/bin/sh", "-c", "trap '' CHLD; exec \"$0\" \"$@\""};
+    for (const std::string &acWord :
+         CtlWords({"start", "tarn", "--program", "/bin/false", "--timeout", "60"})) {
+        astWords.push_back(acWord);
+    }
+    const Outcome stStart = Run(astWords);
+    EXPECT_EQ(stStart.iExit, 1);
+    EXPECT_TRUE(Contains(stStart.acErr, "tarn ended at its start")) << stStart.acErr;
+}
+
+TEST_F(OwnProxyTest, ResetThatFailsLeavesNoTraceOfItsProgram) {
+    LaunchWith("/bin/false");
+    EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, 0u);
+    const std::string acIsChild =
+        "grep -qs '^PPid:[[:space:]]*" + std::to_string(m_iProxy) + "$' /proc/[0-9]*/status";
+    EXPECT_EQ(Run({"/bin/sh", "-c",
+                   "i=0; while " + acIsChild +
+                       "; do i=$((i+1)); [ $i -lt 400 ] || exit 1; sleep 0.05; done"})
+                  .iExit,
+              0);
+    CtlOk({"stop", "osgi_proxy", "--timeout", "60"});
+    EXPECT_EQ(Await(m_iProxy), 0);
+}
 
 TEST_F(OwnProxyTest, ResetNeedsAController) {
     LaunchWith("");

@@ -155,6 +155,11 @@ TEST_P(AccountsTest, EveryAccountThatIsAcceptedCanBeListed) {
     const size_t uiRoom = (GetParam().uiPasswordSize + 257 - 12) / 6;
     EXPECT_EQ(Add(std::string(uiRoom, '\x01'), "secret"), 0u);
     EXPECT_EQ(Add(std::string(uiRoom + 1, '\x01'), "secret"), kRefused);
+    // To the byte, with the comma.
+    const size_t uiRest = GetParam().uiPasswordSize + 257 - 12 - 6 * uiRoom;
+    const std::string acFull = std::string(uiRoom, '\x03') + std::string(uiRest, 'u');
+    EXPECT_EQ(Add(acFull, "secret"), 0u);
+    EXPECT_EQ(Add(acFull + "u", "secret"), kRefused);
     EXPECT_EQ(Change(GetParam().uiDeleteAllRpc, Word(0)), 0u);
     ASSERT_EQ(Add(std::string(uiRoom, '\x02'), "secret"), 0u);
     const auto uiSize = static_cast<uint32_t>(GetParam().uiPasswordSize + 257 + 128);

@@ -1,7 +1,7 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceAccessRightConfigServiceJNI.h"
 
-#include "access/jni_access_right.h"
 #include "common/answers.h"
+#include "system/jni_access_right.h"
 
 using namespace wap;
 

@@ -149,6 +149,16 @@ TEST_P(RightInfoTest, ASegmentThatIsNotRemovedIsAFailure) {
     EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EPERM, stService.uiAccounts, Size()}), 1u);
 }
 
+TEST_P(RightInfoTest, WhoAsksGetsNoTextWithAFailure) {
+    const Share eShare = stService.iKey == kFtpRightKey ? Share::kFtp : Share::kSamba;
+    for (const char *pcFails : {"VT_OS_ShmDt", "VT_OS_ShmCtl"}) {
+        stPlatform.mapStatus = {{pcFails, EPERM}};
+        SecretBlock stText;
+        EXPECT_EQ(FetchRightText(eShare, stText), kMinusOne);
+        EXPECT_FALSE(stText) << pcFails;
+    }
+}
+
 TEST_P(RightInfoTest, WithoutMemoryForTheTextTheSegmentIsRemoved) {
     stWorld.Plan({Op::kAlloc, 1, false});
     EXPECT_EQ(Get(), TextAnswerOf(kFault));

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "access/jni_access_right.h"
 #include "support/entries.h"
 #include "support/entry_calls.h"
 #include "support/expect.h"
 #include "support/furnish_rights.h"
+#include "system/jni_access_right.h"
 
 namespace wap::test {
 

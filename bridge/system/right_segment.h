@@ -1,7 +1,7 @@
 // Right information comes as a text in a System V segment: the asking side makes it, another
 // process fills it.
-#ifndef WAP_ACCESS_RIGHT_SEGMENT_H
-#define WAP_ACCESS_RIGHT_SEGMENT_H
+#ifndef WAP_SYSTEM_RIGHT_SEGMENT_H
+#define WAP_SYSTEM_RIGHT_SEGMENT_H
 
 #include <pthread.h>
 #include <stdint.h>

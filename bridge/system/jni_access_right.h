@@ -1,7 +1,7 @@
 // Workers of the rights to log in: the FTP and Samba accounts and rights, and the web service's
 // right and password. All of them record every failure.
-#ifndef WAP_ACCESS_JNI_ACCESS_RIGHT_H
-#define WAP_ACCESS_JNI_ACCESS_RIGHT_H
+#ifndef WAP_SYSTEM_JNI_ACCESS_RIGHT_H
+#define WAP_SYSTEM_JNI_ACCESS_RIGHT_H
 
 #include <stdint.h>
 

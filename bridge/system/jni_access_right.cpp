@@ -1,12 +1,12 @@
-#include "access/jni_access_right.h"
+#include "system/jni_access_right.h"
 
 #include <pthread.h>
 
-#include "access/right_segment.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/report.h"
 #include "common/requests.h"
+#include "system/right_segment.h"
 
 using namespace wap;
 

@@ -1,4 +1,4 @@
-#include "access/right_segment.h"
+#include "system/right_segment.h"
 
 #include <errno.h>
 #include <string.h>
