@@ -26,6 +26,24 @@ jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, cha
     return char2jstring(pstEnv, pcText);
 }
 
+jstring ShortFaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult) {
+    RecordFault(stSpot, uiResult);
+    char acText[] = "{ \"Result\": -1 }";
+    // What does not fit is not written.
+    (void)Compose(nullptr, 0, acText, sizeof(acText), static_cast<int32_t>(uiResult),
+                  Completeness::kWhole);
+    return char2jstring(pstEnv, acText);
+}
+
+jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText) {
+    if (uiResult == 0 && pcText != nullptr) {
+        return HeapTextAnswer(pstEnv, stSpot, uiResult, pcText);
+    }
+    PlatformBlock stText;
+    stText.Adopt(pcText);
+    return ShortFaultAnswer(pstEnv, stSpot, uiResult != 0 ? uiResult : kErrFailed);
+}
+
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber) {
     if (uiNumber == kErrFailed) {
         RecordFault(stSpot, uiNumber);

@@ -74,6 +74,16 @@ jstring TextOrEmpty(JNIEnv *pstEnv, const char *pcText);
 /// failed.
 jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);
 
+/**
+ * The fault object of the queries about traffic: there is room for codes of two characters, and any
+ * other is told as -1. It is there also when memory runs out.
+ * @return null only when the virtual machine fails
+ */
+jstring ShortFaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult);
+
+/// As HeapTextAnswer, with a short fault object when the worker failed.
+jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);
+
 /// A worker's number, with -1 recorded: the entries of the rates and other plain numbers.
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber);
 

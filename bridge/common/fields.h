@@ -29,11 +29,11 @@ inline void PutField(char (&acField)[kSize], const char *pcText) {
 
 /// Puts a text into a field of a request whole, with its zero, or not at all: one that does not fit
 /// leaves the field as it is, and so does null.
+/// @param uiCap for those who use no more of the field than this
+/// @return false for a text that does not fit
 template <size_t kSize>
-inline void PutWholeField(char (&acField)[kSize], const char *pcText) {
-    if (pcText != nullptr) {
-        (void)VT_OS_StrNCpy_S(acField, kSize, pcText, VT_OS_StrLen(pcText));
-    }
+inline bool PutWholeField(char (&acField)[kSize], const char *pcText, uint32_t uiCap = kSize) {
+    return pcText == nullptr || VT_OS_StrNCpy_S(acField, uiCap, pcText, VT_OS_StrLen(pcText)) == 0;
 }
 
 /// Copies the text of a reply's field, terminated or not, into the caller's buffer of uiCap bytes.

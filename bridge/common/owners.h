@@ -118,6 +118,27 @@ class JavaText {
     uint32_t m_uiLength = 0;
 };
 
+/// A converted Java text that may be left away. One that is there and does not convert must not
+/// count as none: something else would be asked for.
+class OptionalText {
+  public:
+    OptionalText(JNIEnv *pstEnv, jstring jText)
+        : m_stText(JavaText::Make(pstEnv, jText, EmptyText::kCounts)), m_bGiven(jText != nullptr) {}
+    OptionalText(const OptionalText &) = delete;
+    OptionalText &operator=(const OptionalText &) = delete;
+
+    bool Failed() const { return m_bGiven && !m_stText; }
+    /// Lends the text; null when there is none, or an empty one.
+    const char *Lend() const {
+        const char *pcText = m_stText.Lend();
+        return pcText == nullptr || pcText[0] == '\0' ? nullptr : pcText;
+    }
+
+  private:
+    const JavaText m_stText;
+    const bool m_bGiven;
+};
+
 /// A converted Java text that is a secret: overwritten with zeros before it is released, also what
 /// stands behind a U+0000 in it.
 class SecretText : public JavaText {

@@ -7,20 +7,6 @@ using namespace wap;
 
 namespace {
 
-/// A text that may be left away, converted: null only when there is none. One that is there and
-/// does not convert must not count as none: the route would be another.
-class OptionalText {
-  public:
-    OptionalText(JNIEnv *pstEnv, jstring jText)
-        : m_stText(JavaText::Make(pstEnv, jText, EmptyText::kCounts)), m_bGiven(jText != nullptr) {}
-    bool Failed() const { return m_bGiven && !m_stText; }
-    const char *Lend() const { return m_stText.Lend(); }
-
-  private:
-    const JavaText m_stText;
-    const bool m_bGiven;
-};
-
 /// -1 for a text that is missing.
 jint RefuseMissing(SourceSpot stSpot) {
     RecordFault(stSpot, kErrFailed);
