@@ -1,0 +1,55 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * Has the gateway ping a host. A start answers at once; the result is asked for later, as often as
+ * needed. Whether a second start may overlap a running ping is for the gateway to decide.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads; each asks the process {@code app_m} once and blocks the calling thread
+ * until the answer arrives, 5 seconds at most. A process that is not running makes them fail
+ * without waiting. No method throws because of the gateway's state.
+ */
+public class IPPingDiagnosticsServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public IPPingDiagnosticsServiceJNI() {}
+
+    /**
+     * Starts a ping. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code startIPPingDiagnostics(0x10101001, "www.example.com",
+     * "{\"NumberOfRepetitions\":4,\"Timeout\":1000,\"DataBlockSize\":64,\"DSCP\":0}")} answers 0.
+     *
+     * @param iWanIndex the WAN connection to ping through, as in the list of {@link
+     *     WanConfigServiceJNI}; sent as it is
+     * @param sHost name or address, from 1 to 255 bytes of UTF-8; not {@code null}
+     * @param sParameters a JSON object with the integers {@code NumberOfRepetitions}, {@code
+     *     Timeout}, {@code DataBlockSize} and {@code DSCP}, in the gateway's units; {@code null} or
+     *     empty for none. What is missing, or is no integer (the text {@code "5"} is none), is sent
+     *     as 0. The text must be JSON and nothing else: nothing may follow the value
+     * @return the gateway's start status; -1 when the host is {@code null} or empty or the
+     *     parameters are no JSON (nobody is asked then), or when the process doesn't answer or
+     *     refuses; -2 when the host is longer than 255 bytes (nobody is asked then)
+     */
+    public native int startIPPingDiagnostics(int iWanIndex, String sHost, String sParameters);
+
+    /**
+     * Gives the result of the ping. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getIPPingDiagnosticsResult()} answers
+     *
+     * <pre>{@code
+     * {"Result":0,"SuccessCount":4,"FailureCount":0,"AverageResponseTime":12}
+     * }</pre>
+     *
+     * @return the text as the process wrote it, at most 512 bytes; <code>{"Result":-1}</code> when
+     *     it is empty, or the process doesn't answer or refuses
+     */
+    public native String getIPPingDiagnosticsResult();
+}

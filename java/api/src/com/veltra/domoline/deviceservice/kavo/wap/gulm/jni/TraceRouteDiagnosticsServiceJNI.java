@@ -1,0 +1,55 @@
+package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;
+
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
+import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
+
+/**
+ * Has the gateway find the way to a host. A start answers at once; the result is asked for later,
+ * as often as needed. Whether a second start may overlap a running test is for the gateway to
+ * decide.
+ *
+ * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
+ * by any number of threads; each asks the process {@code app_m} once and blocks the calling thread
+ * until the answer arrives, 5 seconds at most. A process that is not running makes them fail
+ * without waiting. No method throws because of the gateway's state.
+ */
+public class TraceRouteDiagnosticsServiceJNI {
+    static {
+        NativeLibrary.load();
+    }
+
+    /** Creates a client of the service. It holds no state; one can serve all threads. */
+    public TraceRouteDiagnosticsServiceJNI() {}
+
+    /**
+     * Starts a traceroute. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code startTraceRouteDiagnostics(0x10101001, "www.example.com", null)} answers
+     * 0.
+     *
+     * @param iWanIndex the WAN connection to go through, as in the list of {@link
+     *     WanConfigServiceJNI}; sent as it is
+     * @param sHost name or address, from 1 to 254 bytes of UTF-8; not {@code null}
+     * @param sParameters parameters in the gateway's words, which are not looked at, at most 254
+     *     bytes; {@code null} or empty for none
+     * @return the gateway's start status; -1 when the host is missing, or the host or the
+     *     parameters too long (nobody is asked then), or when the process doesn't answer or refuses
+     */
+    public native int startTraceRouteDiagnostics(int iWanIndex, String sHost, String sParameters);
+
+    /**
+     * Gives the result of the test. Asks the process {@code app_m}, at most 5 seconds.
+     *
+     * <p>Example: {@code getTraceRouteDiagnosticsResult()} answers
+     *
+     * <pre>{@code
+     * {"Result":0,"Hops":["192.168.1.1","203.0.113.1","198.51.100.7"]}
+     * }</pre>
+     *
+     * @return the text as the process wrote it; an object with nothing but the process's status,
+     *     such as <code>{"Result":7}</code>, when there is no text yet; <code>{"Result":-1}</code>
+     *     when the process doesn't answer or refuses, the text is empty or can't be read, or memory
+     *     runs out
+     */
+    public native String getTraceRouteDiagnosticsResult();
+}
