@@ -49,7 +49,7 @@ VDataDesc PublishText(std::string_view pcText) {
     return PublishBlock(std::string(pcText) + '\0');
 }
 
-std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {
+std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax) {
     const BlockRelease stRelease = {stDesc.uiDataID};
     const bool bPlain = stDesc.uiOriginalLen <= kPlainMax;
     // What does not shrink is never sent compressed.
@@ -58,7 +58,7 @@ std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {
                 : stDesc.uiCompressedLen >= stDesc.uiOriginalLen)) {
         throw GatewayError("a bulk block of " + std::to_string(stDesc.uiOriginalLen) +
                            " bytes stored as " + std::to_string(stDesc.uiCompressedLen) +
-                           " can't be a text");
+                           " is none");
     }
     // As long as the text, because decompressing may read that far.
     std::string acStored(stDesc.uiOriginalLen, '\0');
@@ -66,16 +66,19 @@ std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {
         throw GatewayError("cannot read a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
                            " bytes");
     }
-    std::string acText;
     if (bPlain) {
-        acText = std::move(acStored);
-    } else {
-        acText.resize(stDesc.uiOriginalLen);
-        if (VT_OS_Decompress(acStored.data(), acText.data(), stDesc.uiOriginalLen) != 0) {
-            throw GatewayError("a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
-                               " bytes is damaged");
-        }
+        return acStored;
     }
+    std::string acBytes(stDesc.uiOriginalLen, '\0');
+    if (VT_OS_Decompress(acStored.data(), acBytes.data(), stDesc.uiOriginalLen) != 0) {
+        throw GatewayError("a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
+                           " bytes is damaged");
+    }
+    return acBytes;
+}
+
+std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {
+    std::string acText = FetchBlock(stDesc, uiMax);
     acText.resize(strnlen(acText.data(), acText.size()));
     return acText;
 }

@@ -19,10 +19,13 @@ VDataDesc PublishBlock(std::string_view pcBytes);
 /// A text with its zero, as readers of texts expect it.
 VDataDesc PublishText(std::string_view pcText);
 
-/// Takes the text out of a block that somebody published, up to its zero, and frees the block. What
-/// the descriptor and the block say is not trusted.
-/// @param uiMax how many bytes, with the zero, the text may have
+/// Takes the bytes out of a block that somebody published, and frees the block. What the descriptor
+/// and the block say is not trusted.
+/// @param uiMax how many bytes there may be
 /// Throws GatewayError when the lengths are impossible, and when the block can't be read.
+std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax);
+
+/// The same for a text, up to its zero.
 std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax);
 
 }  // namespace wap::gateway

@@ -7,6 +7,7 @@
 
 #include <random>
 #include <span>
+#include <thread>
 
 #include "framework/bulk.h"
 #include "framework/control.h"
@@ -81,6 +82,18 @@ Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable st
 void Process::Run() {
     Check(VT_MSG_Init(m_stInfo.pcName, 0, 0, 0), "register as " + std::string(m_stInfo.pcName));
     Check(VT_HOST_Serve(&Process::OnCall, this), "serve as " + std::string(m_stInfo.pcName));
+    std::thread stMessages;
+    if (m_stTable.TakesMessages()) {
+        s_pstReceiver = this;
+        Check(VT_MSG_RegisterMID(0, &Process::OnMessage, 1), "receive messages");
+        stMessages = std::thread([] {
+            uint32_t uiStatus = 0;
+            // Any other status says that the service was stopped.
+            while (uiStatus == 0 || uiStatus == VT_HOST_ERR_NO_PROCEDURE) {
+                uiStatus = VT_MSG_GetAndDispatch(0, 0);
+            }
+        });
+    }
     sigset_t stSignals;
     sigemptyset(&stSignals);
     sigaddset(&stSignals, SIGTERM);
@@ -90,7 +103,25 @@ void Process::Run() {
     }
     EndDelays();
     // Every change of the home was stored when it was made, so nothing is left to save.
-    Check(VT_HOST_Stop(), "stop serving");
+    const uint32_t uiStopped = VT_HOST_Stop();
+    if (stMessages.joinable()) {
+        stMessages.join();
+    }
+    Check(uiStopped, "stop serving");
+}
+
+int32_t Process::OnMessage(void *pvMessage) {
+    const auto *pstMessage = static_cast<const VtHostMsg *>(pvMessage);
+    Process &stSelf = *s_pstReceiver;
+    try {
+        stSelf.m_stTable.Receive(
+            stSelf.m_stContext, pstMessage->uiMsgType,
+            {reinterpret_cast<const char *>(pstMessage + 1), pstMessage->uiLen});
+    } catch (const std::exception &stError) {
+        fprintf(stderr, "%s: message %u is lost: %s\n", stSelf.m_stInfo.pcName,
+                pstMessage->uiMsgType, stError.what());
+    }
+    return 0;
 }
 
 uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {

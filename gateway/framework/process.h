@@ -25,6 +25,9 @@ class Process {
     void Run();
 
   private:
+    /// For the message service, which hands no context on: there is one process in a program.
+    static inline Process *s_pstReceiver = nullptr;
+    static int32_t OnMessage(void *pvMessage);
     static uint32_t OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
     uint32_t Serve(const VtHostCall &stCall, uint32_t &uiReplyLength);
     uint32_t ServeRpc(const VtHostCall &stCall, uint32_t &uiReplyLength);

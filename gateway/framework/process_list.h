@@ -17,8 +17,9 @@ struct ProcessInfo {
 inline constexpr std::array<ProcessInfo, 7> kProcesses = {{
     {"gulm",
      {"lan", "wan", "wanDevices", "routes", "lanPorts", "iptv", "portMapping", "macFilter",
-      "attachControl"}},
-    {"app_m", {"network", "ssidBindings", "pon", "hosts", "leds", "voice"}},
+      "attachControl", "monitoring", "mirrorRules", "forwardRules", "httpRules", "flows"}},
+    {"app_m",
+     {"network", "ssidBindings", "pon", "hosts", "leds", "voice", "diagnostics", "monitorNotices"}},
     {"osgi_proxy", {"device", "voiceEvents"}},
     {"usb_mngt", {"usb", "storage", "samba"}},
     {"tarn", {"ftp", "web"}},

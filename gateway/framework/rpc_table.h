@@ -45,6 +45,9 @@ struct HandlerContext {
 using BytesHandler = uint32_t (*)(HandlerContext &stContext, std::string_view pcRequest,
                                   std::string &acReply);
 
+/// Takes a message. What it throws is written to the process's log.
+using MessageHandler = void (*)(HandlerContext &stContext, std::string_view pcBytes);
+
 /// Serves an RPC from its request record; fills the reply record, which is zeroed before. Returns
 /// the status for the caller; with another one than 0 no reply goes back.
 template <class Request, class Reply>
@@ -78,6 +81,19 @@ class RpcTable {
 
     void AddBytes(uint32_t uiRpcId, BytesHandler pfnHandler);
 
+    /// Takes the messages of a type, which nobody answers. One at a time.
+    void AddMessage(uint32_t uiMsgType, MessageHandler pfnHandler) {
+        m_stMessages[uiMsgType] = pfnHandler;
+    }
+    bool TakesMessages() const { return !m_stMessages.empty(); }
+    /// Hands a message to its handler; one of a type without a handler is dropped.
+    void Receive(HandlerContext &stContext, uint32_t uiMsgType, std::string_view pcBytes) const {
+        const auto stFound = m_stMessages.find(uiMsgType);
+        if (stFound != m_stMessages.end()) {
+            stFound->second(stContext, pcBytes);
+        }
+    }
+
     /// Has an RPC carried out by another process under the same id: its status and reply go back.
     void Forward(uint32_t uiRpcId, const char *pcProcess);
 
@@ -98,6 +114,7 @@ class RpcTable {
   private:
     using Server = std::function<uint32_t(HandlerContext &, const VtHostCall &, uint32_t &)>;
     std::map<uint32_t, Server> m_stHandlers;
+    std::map<uint32_t, MessageHandler> m_stMessages;
     StateMaker m_pfnMaker = nullptr;
 };
 

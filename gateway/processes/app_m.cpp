@@ -201,6 +201,7 @@ uint32_t GetWlanInst(HandlerContext &stContext, const Word &, WlanInstBlock &stR
 void AddAppManagerRpcs(RpcTable &stTable) {
     AddAccessRpcs(stTable);
     AddBoxRpcs(stTable);
+    AddDiagnosticsRpcs(stTable);
     stTable.AddBytes(kRpcGetLanHostIp, GetAddress);
     stTable.AddBytes(kRpcGetLanHostSpeed, GetSpeed);
     stTable.AddBytes(kRpcGetLanHostInfoByMac, GetByMac<WriteInfo>);

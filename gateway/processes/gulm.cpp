@@ -12,6 +12,9 @@ void AddGulmRpcs(RpcTable &stTable) {
     AddPortMappingRpcs(stTable);
     AddMacFilterRpcs(stTable);
     AddAttachControlRpcs(stTable);
+    AddMonitorRpcs(stTable);
+    AddTrafficRuleRpcs(stTable);
+    AddFlowRpcs(stTable);
 }
 
 }  // namespace wap::gateway

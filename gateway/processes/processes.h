@@ -51,10 +51,14 @@ void AddIptvRpcs(RpcTable &stTable);
 void AddPortMappingRpcs(RpcTable &stTable);
 void AddMacFilterRpcs(RpcTable &stTable);
 void AddAttachControlRpcs(RpcTable &stTable);
+void AddMonitorRpcs(RpcTable &stTable);
+void AddTrafficRuleRpcs(RpcTable &stTable);
+void AddFlowRpcs(RpcTable &stTable);
 
 // What app_m serves, likewise.
 void AddAccessRpcs(RpcTable &stTable);
 void AddBoxRpcs(RpcTable &stTable);
+void AddDiagnosticsRpcs(RpcTable &stTable);
 
 // What osgi_proxy serves, likewise.
 void AddProxyBoxRpcs(RpcTable &stTable);
