@@ -10,12 +10,14 @@
 #include <cstring>
 #include <type_traits>
 
+#include "support/wire_bytes.h"
 #include "support/world.h"
 
 namespace wap::test {
 
 void Platform::ClearRecords() {
     astRpcs.clear();
+    astMessages.clear();
     astTraces.clear();
     astFaults.clear();
     asConsole.clear();
@@ -35,6 +37,16 @@ std::string Platform::AddBulk(const std::string &sData) {
     const uint32_t auiDesc[] = {AddBlock(sBlock), static_cast<uint32_t>(sData.size()),
                                 static_cast<uint32_t>(sBlock.size())};
     return {reinterpret_cast<const char *>(auiDesc), sizeof(auiDesc)};
+}
+
+std::optional<std::string> Platform::TakeBulk(const std::string &sDesc) {
+    const auto it = mapBlocks.find(WordAt(sDesc, 0));
+    if (it == mapBlocks.end()) {
+        return std::nullopt;
+    }
+    const std::string sBlock = std::move(it->second);
+    mapBlocks.erase(it);
+    return WordAt(sDesc, 4) > 2048 ? Unpacked(sBlock) : sBlock;
 }
 
 size_t Platform::CountCalls(const std::string &sPrefix) const {
@@ -156,6 +168,14 @@ std::string Packed(const std::string &sPlain) {
     return sPacked;
 }
 
+std::string Unpacked(const std::string &sPacked) {
+    std::string sPlain;
+    for (size_t i = sizeof(kPackedMark) + sizeof(uint32_t); i + 1 < sPacked.size(); i += 2) {
+        sPlain.append(static_cast<uint8_t>(sPacked[i]), sPacked[i + 1]);
+    }
+    return sPlain;
+}
+
 }  // namespace wap::test
 
 using wap::test::BytesAt;
@@ -222,7 +242,8 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
         stReply = it->second;
     }
     if (stReply.bBulk) {
-        stReply.sBytes = stReply.uiStatus == 0 ? stPlatform.AddBulk(stReply.sBytes) : "";
+        stReply.sBytes =
+            stReply.uiStatus == 0 ? stReply.sBeforeBulk + stPlatform.AddBulk(stReply.sBytes) : "";
     }
     const size_t uiLen = std::min<size_t>(stReply.sBytes.size(), uiRspCap);
     if (uiLen != 0) {
@@ -232,10 +253,18 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
     return stReply.uiStatus;
 }
 
-uint32_t VT_MSG_AsyncSendData(const char *pcRcvApp, uint32_t uiMsgType, const void *,
+uint32_t VT_MSG_AsyncSendData(const char *pcRcvApp, uint32_t uiMsgType, const void *pvData,
                               uint32_t uiLen) {
-    return Scripted(Op::kRpc, "VT_MSG_AsyncSendData",
-                    std::string(pcRcvApp) + " " + Numbers({uiMsgType, uiLen}));
+    const uint32_t uiStatus = Scripted(Op::kRpc, "VT_MSG_AsyncSendData",
+                                       std::string(pcRcvApp) + " " + Numbers({uiMsgType, uiLen}));
+    wap::test::Platform &stPlatform = World::Get().stPlatform;
+    if (uiStatus == 0) {
+        stPlatform.astMessages.push_back({pcRcvApp, uiMsgType, BytesAt(pvData, uiLen)});
+        if (stPlatform.fnMessage) {
+            stPlatform.fnMessage(stPlatform.astMessages.back());
+        }
+    }
+    return uiStatus;
 }
 
 // ---- threads and locks ----

@@ -31,6 +31,7 @@ struct Reply {
     /// The bytes are those of a new bulk block, compressed where the rules want it, and the reply
     /// is its descriptor; there is no block with a status other than 0.
     bool bBulk = false;
+    std::string sBeforeBulk{};  ///< stands before the descriptor
 };
 
 /// What an RPC was asked with.
@@ -45,6 +46,13 @@ struct RpcRecord {
     uint32_t uiTimeoutMs = 0;
     const void *pvReq = nullptr;
     const void *pvRsp = nullptr;
+};
+
+/// A message that nobody answers.
+struct MessageRecord {
+    std::string sReceiver;
+    uint32_t uiType = 0;
+    std::string sData;
 };
 
 struct TraceRecord {
@@ -93,6 +101,8 @@ class Platform {
     bool bNoProcName = false;  ///< VT_MSG_GetCurProcName gives null
     /// Answers by the request; one that it has nothing for goes to the replies below.
     std::function<std::optional<Reply>(const RpcRecord &)> fnReply;
+    /// Gets each message without an answer that was sent, as its receiver would.
+    std::function<void(const MessageRecord &)> fnMessage;
     std::deque<Reply> astNextReplies;           ///< used up first, whatever the RPC
     std::map<uint32_t, Reply> mapReplies;       ///< then by RPC id
     std::map<std::string, uint32_t> mapStatus;  ///< status by function name, 0 unless given
@@ -109,6 +119,7 @@ class Platform {
 
     // ---- the record ----
     std::vector<RpcRecord> astRpcs;
+    std::vector<MessageRecord> astMessages;  ///< those that could be sent
     std::vector<TraceRecord> astTraces;
     std::vector<FaultRecord> astFaults;
     std::vector<std::string> asConsole;
@@ -125,6 +136,9 @@ class Platform {
     uint32_t AddBlock(std::string sBytes);
     /// The same for data that may have to be compressed, and gives the block's descriptor.
     std::string AddBulk(const std::string &sData);
+    /// Takes the block that a descriptor names, as the process would that got the descriptor, and
+    /// gives what is in it; nothing when there is no such block.
+    std::optional<std::string> TakeBulk(const std::string &sDesc);
     size_t CountCalls(const std::string &sPrefix) const;
 
     void *Open(World &stWorld, const char *pcName, int iFlags);
@@ -142,6 +156,8 @@ uint32_t Scripted(Op eOp, const char *pcName, const std::string &sArgs);
 /// What VT_OS_Compress makes of a text here: 4 bytes of mark, 4 of length, then (count, byte)
 /// pairs.
 std::string Packed(const std::string &sPlain);
+/// The text that it made that of.
+std::string Unpacked(const std::string &sPacked);
 
 }  // namespace wap::test
 
