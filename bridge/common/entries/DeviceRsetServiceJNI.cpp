@@ -10,5 +10,5 @@ using namespace wap;
 JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_tarn_jni_DeviceRsetServiceJNI_reset(JNIEnv *,
                                                                                     jobject) {
-    return Recorded(WAP_SPOT, VT_KAVO_JNI_ResetONT(), 1) == 0 ? 0 : 1;
+    return Recorded(WAP_SPOT, VT_KAVO_JNI_ResetONT(), 1u) == 0 ? 0 : 1;
 }

@@ -3,13 +3,19 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
 import java.io.BufferedReader;
 import java.io.IOException;
 import java.io.InputStreamReader;
 import java.io.PrintStream;
+import java.io.UncheckedIOException;
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.concurrent.CompletableFuture;
+import java.util.concurrent.ExecutionException;
+import java.util.concurrent.TimeUnit;
+import java.util.concurrent.TimeoutException;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
@@ -20,23 +26,27 @@ import org.junit.jupiter.api.extension.ExtendWith;
 class UsbOtherProcessTest {
     private static final String kMeter = "com.example.meter";
     private static final String kTheirs = "com.example.theirs";
+    /** Generous: under an emulator, on a busy machine, the other one is slow to start. */
+    private static final int kPatienceSeconds = 180;
 
     /** The other virtual machine's program: a call a line, and its answer a line. */
     static final class OtherMachine {
         private OtherMachine() {}
 
-        /** Is told a number and a method's name in each line. */
+        /** Is told a method's name and its argument in each line. */
         public static void main(String[] arguments) throws IOException {
             BufferedReader calls = new BufferedReader(
                     new InputStreamReader(System.in, StandardCharsets.US_ASCII));
             for (String call = calls.readLine(); call != null; call = calls.readLine()) {
-                String[] words = call.split(" ");
+                String[] words = call.split(" ", 2);
                 System.out.println("answer " + answer(words[0], words[1]));
             }
         }
 
         private static int answer(String method, String argument) {
             switch (method) {
+                case "start":
+                    return new JNINativeMethods().startThread();
                 case "register":
                     return Box.kUsb.usbRegister(argument, 9);
                 case "lock":
@@ -72,7 +82,8 @@ class UsbOtherProcessTest {
         calls = new PrintStream(machine.getOutputStream(), true, StandardCharsets.US_ASCII);
         answers = new BufferedReader(
                 new InputStreamReader(machine.getInputStream(), StandardCharsets.US_ASCII));
-        assertEquals(0, theirs("register", kTheirs));
+        assertEquals(1, theirs("start", ""), "one virtual machine attaches, and that is this one");
+        assertEquals(0, theirs("register", kTheirs), "which this needs not");
     }
 
     @AfterEach
@@ -87,14 +98,24 @@ class UsbOtherProcessTest {
 
     private int theirs(String method, Object argument) {
         calls.println(method + " " + argument);
+        // The reader ends when the machine does, which is killed after each test.
+        CompletableFuture<String> line = CompletableFuture.supplyAsync(this::nextLine);
         try {
-            String answer = answers.readLine();
+            String answer = line.get(kPatienceSeconds, TimeUnit.SECONDS);
             if (answer == null || !answer.startsWith("answer ")) {
                 throw new AssertionError("the other machine says " + answer);
             }
             return Integer.parseInt(answer.substring(7));
+        } catch (InterruptedException | ExecutionException | TimeoutException e) {
+            throw new AssertionError("the other machine's " + method, e);
+        }
+    }
+
+    private String nextLine() {
+        try {
+            return answers.readLine();
         } catch (IOException e) {
-            throw new AssertionError(e);
+            throw new UncheckedIOException(e);
         }
     }
 
