@@ -4,6 +4,7 @@
 #include "support/entry_table_attach.h"
 #include "support/entry_table_lan.h"
 #include "support/entry_table_macfilter.h"
+#include "support/entry_table_monitor.h"
 #include "support/entry_table_portmap.h"
 #include "support/entry_table_rights.h"
 #include "support/entry_table_route.h"
@@ -14,6 +15,7 @@
 #include "support/furnish_attach.h"
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
+#include "support/furnish_monitor.h"
 #include "support/furnish_portmap.h"
 #include "support/furnish_rights.h"
 #include "support/furnish_route.h"
@@ -31,6 +33,7 @@ const std::vector<EntryGroup> &EntryGroups() {
         {PortMappingEntries(), FurnishPortMapping},
         {MacFilterEntries(), FurnishMacFilter},
         {AttachEntries(), FurnishAttach},
+        {MonitorEntries(), FurnishMonitor},
         {VlanBindEntries(), FurnishVlanBind},
         {RouteEntries(), FurnishRoutes},
         {RuntimeEntries(), FurnishRuntime},
