@@ -15,10 +15,9 @@ namespace wap::gateway {
 
 namespace {
 
-// Status of a start, and of a result that is not there.
+// Status of a start, and of a result that is not there yet.
 constexpr uint32_t kStatusBusy = 1;    ///< a start: one of its kind runs; a result: it runs still
 constexpr uint32_t kStatusNoWan = 2;   ///< a start: there is no such connection, or it is down
-constexpr uint32_t kStatusNotRun = 3;  ///< a result: none was started
 constexpr uint32_t kPingsDefault = 4;  ///< where the request does not say how many
 constexpr uint32_t kPingsMax = 100;
 constexpr uint32_t kHops = 4;
@@ -54,7 +53,8 @@ class Diagnoses : public ProcessState {
         const std::scoped_lock stLock(m_stMutex);
         const Run &stRun = m_astRuns[static_cast<size_t>(eKind)];
         if (!stRun.stResult) {
-            return kStatusNotRun;
+            acText = R"({"Result":0,"State":"None"})";
+            return 0;
         }
         if (NowMs() < stRun.uiEndMs) {
             return kStatusBusy;
@@ -109,6 +109,7 @@ std::string AddressOf(HandlerContext &stContext, const std::string &acHost) {
 JsonValue NewResult(const std::string &acHost) {
     JsonValue stResult = MakeObject();
     PutNumber(stResult.get(), "Result", 0);
+    PutText(stResult.get(), "State", "Complete");
     PutText(stResult.get(), "Host", acHost);
     return stResult;
 }

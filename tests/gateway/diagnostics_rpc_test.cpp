@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint32_t kBusy = 1;
 constexpr uint32_t kNoWan = 2;
-constexpr uint32_t kNotRun = 3;
+constexpr const char *kNone = R"({"Result":0,"State":"None"})";
 constexpr uint32_t kInternetWan = 269488129;
 
 /// A text that must end with its zero.
@@ -62,25 +62,26 @@ std::string TraceRoute(uint32_t uiWan, const std::string &acHost) {
 }  // namespace
 
 TEST_F(DiagnosticsTest, PingFromStartToResult) {
-    EXPECT_EQ(PingText(), R"({"Result":3})") << "none was started";
+    EXPECT_EQ(PingText(), kNone) << "none was started";
     Take("60000");
     EXPECT_EQ(Start(0x47103088, Ping(kInternetWan, "desk-pc", 0)), 0u);
     EXPECT_EQ(PingText(), R"({"Result":1})");
     EXPECT_EQ(Start(0x47103088, Ping(kInternetWan, "desk-pc", 0)), kBusy);
     CtlOk({"kill", "app_m"});
     CtlOk({"start", "app_m", "--timeout", "60"});
-    EXPECT_EQ(PingText(), R"({"Result":3})") << "it ended with the process";
+    EXPECT_EQ(PingText(), kNone) << "it ended with the process";
     Take("0");
     EXPECT_EQ(Start(0x47103088, Ping(kInternetWan, "desk-pc", 0)), 0u);
-    EXPECT_EQ(PingText(),
-              R"({"Result":0,"Host":"desk-pc","Address":"192.168.1.10","Sent":4,"Received":4,)"
-              R"("DataBlockSize":56,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5})");
+    EXPECT_EQ(
+        PingText(),
+        R"({"Result":0,"State":"Complete","Host":"desk-pc","Address":"192.168.1.10","Sent":4,"Received":4,)"
+        R"("DataBlockSize":56,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5})");
     EXPECT_EQ(Start(0x47103088, Ping(0, "198.51.100.7", 9)), 0u);
     EXPECT_NE(PingText().find(R"("Address":"198.51.100.7","Sent":9,)"), std::string::npos);
 }
 
 TEST_F(DiagnosticsTest, DnsFromStartToResult) {
-    EXPECT_EQ(Result(0x47103097), std::to_string(kNotRun));
+    EXPECT_EQ(Result(0x47103097), kNone);
     Take("60000");
     EXPECT_EQ(Start(0x47103096, Dns(kInternetWan, "printer")), 0u);
     EXPECT_EQ(Result(0x47103097), std::to_string(kBusy));
@@ -88,20 +89,22 @@ TEST_F(DiagnosticsTest, DnsFromStartToResult) {
     CtlOk({"start", "app_m", "--timeout", "60"});
     Take("0");
     EXPECT_EQ(Start(0x47103096, Dns(kInternetWan, "printer")), 0u);
-    EXPECT_EQ(Result(0x47103097), R"({"Result":0,"Host":"printer","Servers":"192.0.2.53",)"
-                                  R"("Addresses":["192.168.1.14"],"Parameters":"p=1"})");
+    EXPECT_EQ(Result(0x47103097),
+              R"({"Result":0,"State":"Complete","Host":"printer","Servers":"192.0.2.53",)"
+              R"("Addresses":["192.168.1.14"],"Parameters":"p=1"})");
     EXPECT_NE(Result(0x47103097), "") << "as often as one asks";
 }
 
 TEST_F(DiagnosticsTest, TraceRouteFromStartToResult) {
-    EXPECT_EQ(Result(0x47103091), std::to_string(kNotRun));
+    EXPECT_EQ(Result(0x47103091), kNone);
     Take("0");
     EXPECT_EQ(Start(0x47103090, TraceRoute(kInternetWan, "2001:db8::1")), 0u);
-    EXPECT_EQ(Result(0x47103091),
-              R"({"Result":0,"Host":"2001:db8::1","Hops":[{"Hop":1,"Address":"198.51.100.1",)"
-              R"("Ms":2},{"Hop":2,"Address":"198.51.100.2","Ms":4},{"Hop":3,"Address":)"
-              R"("198.51.100.3","Ms":6},{"Hop":4,"Address":"2001:db8::1","Ms":8}],)"
-              R"("Parameters":""})");
+    EXPECT_EQ(
+        Result(0x47103091),
+        R"({"Result":0,"State":"Complete","Host":"2001:db8::1","Hops":[{"Hop":1,"Address":"198.51.100.1",)"
+        R"("Ms":2},{"Hop":2,"Address":"198.51.100.2","Ms":4},{"Hop":3,"Address":)"
+        R"("198.51.100.3","Ms":6},{"Hop":4,"Address":"2001:db8::1","Ms":8}],)"
+        R"("Parameters":""})");
 }
 
 TEST_F(DiagnosticsTest, ConnectionsThatAreDownOrUnknownAreTold) {
@@ -110,7 +113,7 @@ TEST_F(DiagnosticsTest, ConnectionsThatAreDownOrUnknownAreTold) {
     CtlOk({"wan", "set", "1_INTERNET_R_VID_100", "down"});
     EXPECT_EQ(Start(0x47103096, Dns(kInternetWan, "printer")), kNoWan);
     EXPECT_EQ(Start(0x47103090, TraceRoute(kInternetWan, "printer")), kNoWan);
-    EXPECT_EQ(PingText(), R"({"Result":3})");
+    EXPECT_EQ(PingText(), kNone);
 }
 
 }  // namespace wap::test
