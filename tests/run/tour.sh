@@ -20,6 +20,7 @@ tour() {
     check "the tour goes on with the answers about rights, voice and storage" out_is_tour_of_box
     check "the tour goes on with the answers about the LAN" out_is_tour_of_lan
     check "the tour goes on with the answers about the uplink" out_is_tour_of_uplink
+    check "the tour goes on with the answers about traffic and diagnostics" out_is_tour_of_traffic
     # Those that need arguments which nobody can guess are left out, and said to be.
     check "the tour closes with the numbers of its calls, none failed" is "the last line" \
         "$(tail -n 1 "$pcWork/tour.out")" "$(awk '
@@ -541,6 +542,101 @@ $pcAccess.getWanIfBandwidth
   "Result": 0,
   "UsBandwidth": 1250000000,
   "DsBandwidth": 2500000000
+}
+in T ms
+
+END
+}
+
+out_is_tour_of_traffic() {
+    awk -v RS= -v ORS='\n\n' '/^(Traffic|Dns|IPPing|TraceRoute)[A-Za-z]*\./' "$pcWork/tour.out" |
+        diff /dev/fd/3 - 3<<END
+DnsDiagnosticsServiceJNI.getDnsDiagnosticsResult
+{
+  "Result": 0,
+  "State": "None"
+}
+in T ms
+
+IPPingDiagnosticsServiceJNI.getIPPingDiagnosticsResult
+{
+  "Result": 0,
+  "State": "None"
+}
+in T ms
+
+TraceRouteDiagnosticsServiceJNI.getTraceRouteDiagnosticsResult
+{
+  "Result": 0,
+  "State": "None"
+}
+in T ms
+
+TrafficDetailProcessServiceJNI.getHTTPTrafficProcessRuleInfo
+{
+  "Result": 0,
+  "List": []
+}
+in T ms
+
+TrafficForwardServiceJNI.getForwardRuleInfo
+{
+  "Result": 0,
+  "List": []
+}
+in T ms
+
+TrafficMirrorServiceJNI.getMirroRuleInfo
+{
+  "Result": 0,
+  "List": []
+}
+in T ms
+
+TrafficMonitoringConfigServiceJNI.getTrafficMonitoringDestAddressInfo
+{
+  "Result": 0,
+  "List": []
+}
+in T ms
+
+TrafficQoSServiceJNI.getDSCPRemarkByFlow
+46
+in T ms
+
+TrafficQoSServiceJNI.getSpeedByFlow
+{
+  "Result": 0,
+  "upSpeed": 2000,
+  "downSpeed": 16000
+}
+in T ms
+
+TrafficQoSServiceJNI.getSpeedLimitByFlow
+{
+  "Result": 0,
+  "UpSpeed": 0,
+  "DownSpeed": 0
+}
+in T ms
+
+TrafficQoSServiceJNI.getStatsByFlow
+{
+  "Result": 0,
+  "UsStats": 0,
+  "DsStats": 0
+}
+in T ms
+
+TrafficQoSServiceJNI.getTrafficInfoByFlow
+{
+  "Result": 0,
+  "List": [
+    {
+      "RemoteAddress": "198.51.100.20",
+      "RemotePort": "443"
+    }
+  ]
 }
 in T ms
 
