@@ -199,8 +199,8 @@ void JNI_BASE_FreeArray2MaxIndex(char **ppcTexts, uint32_t uiCount) {
     }
 }
 
-uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts, const char *pcSeparator,
-                                       char *pcOut, uint32_t uiOutSize) {
+uint32_t wap::JoinElements(JNIEnv *pstEnv, jobjectArray jTexts, const char *pcSeparator,
+                           char *pcOut, uint32_t uiOutSize, LostElement eLost) {
     if (pstEnv == nullptr || pcSeparator == nullptr || pcSeparator[0] == '\0' || pcOut == nullptr ||
         uiOutSize == 0) {
         return 1;
@@ -208,16 +208,26 @@ uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts, cons
     if (jTexts == nullptr) {
         return 0;
     }
-    if (!wap::EnsureElementRefs(pstEnv, pstEnv->GetArrayLength(jTexts))) {
+    const bool bLossFails = eLost == LostElement::kFails;
+    const EmptyText eEmpty = bLossFails ? EmptyText::kCounts : EmptyText::kIsMissing;
+    if (!EnsureElementRefs(pstEnv, pstEnv->GetArrayLength(jTexts))) {
         return 1;
     }
     for (jsize i = 0; i < pstEnv->GetArrayLength(jTexts); ++i) {
-        char *pcText = wap::ConvertElement(pstEnv, jTexts, i, wap::EmptyText::kIsMissing);
+        auto jText = static_cast<jstring>(pstEnv->GetObjectArrayElement(jTexts, i));
+        const bool bThrown = ClearException(pstEnv);
+        uint32_t uiLength = 0;
+        char *pcText =
+            bThrown ? nullptr : MakeNativeText(pstEnv, jText, eEmpty, Secrecy::kPlain, &uiLength);
         if (pcText == nullptr) {
+            if (bLossFails && (bThrown || jText != nullptr)) {
+                return 1;
+            }
             continue;
         }
         // One byte less than there is: this reserve is part of what callers see.
-        const bool bFits = AppendElement(pcOut, uiOutSize - 1, pcText, pcSeparator);
+        const bool bFits =
+            uiLength == 0 || AppendElement(pcOut, uiOutSize - 1, pcText, pcSeparator);
         VT_OS_MemFreeD(pcText, WAP_SPOT.pcFile, WAP_SPOT.uiLine);
         if (!bFits) {
             return 1;
@@ -225,4 +235,10 @@ uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts, cons
     }
     RemoveLastSeparator(pcOut, pcSeparator);
     return 0;
+}
+
+uint32_t JNI_COMMON_GetStrFromObjArray(JNIEnv *pstEnv, jobjectArray jTexts, const char *pcSeparator,
+                                       char *pcOut, uint32_t uiOutSize) {
+    return wap::JoinElements(pstEnv, jTexts, pcSeparator, pcOut, uiOutSize,
+                             wap::LostElement::kIsSkipped);
 }

@@ -33,6 +33,13 @@ bool ClearException(JNIEnv *pstEnv);
 /// An array's element as a new native text; null when it is null or does not convert.
 char *ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty);
 
+/// What becomes of an array's element that is there but can't be converted.
+enum class LostElement { kIsSkipped, kFails };
+
+/// What JNI_COMMON_GetStrFromObjArray does; 1 also for a lost element, where that fails.
+uint32_t JoinElements(JNIEnv *pstEnv, jobjectArray jTexts, const char *pcSeparator, char *pcOut,
+                      uint32_t uiOutSize, LostElement eLost);
+
 }  // namespace wap
 
 /**

@@ -193,12 +193,15 @@ class JsonValue {
     explicit JsonValue(json_object *pstValue) : m_pstValue(pstValue) {}
     JsonValue(const JsonValue &) = delete;
     JsonValue &operator=(const JsonValue &) = delete;
-    ~JsonValue() {
+    ~JsonValue() { Adopt(nullptr); }
+
+    /// Releases what is held and takes over a value, which may be null.
+    void Adopt(json_object *pstValue) {
         if (m_pstValue != nullptr) {
             JNI_JSON_ObjPut(m_pstValue);
         }
+        m_pstValue = pstValue;
     }
-
     json_object *Lend() const { return m_pstValue; }
     json_object *Release() {
         json_object *pstValue = m_pstValue;
