@@ -2,23 +2,29 @@
 
 #include "support/entries.h"
 #include "support/entry_table_attach.h"
+#include "support/entry_table_diagnostics.h"
+#include "support/entry_table_flows.h"
 #include "support/entry_table_lan.h"
 #include "support/entry_table_macfilter.h"
 #include "support/entry_table_monitor.h"
 #include "support/entry_table_portmap.h"
 #include "support/entry_table_rights.h"
 #include "support/entry_table_route.h"
+#include "support/entry_table_rules.h"
 #include "support/entry_table_runtime.h"
 #include "support/entry_table_usb.h"
 #include "support/entry_table_vlanbind.h"
 #include "support/entry_table_wanconfig.h"
 #include "support/furnish_attach.h"
+#include "support/furnish_diagnostics.h"
+#include "support/furnish_flows.h"
 #include "support/furnish_lan.h"
 #include "support/furnish_macfilter.h"
 #include "support/furnish_monitor.h"
 #include "support/furnish_portmap.h"
 #include "support/furnish_rights.h"
 #include "support/furnish_route.h"
+#include "support/furnish_rules.h"
 #include "support/furnish_runtime.h"
 #include "support/furnish_usb.h"
 #include "support/furnish_vlanbind.h"
@@ -40,6 +46,9 @@ const std::vector<EntryGroup> &EntryGroups() {
         {WanConfigEntries(), FurnishWanConfig},
         {UsbEntries(), FurnishUsb},
         {RightsEntries(), FurnishRights},
+        {FlowEntries(), FurnishFlows},
+        {DiagnosticsEntries(), FurnishDiagnostics},
+        {RulesEntries(), FurnishRules},
     };
     return s_astGroups;
 }
