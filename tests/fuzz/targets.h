@@ -16,6 +16,7 @@
     X(bind_text, FuzzBindText)             \
     X(connection_name, FuzzConnectionName) \
     X(ipv6_prefix, FuzzIpv6Prefix)         \
+    X(ping_parameters, FuzzPingParameters) \
     X(registry_text, FuzzRegistryText)     \
     X(wan_settings, FuzzWanSettings)
 
@@ -27,6 +28,8 @@ void FuzzBindText(const uint8_t *pucData, size_t uiSize);
 void FuzzConnectionName(const uint8_t *pucData, size_t uiSize);
 /// The prefix of an IPv6 route.
 void FuzzIpv6Prefix(const uint8_t *pucData, size_t uiSize);
+/// The parameters of a ping as JSON, to the record that is sent; behind a zero byte, the host.
+void FuzzPingParameters(const uint8_t *pucData, size_t uiSize);
 /// The registry of monitored addresses, to the list that Java gets; behind a zero byte, the numbers
 /// of bundles and of addresses that the gateway tells.
 void FuzzRegistryText(const uint8_t *pucData, size_t uiSize);

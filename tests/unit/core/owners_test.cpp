@@ -147,6 +147,24 @@ TEST_F(Owners, JavaTextThatIsNotThere) {
     EXPECT_STREQ(stEmpty.Lend(), "");
 }
 
+TEST_F(Owners, OptionalTextTellsNoneFromOneThatFailed) {
+    const OptionalText stNone(&stEnv, nullptr);
+    EXPECT_FALSE(stNone.Failed());
+    EXPECT_EQ(stNone.Lend(), nullptr);
+    const OptionalText stEmpty(&stEnv, stEnv.JavaText(u""));
+    EXPECT_FALSE(stEmpty.Failed());
+    EXPECT_EQ(stEmpty.Lend(), nullptr);
+    const OptionalText stThere(&stEnv, stEnv.JavaText(u"there"));
+    EXPECT_FALSE(stThere.Failed());
+    EXPECT_STREQ(stThere.Lend(), "there");
+    const jstring jText = stEnv.JavaText(u"there");
+    stWorld.Plan({Op::kAlloc, 1, false});
+    const OptionalText stFailed(&stEnv, jText);
+    stWorld.Plan({});
+    EXPECT_TRUE(stFailed.Failed());
+    EXPECT_EQ(stFailed.Lend(), nullptr);
+}
+
 TEST_F(Owners, SecretTextIsWipedAlsoBehindAZero) {
     stWorld.stSecrets.Watch(kSecretHead);
     stWorld.stSecrets.Watch(kSecretTail);

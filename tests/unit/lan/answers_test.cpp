@@ -52,6 +52,38 @@ TEST_F(Answers, WorkerThatGivesNoTextHasFailed) {
     EXPECT_EQ(Ended(HeapTextAnswer(&stEnv, WAP_SPOT, 0, nullptr)), TextAnswerOf(kFault));
 }
 
+// There is room for two characters.
+TEST_F(Answers, ShortFaultTellsShortCodes) {
+    const struct {
+        uint32_t uiCode;
+        const char *pcWanted;
+    } astCases[] = {
+        {1, "{ \"Result\": 1 }"},           {99, "{ \"Result\": 99 }"},
+        {100, "{ \"Result\": -1 }"},        {0xFFFFFFFE, "{ \"Result\": -2 }"},
+        {0xFFFFFFF6, "{ \"Result\": -1 }"}, {kRefused, "{ \"Result\": -1 }"},
+    };
+    for (const auto &stCase : astCases) {
+        EXPECT_EQ(Ended(ShortFaultAnswer(&stEnv, WAP_SPOT, stCase.uiCode)),
+                  TextAnswerOf(stCase.pcWanted));
+        EXPECT_EQ(TakeFaults().at(0), (FileCode{"answers_test.cpp", stCase.uiCode}));
+    }
+}
+
+TEST_F(Answers, HeapTextOrFaultReleasesTheTextEitherWay) {
+    const auto fnText = [] {
+        return static_cast<char *>(VT_OS_MemMallocSet(6, __FILE_NAME__, __LINE__));
+    };
+    char *pcText = fnText();
+    memcpy(pcText, "a text", 5);
+    EXPECT_EQ(Ended(HeapTextOrFault(&stEnv, WAP_SPOT, 0, pcText)), TextAnswerOf("a tex"));
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+    EXPECT_EQ(Ended(HeapTextOrFault(&stEnv, WAP_SPOT, 7, fnText())),
+              TextAnswerOf("{ \"Result\": 7 }"));
+    EXPECT_EQ(Ended(HeapTextOrFault(&stEnv, WAP_SPOT, 0, nullptr)),
+              TextAnswerOf("{ \"Result\": -1 }"));
+    EXPECT_EQ(stWorld.stAllocs.Live(), 0u);
+}
+
 TEST_F(Answers, FallbackTakesThePlaceOfWhatWasWritten) {
     char acText[8] = "ooooooo";
     EXPECT_EQ(Ended(TextOrFallback(&stEnv, WAP_SPOT, 0, acText, "f")), TextAnswerOf("ooooooo"));
