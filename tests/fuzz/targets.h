@@ -18,6 +18,7 @@
     X(ipv6_prefix, FuzzIpv6Prefix)         \
     X(ping_parameters, FuzzPingParameters) \
     X(registry_text, FuzzRegistryText)     \
+    X(rule_tables, FuzzRuleTables)         \
     X(wan_settings, FuzzWanSettings)
 
 namespace wap::test {
@@ -33,6 +34,9 @@ void FuzzPingParameters(const uint8_t *pucData, size_t uiSize);
 /// The registry of monitored addresses, to the list that Java gets; behind a zero byte, the numbers
 /// of bundles and of addresses that the gateway tells.
 void FuzzRegistryText(const uint8_t *pucData, size_t uiSize);
+/// A listing of rules about traffic: a byte for their kind, a word for the number that the gateway
+/// tells, and the table.
+void FuzzRuleTables(const uint8_t *pucData, size_t uiSize);
 /// The settings of a WAN connection as JSON, to the record that is sent; behind a zero byte, the
 /// DNS servers that the gateway tells.
 void FuzzWanSettings(const uint8_t *pucData, size_t uiSize);

@@ -1,0 +1,173 @@
+#include <json-c/json.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "fuzz/targets.h"
+#include "support/wire_bytes.h"
+#include "wan/jni_http_capture.h"
+#include "wan/jni_traffic_forward.h"
+#include "wan/jni_traffic_mirror.h"
+
+namespace wap::test {
+
+namespace {
+
+/// A text of a row: how wide its field is, and what a list calls it.
+struct Text {
+    const char *pcKey;
+    size_t uiSize;
+    enum Shape { kAsItIs, kNumber, kAlone } eShape = kAsItIs;
+};
+
+struct Kind {
+    uint32_t (*pfnList)(char **ppcText);
+    uint32_t uiRpcId;
+    size_t uiRowSize;
+    size_t uiHead;  ///< bytes before the first text
+    size_t uiTextPerRow;
+    Text astTexts[7];
+};
+
+const Kind kKinds[] = {
+    {ListMirrorRules,
+     0x48304193,
+     347,
+     0,
+     768,
+     {{"RemoteAddress", 256},
+      {"RemotePort", 12},
+      {"Direction", 5},
+      {"Protocol", 4},
+      {"HostMAC", 18},
+      {"MirrorToIP", 40},
+      {"MirrorToPort", 12, Text::kNumber}}},
+    {ListForwardRules,
+     0x48304197,
+     342,
+     0,
+     512,
+     {{"RemoteAddress", 256},
+      {"RemotePort", 12},
+      {"Protocol", 4},
+      {"HostMAC", 18},
+      {"ForwardToIP", 40},
+      {"ForwardToPort", 12, Text::kNumber},
+      {nullptr, 0}}},
+    {ListHttpRules,
+     0x4830419A,
+     923,
+     4,
+     1280,
+     {{"RemoteAddress", 256},
+      {"RemotePort", 12},
+      {"Direction", 5},
+      {"HostMAC", 18},
+      {"MethodList", 64, Text::kAlone},
+      {"StatuscodeList", 256, Text::kAlone},
+      {"HeaderList", 256, Text::kAlone}}},
+};
+
+/// The member of a list's row.
+json_object *Member(json_object *pstRow, const char *pcKey) {
+    json_object *pstValue = nullptr;
+    Require(json_object_object_get_ex(pstRow, pcKey, &pstValue) != 0, "a rule has all members");
+    return pstValue;
+}
+
+/// The number that a text tells as a whole; the one before it stays otherwise.
+void ReadNumber(const std::string &sText, uint32_t &uiNumber) {
+    const bool bDigits =
+        !sText.empty() && sText.find_first_not_of("0123456789") == std::string::npos;
+    // A field has room for twelve digits.
+    const uint64_t ulValue = bDigits ? std::strtoull(sText.c_str(), nullptr, 10) : UINT64_MAX;
+    uiNumber = ulValue <= UINT32_MAX ? static_cast<uint32_t>(ulValue) : uiNumber;
+}
+
+void CheckRow(const Kind &stKind, json_object *pstRow, const std::string &sRow,
+              uint32_t &uiNumber) {
+    size_t uiAt = stKind.uiHead;
+    for (const Text &stText : stKind.astTexts) {
+        if (stText.pcKey == nullptr) {
+            continue;
+        }
+        const std::string sField = sRow.substr(uiAt, stText.uiSize);
+        const std::string sText = sField.substr(0, strnlen(sField.data(), stText.uiSize));
+        uiAt += stText.uiSize;
+        json_object *pstValue = Member(pstRow, stText.pcKey);
+        if (stText.eShape == Text::kNumber) {
+            ReadNumber(sText, uiNumber);
+            Require(json_object_get_int(pstValue) == static_cast<int32_t>(uiNumber),
+                    "a port is its text's number, or the one before it");
+            continue;
+        }
+        if (stText.eShape == Text::kAlone) {
+            Require(json_object_is_type(pstValue, json_type_array) != 0 &&
+                        json_object_array_length(pstValue) == 1,
+                    "a list has one element");
+            pstValue = json_object_array_get_idx(pstValue, 0);
+        }
+        Require(json_object_is_type(pstValue, json_type_string) != 0 &&
+                    sText == json_object_get_string(pstValue),
+                "a text is that of its field");
+    }
+    if (stKind.uiHead != 0) {
+        Require(json_object_get_int(Member(pstRow, "RuleInst")) ==
+                    static_cast<int32_t>(WordAt(sRow, 0)),
+                "a rule has its number");
+    }
+}
+
+void CheckList(const Kind &stKind, const std::string &sText, uint32_t uiCount,
+               const std::string &sTable) {
+    // Not strictly: the rows' texts need not be UTF-8.
+    json_object *pstRoot = json_tokener_parse(sText.c_str());
+    Require(pstRoot != nullptr, "the answer is JSON");
+    json_object *pstList = Member(pstRoot, "List");
+    const size_t uiRows = std::min<size_t>(uiCount, sTable.size() / stKind.uiRowSize);
+    Require(json_object_array_length(pstList) == uiRows,
+            "as many rules are listed as are counted and there");
+    uint32_t uiNumber = 0;
+    for (size_t i = 0; i < uiRows; ++i) {
+        CheckRow(stKind, json_object_array_get_idx(pstList, i),
+                 sTable.substr(i * stKind.uiRowSize, stKind.uiRowSize), uiNumber);
+    }
+    Require(sText.size() < (uiRows + 1) * stKind.uiTextPerRow, "the answer keeps to its room");
+    json_object_put(pstRoot);
+}
+
+}  // namespace
+
+void FuzzRuleTables(const uint8_t *pucData, size_t uiSize) {
+    const std::string sBytes(reinterpret_cast<const char *>(pucData), uiSize);
+    if (uiSize < 5) {
+        return;
+    }
+    const Kind &stKind = kKinds[pucData[0] % 3];
+    const uint32_t uiCount = WordAt(sBytes, 1);
+    const std::string sTable = sBytes.substr(5);
+    World stWorld;
+    Platform &stPlatform = stWorld.stPlatform;
+    const std::string sDesc = sTable.empty() ? std::string(12, '\0') : stPlatform.AddBulk(sTable);
+    stPlatform.mapReplies[stKind.uiRpcId] = {0, Word(uiCount) + sDesc};
+    char *pcText = nullptr;
+    const uint32_t uiResult = stKind.pfnList(&pcText);
+    Require((uiResult == 0) == (pcText != nullptr), "a success has a text, and nothing else");
+    if (uiResult == 0) {
+        const std::string sText = pcText;
+        VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
+        if (uiCount == 0) {
+            Require(sText == "{\"Result\":0,\"List\":[]}", "no rules have their fixed answer");
+        } else {
+            CheckList(stKind, sText, uiCount, sTable);
+        }
+    } else {
+        // 1: texts whose escapes don't fit; else there was nothing to read.
+        Require(uiResult == 1 || sTable.empty(), "a table that is there is read");
+    }
+    Require(stPlatform.mapBlocks.empty(), "the block is freed");
+    RequireClean(stWorld);
+}
+
+}  // namespace wap::test
