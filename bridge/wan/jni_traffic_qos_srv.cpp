@@ -167,7 +167,7 @@ uint32_t ListFlowTraffic(uint32_t uiFlow, char **ppcText) {
             {"RemotePort", stPort.Word(), kItemText, kEmptyAsText},
         };
         if (!AppendObject(WAP_SPOT, stList, astItems)) {
-            return Recorded(WAP_SPOT, kErrNoList, uiFlow, uiCount, i);
+            return Recorded(WAP_SPOT, kErrNoList, uiFlow, i, uiCount);
         }
     }
     const uint32_t uiCap = kTextPerMember * (uiCount + 1);
