@@ -175,11 +175,21 @@ TEST_P(MonitorArrayTest, AddressThatCanNotBeHadIsRefusedWithoutAnyMessage) {
 
 // With a list of 256 bytes for each, and as many more, a block may be no longer than 16 MB.
 TEST_P(MonitorArrayTest, TooManyAddressesAreRefusedBeforeAnyIsLookedAt) {
+    stEnv.uiCapacityMax = UINT32_MAX;
     const jobjectArray jAddresses = stEnv.JavaTexts(JavaArray(65536));
     stWorld.Plan({});
     ExpectRefused(Call(jAddresses, stEnv.JavaText(u"b")));
     EXPECT_EQ(TimesRecorded(kMonitorEntryFile, 0xFFFFFFFF, {65536}), 1u);
     EXPECT_LT(stWorld.Count(Op::kJni), 20u);
+    EXPECT_EQ(Call(JavaArray(65535)), 0);
+    EXPECT_EQ(astLists.at(0).sBytes, std::string(65534, ',') + '\0');
+}
+
+TEST_P(MonitorArrayTest, MoreAddressesThanTheVirtualMachineHasReferencesForAreRefused) {
+    stEnv.uiCapacityMax = 12;
+    EXPECT_EQ(Call({u"1", u"2", u"3"}), 0);
+    ExpectRefused(Call({u"1", u"2", u"3", u"4"}));
+    EXPECT_EQ(TimesRecorded(kMonitorEntryFile, 0xFFFFFFFF, {4}), 1u);
 }
 
 TEST_P(MonitorArrayTest, RefusalIsMinusOneWithTheCodeRecorded) {
