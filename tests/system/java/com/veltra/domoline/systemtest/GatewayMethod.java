@@ -78,6 +78,7 @@ interface GatewayMethod {
         methods.addAll(Arrays.asList(LanMethod.values()));
         methods.addAll(Arrays.asList(WanMethod.values()));
         methods.addAll(Arrays.asList(BoxMethod.values()));
+        methods.addAll(Arrays.asList(TrafficMethod.values()));
         return methods;
     }
 }
