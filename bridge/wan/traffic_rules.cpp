@@ -24,7 +24,7 @@ bool IsMissing(const char *pcText) {
     return pcText == nullptr || pcText[0] == '\0';
 }
 
-/// The texts of a row, each with a zero that the row need not have.
+/// The texts of a row, each with a zero behind it that the row need not have.
 struct RowTexts {
     const char *apcTexts[kRuleColumnsMax] = {};
     char acBytes[kRuleRecordMax] = {};
@@ -36,7 +36,6 @@ void ReadTexts(const RuleKind &stKind, const char *pcRecord, RowTexts &stTexts) 
         const RuleColumn &stColumn = stKind.pstColumns[i];
         char *pcText = stTexts.acBytes + uiAt;
         memcpy(pcText, pcRecord + stColumn.usAt, stColumn.usSize);
-        pcText[stColumn.usSize] = '\0';
         stTexts.apcTexts[i] = pcText;
         uiAt += stColumn.usSize + 1u;
     }
