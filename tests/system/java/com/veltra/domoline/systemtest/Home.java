@@ -148,10 +148,14 @@ final class Home {
         home.add("hosts", many);
     }
 
+    /** An answer that is an object. */
+    static JsonObject object(String answer) {
+        return kGson.fromJson(answer, JsonObject.class);
+    }
+
     /** The values of one member in the list of an answer. */
     static List<String> answered(String answer, String member) {
-        JsonObject object = kGson.fromJson(answer, JsonObject.class);
-        return StreamSupport.stream(object.getAsJsonArray("List").spliterator(), false)
+        return StreamSupport.stream(object(answer).getAsJsonArray("List").spliterator(), false)
                 .map(element -> element.getAsJsonObject().get(member).getAsString())
                 .collect(Collectors.toList());
     }
