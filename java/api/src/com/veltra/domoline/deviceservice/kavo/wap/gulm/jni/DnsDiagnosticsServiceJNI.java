@@ -43,10 +43,11 @@ public class DnsDiagnosticsServiceJNI {
     /**
      * Gives the result of the test. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example: {@code getDnsDiagnosticsResult()} answers
+     * <p>Example answer of the simulated gateway, which is one line:
      *
      * <pre>{@code
-     * {"Result":0,"IPAddress":"198.51.100.7","ResponseTime":8}
+     * {"Result":0,"State":"Complete","Host":"printer","Servers":"192.0.2.53",
+     *  "Addresses":["192.168.1.14"],"Parameters":""}
      * }</pre>
      *
      * @return the text as the process wrote it; an object with nothing but the process's status,

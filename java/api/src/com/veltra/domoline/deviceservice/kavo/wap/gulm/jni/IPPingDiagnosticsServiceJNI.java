@@ -42,10 +42,11 @@ public class IPPingDiagnosticsServiceJNI {
     /**
      * Gives the result of the ping. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example: {@code getIPPingDiagnosticsResult()} answers
+     * <p>Example answer of the simulated gateway, which is one line:
      *
      * <pre>{@code
-     * {"Result":0,"SuccessCount":4,"FailureCount":0,"AverageResponseTime":12}
+     * {"Result":0,"State":"Complete","Host":"desk-pc","Address":"192.168.1.10","Sent":4,
+     *  "Received":4,"DataBlockSize":56,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5}
      * }</pre>
      *
      * @return the text as the process wrote it, at most 512 bytes; <code>{"Result":-1}</code> when

@@ -40,10 +40,13 @@ public class TraceRouteDiagnosticsServiceJNI {
     /**
      * Gives the result of the test. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example: {@code getTraceRouteDiagnosticsResult()} answers
+     * <p>Example answer of the simulated gateway, which is one line:
      *
      * <pre>{@code
-     * {"Result":0,"Hops":["192.168.1.1","203.0.113.1","198.51.100.7"]}
+     * {"Result":0,"State":"Complete","Host":"2001:db8::1","Hops":[
+     *  {"Hop":1,"Address":"198.51.100.1","Ms":2},{"Hop":2,"Address":"198.51.100.2","Ms":4},
+     *  {"Hop":3,"Address":"198.51.100.3","Ms":6},{"Hop":4,"Address":"2001:db8::1","Ms":8}],
+     *  "Parameters":""}
      * }</pre>
      *
      * @return the text as the process wrote it; an object with nothing but the process's status,
