@@ -137,7 +137,7 @@ uint32_t ListRows(const RuleKind &stKind, const BulkBlock &stTable, uint32_t uiC
                   char **ppcText) {
     JsonValue stRules(JNI_JSON_ObjNewArray());
     if (!stRules) {
-        return Recorded(WAP_SPOT, kErrFailed, uiCount);
+        return Recorded(WAP_SPOT, kErrFailed);
     }
     // The number is the service's word; the rows end with the block.
     const uint32_t uiFull = stTable.Length() / RowSize(stKind);

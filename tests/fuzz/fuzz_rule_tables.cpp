@@ -154,7 +154,7 @@ void FuzzRuleTables(const uint8_t *pucData, size_t uiSize) {
     char *pcText = nullptr;
     const uint32_t uiResult = stKind.pfnList(&pcText);
     Require((uiResult == 0) == (pcText != nullptr), "a success has a text, and nothing else");
-    if (uiResult == 0) {
+    if (pcText != nullptr) {
         const std::string sText = pcText;
         VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
         if (uiCount == 0) {
