@@ -1,5 +1,9 @@
 #include "com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TrafficDetailProcessServiceJNI.h"
 
+#include <stdint.h>
+
+#include <initializer_list>
+
 #include "common/answers.h"
 #include "wan/jni_http_capture.h"
 
@@ -13,6 +17,19 @@ template <size_t kSize>
 bool Join(SourceSpot stSpot, JNIEnv *pstEnv, jobjectArray jTexts, char (&acText)[kSize]) {
     return Recorded(stSpot, JoinElements(pstEnv, jTexts, kHttpListSeparator, acText, kSize,
                                          LostElement::kFails)) == 0;
+}
+
+/// The rule's other texts, and what the call holds besides.
+constexpr int64_t kOtherRefs = 4;
+
+/// Asks for the references of all the lists at once: each of them alone might be granted as though
+/// it were the only one.
+bool EnsureRefs(JNIEnv *pstEnv, std::initializer_list<jobjectArray> stLists) {
+    int64_t llElements = kOtherRefs;
+    for (jobjectArray jList : stLists) {
+        llElements += jList == nullptr ? 0 : pstEnv->GetArrayLength(jList);
+    }
+    return llElements <= INT32_MAX && EnsureElementRefs(pstEnv, static_cast<jsize>(llElements));
 }
 
 bool JoinLists(JNIEnv *pstEnv, jobjectArray jMethods, jobjectArray jStatusCodes,
@@ -39,6 +56,9 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TrafficDetailProcessSer
     JNIEnv *pstEnv, jobject, jstring jRemoteAddress, jint iRemotePort, jstring jDirection,
     jstring jHostMac, jobjectArray jMethods, jobjectArray jStatusCodes, jobjectArray jHeaders) {
     WAP_TRACE_ENTRY();
+    if (!EnsureRefs(pstEnv, {jMethods, jStatusCodes, jHeaders})) {
+        return NumberAnswer(WAP_SPOT, kErrFailed);
+    }
     const OptionalText stAddress(pstEnv, jRemoteAddress);
     const JavaText stDirection = JavaText::Make(pstEnv, jDirection);
     const OptionalText stMac(pstEnv, jHostMac);

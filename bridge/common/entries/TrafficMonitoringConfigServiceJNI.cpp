@@ -42,7 +42,8 @@ bool PutAddress(JNIEnv *pstEnv, jobjectArray jAddresses, jsize iIndex, char *&pc
 bool JoinAddresses(JNIEnv *pstEnv, jobjectArray jAddresses, uint32_t uiCount,
                    PlatformBlock &stList) {
     const uint64_t ulSize = (uint64_t{uiCount} + 1) * kAddressRoom;
-    if (ulSize > kBlockMax || !EnsureElementRefs(pstEnv, static_cast<jsize>(uiCount)) ||
+    // One more is for the bundle's name.
+    if (ulSize > kBlockMax || !EnsureElementRefs(pstEnv, static_cast<jsize>(uiCount) + 1) ||
         !stList.Make(static_cast<uint32_t>(ulSize), WAP_SPOT)) {
         return false;
     }

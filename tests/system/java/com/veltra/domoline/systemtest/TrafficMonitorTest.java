@@ -13,6 +13,8 @@ import org.junit.jupiter.api.AfterAll;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.extension.ExtendWith;
+import org.junit.jupiter.params.ParameterizedTest;
+import org.junit.jupiter.params.provider.ValueSource;
 
 /** The registry of the addresses whose traffic bundles want monitored. */
 @ExtendWith(AttachedGateway.class)
@@ -110,6 +112,14 @@ class TrafficMonitorTest {
         assertEquals(-1, add(kShield, null, ""), "the gateway takes no list of commas");
         assertEquals(0, delete(kMeter, "", "10.0.0.1", null));
         assertEquals(listed(entry(kMeter, "10.0.0.2")), registry());
+    }
+
+    @ParameterizedTest
+    @ValueSource(ints = {6, 7, 8, 9})
+    void someAddressesTakeMoreReferencesThanACallIsGivenUnasked(int iCount) {
+        String[] addresses = manyAddresses(iCount);
+        assertEquals(0, add(kMeter, addresses));
+        assertEquals(listed(entry(kMeter, addresses)), registry());
     }
 
     @Test
