@@ -30,7 +30,7 @@ tour() {
         ' "$pcWork/tour.out")"
     check "the tour leaves nothing running" nothing_left "$pcWork/tour"
 }
-# The vendor as the gateway tells it: one for every runtime of the open kind, none for others.
+# The vendor as the library tells it: one for every runtime of the open kind, none for others.
 runtime_vendor() {
     PATH=$pcPath java -version 2>&1 | grep -v -e version -e VM | grep -q OpenJDK && echo Oracle
 }

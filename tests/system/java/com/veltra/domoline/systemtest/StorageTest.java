@@ -156,7 +156,7 @@ class StorageTest {
         assertEquals(list(sized(shipped()), entry(stick.toString(), "0", "0")), paths(answer()));
     }
 
-    /** Without the shipped one, whose path is as long as that of the run's folder. */
+    /** Without the shipped one, whose path grows with that of the run's folder. */
     @Test
     void aListThatIsTooLongIsAFailure() {
         withoutTheShippedOne(this::fillAndOverfill);

@@ -154,7 +154,7 @@ class StressTest {
     /**
      * Works on, with a death in between, and takes stock again.
      *
-     * @param lAtLeast so many calls are made, however long they take
+     * @param lAtLeast so many calls are made, however long they take, unless one of them fails
      */
     private Interval workOn(Stock start, long lDuration, long lAtLeast)
             throws InterruptedException {
