@@ -186,7 +186,8 @@ TEST_P(MonitorArrayTest, TooManyAddressesAreRefusedBeforeAnyIsLookedAt) {
 }
 
 TEST_P(MonitorArrayTest, MoreAddressesThanTheVirtualMachineHasReferencesForAreRefused) {
-    stEnv.uiCapacityMax = 12;
+    // Four for each, and four for the bundle's name.
+    stEnv.uiCapacityMax = 16;
     EXPECT_EQ(Call({u"1", u"2", u"3"}), 0);
     ExpectRefused(Call({u"1", u"2", u"3", u"4"}));
     EXPECT_EQ(TimesRecorded(kMonitorEntryFile, 0xFFFFFFFF, {4}), 1u);

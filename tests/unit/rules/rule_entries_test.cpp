@@ -195,6 +195,16 @@ TEST_F(RuleEntriesTest, ListsAreJoined) {
     EXPECT_EQ(EntryTraces(stPlatform)[3], "header:\r\n");
 }
 
+// Four for each of the five elements, and for four more texts.
+TEST_F(RuleEntriesTest, ReferencesOfAllListsAreAskedForAtOnce) {
+    stEnv.uiCapacityMax = 36;
+    EXPECT_EQ(AddHttp({}), 9);
+    stEnv.uiCapacityMax = 35;
+    EXPECT_EQ(AddHttp({}), -1);
+    ExpectNothingSent("TrafficDetailProcess");
+    EXPECT_EQ(EntryTraces(stPlatform).size(), 1u);
+}
+
 // Of each field, the last two bytes are for a separator and the zero.
 TEST_F(RuleEntriesTest, ListsMustFitTheirFields) {
     const auto Long = [](size_t uiBytes) {
