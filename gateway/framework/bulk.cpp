@@ -58,7 +58,7 @@ std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax) {
                 : stDesc.uiCompressedLen >= stDesc.uiOriginalLen)) {
         throw GatewayError("a bulk block of " + std::to_string(stDesc.uiOriginalLen) +
                            " bytes stored as " + std::to_string(stDesc.uiCompressedLen) +
-                           " is none");
+                           " can't be a text");
     }
     // As long as the text, because decompressing may read that far.
     std::string acStored(stDesc.uiOriginalLen, '\0');
