@@ -27,7 +27,11 @@ class TimeoutTest {
             LanMethod.FILTER_MODE, LanMethod.SPEED_LIMITS, LanMethod.PORT_MAPPINGS,
             WanMethod.WAN_LIST, WanMethod.WAN_INFO, WanMethod.PON_PHYSICAL, WanMethod.IPV4_STATIC,
             WanMethod.IPV6_CURRENT, WanMethod.VLAN_BINDINGS, WanMethod.IPTV_STATUS,
-            BoxMethod.POTS);
+            BoxMethod.POTS, TrafficMethod.MONITORED, TrafficMethod.MIRROR_RULES,
+            TrafficMethod.FORWARD_RULES, TrafficMethod.HTTP_RULES, TrafficMethod.FLOW_MEMBERS,
+            TrafficMethod.FLOW_STATS, TrafficMethod.FLOW_SPEED, TrafficMethod.FLOW_LIMIT,
+            TrafficMethod.FLOW_DSCP, TrafficMethod.PING, TrafficMethod.DNS,
+            TrafficMethod.TRACE_ROUTE);
 
     @BeforeAll
     static void attach() {
