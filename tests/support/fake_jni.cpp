@@ -440,6 +440,7 @@ void FakeJni::EndCall() {
     uiPins = 0;
     astPinned.clear();
     astFrames.clear();
+    mapRefs.clear();
     apstRefs.clear();
     uiLocals = 0;
     uiCapacity = 16;
@@ -482,16 +483,14 @@ jobject FakeJni::NewRef(std::shared_ptr<Object> pstObject, bool bLocal) {
         }
     }
     apstRefs.push_back(std::make_unique<Ref>(Ref{std::move(pstObject), bLocal, false}));
-    return reinterpret_cast<jobject>(apstRefs.back().get());
+    auto jRef = reinterpret_cast<jobject>(apstRefs.back().get());
+    mapRefs.emplace(jRef, apstRefs.back().get());
+    return jRef;
 }
 
 std::shared_ptr<Object> FakeJni::Shared(jobject jRef) const {
-    for (const auto &pstRef : apstRefs) {
-        if (reinterpret_cast<jobject>(pstRef.get()) == jRef && !pstRef->bDead) {
-            return pstRef->pstObject;
-        }
-    }
-    return nullptr;
+    const auto itRef = mapRefs.find(jRef);
+    return itRef == mapRefs.end() || itRef->second->bDead ? nullptr : itRef->second->pstObject;
 }
 
 Object *FakeJni::Deref(jobject jRef, Object::Kind eKind, const char *pcWhat) const {
@@ -504,14 +503,13 @@ Object *FakeJni::Deref(jobject jRef, Object::Kind eKind, const char *pcWhat) con
 }
 
 void FakeJni::DropLocal(jobject jRef) {
-    for (const auto &pstRef : apstRefs) {
-        if (reinterpret_cast<jobject>(pstRef.get()) == jRef && pstRef->bLocal && !pstRef->bDead) {
-            pstRef->bDead = true;
-            --uiLocals;
-            return;
-        }
+    const auto itRef = mapRefs.find(jRef);
+    if (itRef == mapRefs.end() || !itRef->second->bLocal || itRef->second->bDead) {
+        Complain("DeleteLocalRef of no local reference");
+        return;
     }
-    Complain("DeleteLocalRef of no local reference");
+    itRef->second->bDead = true;
+    --uiLocals;
 }
 
 std::string ToUtf8(std::u16string_view sText) {

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace wap::test {
@@ -82,6 +83,7 @@ class FakeJni : public JNIEnv {
     };
     std::vector<Frame> astFrames;
     std::vector<std::unique_ptr<Ref>> apstRefs;
+    std::unordered_map<jobject, Ref *> mapRefs;  ///< the same, to look them up
     std::vector<std::pair<jbyte *, std::unique_ptr<std::string>>> astPinned;
 
   private:
