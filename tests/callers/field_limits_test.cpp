@@ -111,7 +111,7 @@ TEST_P(TextFieldTest, CountsBytes) {
 }
 
 /// Texts that would mean something to a format, a path, JSON, a shell or a list.
-constexpr const char16_t *kTricky[] = {
+constexpr const char16_t *kTexts[] = {
     u"%n%s%5$x",    u"%",
     u"%n",          u"%s%s%s%s%s%s%s%s",
     u"%1000000d",   u"../../etc/passwd",
@@ -139,7 +139,7 @@ TEST_P(TextFieldTest, KeepsWhatItSays) {
     const std::u16string sBehind = FromUtf8(stField.pcBehind);
     ASSERT_EQ(stHarmless.Call(WithText(stField, sBefore + u"x" + sBehind)), TakenAnswer(stField));
     const auto asHarmless = SentBesides(stField, stHarmless.Gateway());
-    for (const char16_t *pcTricky : kTricky) {
+    for (const char16_t *pcTricky : kTexts) {
         const std::u16string sText = sBefore + pcTricky + sBehind;
         const std::string sBytes = ToUtf8(sText);
         SCOPED_TRACE(sBytes);
