@@ -37,11 +37,7 @@ int32_t NumberOf(json_object *pstRoot, const char *pcKey) {
 
 /// What is to be sent for parameters; nothing for those that are no JSON.
 std::optional<Numbers> NumbersOf(const std::string &sPara) {
-    json_tokener *pstTokener = json_tokener_new();
-    json_tokener_set_flags(pstTokener, JSON_TOKENER_STRICT);
-    json_object *pstRoot =
-        json_tokener_parse_ex(pstTokener, sPara.c_str(), static_cast<int>(sPara.size()) + 1);
-    json_tokener_free(pstTokener);
+    json_object *pstRoot = StrictJson(sPara);
     if (pstRoot == nullptr) {
         return std::nullopt;
     }

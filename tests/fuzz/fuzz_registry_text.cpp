@@ -58,11 +58,7 @@ std::string Expected(const std::string &sText, uint64_t ulCap) {
 
 /// Whether a text is JSON, by json-c.
 bool IsJson(const std::string &sText) {
-    json_tokener *pstTokener = json_tokener_new_ex(kDepth);
-    json_tokener_set_flags(pstTokener, JSON_TOKENER_STRICT);
-    json_object *pstRoot =
-        json_tokener_parse_ex(pstTokener, sText.c_str(), static_cast<int>(sText.size()) + 1);
-    json_tokener_free(pstTokener);
+    json_object *pstRoot = StrictJson(sText, 0, kDepth);
     const bool bIs = pstRoot != nullptr;
     json_object_put(pstRoot);
     return bIs;

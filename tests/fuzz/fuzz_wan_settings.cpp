@@ -28,11 +28,7 @@ using Texts = std::map<std::string, std::string>;
 
 /// The members of an object that are texts with something in them; nothing for what is no JSON.
 std::optional<Texts> TextsOf(const std::string &sJson) {
-    json_tokener *pstTokener = json_tokener_new();
-    json_tokener_set_flags(pstTokener, JSON_TOKENER_STRICT);
-    json_object *pstRoot =
-        json_tokener_parse_ex(pstTokener, sJson.c_str(), static_cast<int>(sJson.size()) + 1);
-    json_tokener_free(pstTokener);
+    json_object *pstRoot = StrictJson(sJson);
     if (pstRoot == nullptr) {
         return std::nullopt;
     }

@@ -1,5 +1,7 @@
 #include "fuzz/targets.h"
 
+#include <json-c/json.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +19,15 @@ void RequireClean(World &stWorld) {
     for (const std::string &sComplaint : stWorld.TakeComplaints()) {
         Require(false, sComplaint.c_str());
     }
+}
+
+json_object *StrictJson(const std::string &sText, int iFlags, int iDepth) {
+    json_tokener *pstTokener = json_tokener_new_ex(iDepth);
+    json_tokener_set_flags(pstTokener, JSON_TOKENER_STRICT | iFlags);
+    json_object *pstRoot =
+        json_tokener_parse_ex(pstTokener, sText.c_str(), static_cast<int>(sText.size()) + 1);
+    json_tokener_free(pstTokener);
+    return pstRoot;
 }
 
 std::string TextIn(const uint8_t *pucData, size_t uiSize) {
