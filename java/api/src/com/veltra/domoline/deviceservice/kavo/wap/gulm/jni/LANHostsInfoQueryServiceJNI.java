@@ -48,8 +48,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>The answer is one line.
      *
-     * @param asMacs the addresses; {@code null} elements are left out. If none is left, all hosts
-     *     are asked for
+     * @param asMacs the addresses, of which 31 bytes each are sent; {@code null} elements are left
+     *     out. If none is left, all hosts are asked for
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
      *     doesn't answer or refuses; <code>{"Result":-1}</code> when there are more than 128
      *     addresses; {@code null} when the process wrote nothing
@@ -94,7 +94,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>The answer is one line.
      *
-     * @param asMacs the addresses, none of them {@code null}. No addresses ask for all hosts
+     * @param asMacs the addresses, of which 31 bytes each are sent, none of them {@code null}. No
+     *     addresses ask for all hosts
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more
      *     than 128 addresses or a {@code null} one, or when the process doesn't answer or refuses;
      *     {@code null} when it wrote nothing

@@ -28,8 +28,9 @@ public class LANIPConfigServiceJNI {
      *
      * <p>Example: {@code setLANHostIP("192.168.1.1", "255.255.255.0")} answers 0.
      *
-     * @param sAddress the address, neither {@code null} nor empty
-     * @param sMask the mask, neither {@code null} nor empty
+     * @param sAddress the address, neither {@code null} nor empty; one of more than 15 bytes is
+     *     sent as an empty text
+     * @param sMask the mask, likewise
      * @return 0, or -1 when an argument is {@code null} or empty, or when the process doesn't
      *     answer or refuses
      */
@@ -42,8 +43,9 @@ public class LANIPConfigServiceJNI {
      *
      * @param sStatus {@code TRUE}, in upper or lower case, switches the server on; every other text
      *     switches it off, so beware of {@code yes} and {@code 1}; neither {@code null} nor empty
-     * @param sStart the first address of the pool, neither {@code null} nor empty
-     * @param sEnd the last address of the pool, neither {@code null} nor empty
+     * @param sStart the first address of the pool, neither {@code null} nor empty; one of more than
+     *     15 bytes is sent as an empty text
+     * @param sEnd the last address of the pool, likewise
      * @param iDuration the time that a lease lasts, in the gateway's unit, passed on as it is
      * @return 0, or -1 when a text is {@code null} or empty, or when the process doesn't answer or
      *     refuses
