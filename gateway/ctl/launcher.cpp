@@ -263,8 +263,14 @@ void AwaitStart(const RuntimeDir &stDir, Child &stChild, Clock::time_point stEnd
                        "; its log " + acLog + (acSaid.empty() ? " is empty" : " says:\n" + acSaid));
 }
 
-/// Removes what processes left in memory that lives beyond them.
-void RemoveLeftovers() {
+/// Removes what processes left that lives beyond them: shared memory, files half written.
+void RemoveLeftovers(const RuntimeDir &stDir) {
+    for (const ProcessInfo &stInfo : kProcesses) {
+        RemoveHalfWritten(stDir.StateFile(stInfo.pcName));
+    }
+    for (const std::string &acPath : {stDir.HomeFile(), stDir.FeaturesFile(), stDir.BootFile()}) {
+        RemoveHalfWritten(acPath);
+    }
     (void)VT_HOST_RemoveStaleBlocks();
     for (const int32_t iKey : {kFtpRightKey, kSambaRightKey}) {
         const int32_t iSegment = VT_OS_ShmGet(iKey, 0, 0);
@@ -280,7 +286,7 @@ void TidyWhenDown(const RuntimeDir &stDir) {
     if (Running(stDir).empty()) {
         // The next start is a start of the gateway. Nobody is left to free what bulk data there is.
         ForgetGatewayStart(stDir);
-        RemoveLeftovers();
+        RemoveLeftovers(stDir);
         RemoveDeadSockets(stDir);
     }
 }
@@ -324,7 +330,7 @@ void StartLocked(const RuntimeDir &stDir, const Locations &stLocations,
         RemoveState(stDir);
     }
     if (astRunning.empty()) {
-        RemoveLeftovers();
+        RemoveLeftovers(stDir);
         TakeOverHome(stDir, stLocations);
         NoteGatewayStart(stDir);
     }

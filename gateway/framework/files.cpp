@@ -1,11 +1,14 @@
 #include "framework/files.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <memory>
 #include <system_error>
 
 #include "framework/error.h"
@@ -15,6 +18,7 @@ namespace wap::gateway {
 namespace {
 
 constexpr size_t kMaxFileSize = 16u << 20;
+constexpr std::string_view kTemporaryEnd = ".tmp";
 
 [[noreturn]] void Fail(const std::string &acWhat, const std::string &acPath) {
     const int iErrno = errno;
@@ -32,6 +36,12 @@ void WriteAll(int iFd, std::string_view pcText, const std::string &acPath) {
         }
         pcText.remove_prefix(static_cast<size_t>(iDone));
     }
+}
+
+/// The folder of a file, with its slash at the end; "." for a name alone.
+std::string FolderOf(const std::string &acPath) {
+    const std::string acFolder = acPath.substr(0, acPath.rfind('/') + 1);
+    return acFolder.empty() ? "." : acFolder;
 }
 
 /// Removes a temporary file unless it found its final place.
@@ -93,7 +103,7 @@ std::optional<std::string> ReadTextFile(const std::string &acPath) {
 }
 
 void WriteTextFile(const std::string &acPath, std::string_view pcText) {
-    const std::string acTemp = acPath + "." + std::to_string(getpid()) + ".tmp";
+    const std::string acTemp = acPath + "." + std::to_string(getpid()) + std::string(kTemporaryEnd);
     FileDescriptor stFile(open(acTemp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
     if (stFile.Get() < 0) {
         Fail("make", acTemp);
@@ -107,11 +117,28 @@ void WriteTextFile(const std::string &acPath, std::string_view pcText) {
         Fail("replace", acPath);
     }
     stTemp.Keep();
-    const std::string acFolder = acPath.substr(0, acPath.rfind('/') + 1);
-    FileDescriptor stFolder(
-        open(acFolder.empty() ? "." : acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string acFolder = FolderOf(acPath);
+    FileDescriptor stFolder(open(acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (stFolder.Get() < 0 || fsync(stFolder.Get()) != 0) {
         Fail("flush", acFolder);
+    }
+}
+
+void RemoveHalfWritten(const std::string &acPath) {
+    const std::string acFolder = FolderOf(acPath);
+    const std::string acBegin = acPath.substr(acPath.rfind('/') + 1) + ".";
+    const std::unique_ptr<DIR, int (*)(DIR *)> pstFolder(opendir(acFolder.c_str()), closedir);
+    while (const dirent *pstEntry = pstFolder ? readdir(pstFolder.get()) : nullptr) {
+        const std::string_view pcName = pstEntry->d_name;
+        if (!pcName.starts_with(acBegin) || !pcName.ends_with(kTemporaryEnd) ||
+            pcName.size() <= acBegin.size() + kTemporaryEnd.size()) {
+            continue;
+        }
+        const std::string_view pcPid =
+            pcName.substr(acBegin.size(), pcName.size() - acBegin.size() - kTemporaryEnd.size());
+        if (pcPid.find_first_not_of("0123456789") == std::string_view::npos) {
+            (void)unlinkat(dirfd(pstFolder.get()), pstEntry->d_name, 0);
+        }
     }
 }
 

@@ -40,6 +40,10 @@ std::optional<std::string> ReadTextFile(const std::string &acPath);
 /// then still there.
 void WriteTextFile(const std::string &acPath, std::string_view pcText);
 
+/// Removes the temporary files that WriteTextFile has left where its process was killed. Nobody may
+/// be writing the file meanwhile.
+void RemoveHalfWritten(const std::string &acPath);
+
 /// Makes a directory (mode 0700) unless it is there. Throws GatewayError.
 void MakeDirectory(const std::string &acPath);
 

@@ -165,6 +165,7 @@ void PutField(char *pcField, size_t uiSize, std::string_view pcText) {
 
 Home::Home(const RuntimeDir &stDir, const ProcessInfo &stInfo)
     : m_acStateFile(stDir.StateFile(stInfo.pcName)), m_stRoot(ReadObject(m_acStateFile)) {
+    RemoveHalfWritten(m_acStateFile);
     const JsonValue stShipped = ReadObject(stDir.HomeFile());
     const JsonValue stOwned = MakeObject();
     for (const std::string_view pcSection : stInfo.astSections) {

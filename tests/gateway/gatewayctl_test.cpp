@@ -371,6 +371,29 @@ TEST_F(RunningGatewayTest, ChangesSurviveCrashAndRestart) {
     EXPECT_EQ(Query("osgi_proxy", 0x47209035, 336).acBytes.substr(75, 65), Field("Kept", 65));
 }
 
+TEST_F(RunningGatewayTest, WhatAKilledProcessHadHalfWrittenGoesWithTheNextStart) {
+    const auto fnIsThere = [this](const std::string &acName) {
+        return access((m_acDir + "/" + acName).c_str(), F_OK) == 0;
+    };
+    CtlOk({"set", "device.vendor", "Kept"});
+    CtlOk({"kill", "osgi_proxy"});
+    WriteFile("state/osgi_proxy.json.4711.tmp", "{\"device\": {\"ven");
+    WriteFile("state/osgi_proxy.json.old.tmp", "of somebody else");
+    WriteFile("state/cwmp.json.4711.tmp", "of a process that runs, or is about to be replaced");
+    WriteFile("state/home.json.4711.tmp", "{");
+    WriteFile("gateway.start.4711.tmp", "1");
+    CtlOk({"start", "osgi_proxy", "--timeout", "60"});
+    EXPECT_FALSE(fnIsThere("state/osgi_proxy.json.4711.tmp"));
+    EXPECT_TRUE(fnIsThere("state/osgi_proxy.json.old.tmp"));
+    EXPECT_TRUE(fnIsThere("state/cwmp.json.4711.tmp"));
+    EXPECT_EQ(CtlOk({"get", "device.vendor"}), "Kept\n");
+    CtlOk({"stop"});
+    for (const char *pcName :
+         {"state/cwmp.json.4711.tmp", "state/home.json.4711.tmp", "gateway.start.4711.tmp"}) {
+        EXPECT_FALSE(fnIsThere(pcName)) << pcName;
+    }
+}
+
 TEST_F(RunningGatewayTest, FreshStartsOverWithTheShippedHome) {
     CtlOk({"set", "device.vendor", "Forgotten"});
     const Outcome stRefused = Ctl({"start", "--fresh"});
