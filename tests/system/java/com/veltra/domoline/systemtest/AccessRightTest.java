@@ -3,16 +3,12 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
-import java.io.IOException;
-import java.nio.file.Files;
-import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.concurrent.CompletableFuture;
 import java.util.concurrent.ExecutorService;
 import java.util.concurrent.Executors;
 import java.util.concurrent.Future;
-import java.util.stream.Collectors;
 import org.junit.jupiter.api.AfterAll;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
@@ -38,7 +34,7 @@ class AccessRightTest {
     /** Whatever a test does, it leaves no shared memory of this virtual machine behind. */
     @AfterEach
     void noSegmentIsLeft() {
-        assertEquals(List.of(), segments());
+        assertEquals(List.of(), Leftovers.segments());
     }
 
     @AfterAll
@@ -52,21 +48,6 @@ class AccessRightTest {
         BoxMethod.FTP_RIGHTS.assertSucceeds();
         BoxMethod.SAMBA_RIGHTS.assertSucceeds();
         BoxMethod.HTTP_RIGHTS.assertSucceeds();
-    }
-
-    /** The sizes of the System V segments that this process has made. */
-    private static List<String> segments() {
-        String me = String.valueOf(ProcessHandle.current().pid());
-        try {
-            return Files.readAllLines(Path.of("/proc/sysvipc/shm"))
-                    .stream()
-                    .map(line -> line.trim().split(" +"))
-                    .filter(columns -> columns[4].equals(me))
-                    .map(columns -> columns[3])
-                    .collect(Collectors.toList());
-        } catch (IOException e) {
-            throw new AssertionError(e);
-        }
     }
 
     // ---- rights ----
@@ -235,13 +216,13 @@ class AccessRightTest {
         Gateway.fault(Gateway.kOsgiProxy, service.iFillRpc, "--delay",
                 String.valueOf(iMilliseconds), "--times", "1");
         CompletableFuture<String> answer = CompletableFuture.supplyAsync(service::info);
-        List<String> sizes = segments();
+        List<String> sizes = Leftovers.segments();
         while (sizes.isEmpty() && !answer.isDone()) {
             Thread.sleep(5);
-            sizes = segments();
+            sizes = Leftovers.segments();
         }
         assertTrue(answer.get().startsWith("{\"Result\":0,"), answer.get());
-        assertEquals(List.of(), segments());
+        assertEquals(List.of(), Leftovers.segments());
         return sizes;
     }
 
@@ -250,7 +231,7 @@ class AccessRightTest {
     void aSegmentThatIsNotFilledIsRemoved(AccountService service) {
         Gateway.fault(Gateway.kOsgiProxy, service.iFillRpc, "--code", "7", "--times", "1");
         assertEquals(Box.kFailed, service.info());
-        assertEquals(List.of(), segments());
+        assertEquals(List.of(), Leftovers.segments());
         assertEquals(AccountService.prepared(), service.info());
     }
 
@@ -292,7 +273,7 @@ class AccessRightTest {
         assertEquals(-1, service.add("tom", "secret"));
         assertEquals(-1, service.delete("anna"));
         assertEquals(-1, service.deleteAll());
-        assertEquals(List.of(), segments());
+        assertEquals(List.of(), Leftovers.segments());
     }
 
     @ParameterizedTest

@@ -33,6 +33,11 @@ final class Home {
         return new Home(kGson.fromJson(Gateway.ctl("get"), JsonObject.class));
     }
 
+    /** All of it. */
+    JsonObject json() {
+        return home;
+    }
+
     /**
      * Tells a list of the home.
      *
@@ -121,8 +126,7 @@ final class Home {
         try {
             Path file = Files.createTempFile("home-", ".json");
             try {
-                Gateway.startOver("--home",
-                        Files.writeString(file, kGson.toJson(home)).toString());
+                Gateway.startOver("--home", Files.writeString(file, kGson.toJson(home)).toString());
             } finally {
                 Files.delete(file);
             }

@@ -1,0 +1,265 @@
+package com.veltra.domoline.systemtest;
+
+import com.google.gson.JsonElement;
+import com.google.gson.JsonObject;
+import java.util.ArrayList;
+import java.util.Collections;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.Random;
+import java.util.concurrent.atomic.AtomicLong;
+import java.util.function.BooleanSupplier;
+import java.util.function.Supplier;
+import java.util.function.UnaryOperator;
+
+/**
+ * The part of a home that one service or a few of them change, and operations of these services at
+ * random. One thread at a time uses a part. All its keys in the model begin with its prefix, and
+ * its instance numbers are given by nobody else, so what it knows of them holds.
+ */
+abstract class StormPart {
+    private static final int kShownErrors = 10;
+
+    /** What all parts together have done. */
+    static final class Tally {
+        final AtomicLong lOperations = new AtomicLong();
+        /** Operations whose answer was the documented failure. */
+        final AtomicLong lFailures = new AtomicLong();
+        /** Operations that must be refused, and were. */
+        final AtomicLong lRefusals = new AtomicLong();
+        /** Set by who makes trouble: nothing may fail meanwhile. */
+        volatile boolean bCalm;
+        private final List<String> errors = Collections.synchronizedList(new ArrayList<>());
+
+        void complain(String what) {
+            errors.add(what);
+        }
+
+        /** The first of them; empty when there were none. */
+        String errors() {
+            synchronized (errors) {
+                return String.join("\n", errors.subList(0, Math.min(kShownErrors, errors.size())));
+            }
+        }
+    }
+
+    /** What an operation that succeeds does to the model, by key. */
+    static final class Effect {
+        private final Map<String, UnaryOperator<String>> changes = new LinkedHashMap<>();
+        private final List<String> inTrouble = new ArrayList<>();
+
+        static Effect set(String key, String value) {
+            return new Effect().and(key, value);
+        }
+
+        static Effect map(String key, UnaryOperator<String> change) {
+            Effect effect = new Effect();
+            effect.changes.put(key, change);
+            return effect;
+        }
+
+        Effect and(String key, String value) {
+            changes.put(key, ignored -> value);
+            return this;
+        }
+
+        /** Something that a success does as well when a query on the way is not answered. */
+        Effect inTrouble(String key, String value) {
+            changes.put(key, ignored -> value);
+            inTrouble.add(key);
+            return this;
+        }
+
+        private void apply(HomeModel model, boolean bDone, boolean bCalm) {
+            changes.forEach((key, change) -> {
+                if (bDone && !inTrouble.contains(key)) {
+                    model.changed(key, change);
+                } else if (!bDone || !bCalm) {
+                    model.mayHaveChanged(key, change);
+                }
+            });
+        }
+    }
+
+    final String prefix;
+    private HomeModel model;
+    private Tally tally;
+    private Random random;
+    private boolean bHeldBack;
+
+    StormPart(String prefix) {
+        this.prefix = prefix;
+    }
+
+    final void begin(HomeModel model, Tally tally, Random random) {
+        this.model = model;
+        this.tally = tally;
+        this.random = random;
+    }
+
+    /** An operation, or a look at the lists. */
+    final void turn() {
+        if (oneIn(10)) {
+            look();
+        } else if (!bHeldBack) {
+            act();
+        }
+    }
+
+    private void look() {
+        boolean bCalmBefore = tally.bCalm;
+        try {
+            told();
+        } catch (AssertionError e) {
+            if (bCalmBefore && tally.bCalm && !canBeOvertaken()) {
+                throw e;
+            }
+        }
+    }
+
+    final void rest(int iMilliseconds) {
+        try {
+            Thread.sleep(roll(2 * iMilliseconds));
+        } catch (InterruptedException e) {
+            throw new AssertionError(e);
+        }
+    }
+
+    /** The home is quiet and certain again. */
+    final void calm(JsonObject home) {
+        bHeldBack = false;
+        learn(home);
+    }
+
+    /**
+     * After a deletion of everything that failed: if it comes late it takes away what was added
+     * meanwhile. Therefore nothing is done until all is calm.
+     */
+    final void holdBackUnless(boolean bDone) {
+        bHeldBack |= !bDone;
+    }
+
+    /** Does one operation, or none when all that it could do is uncertain. */
+    abstract void act();
+
+    /** Tells what the processes that own the part hold, by key. */
+    abstract Map<String, String> held(JsonObject home);
+
+    /** Tells the same as far as the services' lists tell it; null for a part without any. */
+    Map<String, String> told() {
+        return null;
+    }
+
+    /** What the keys begin with that {@link #told} tells. */
+    String toldPrefix() {
+        return prefix;
+    }
+
+    /** Notes what the home says of instance numbers. The home is quiet. */
+    void learn(JsonObject home) {}
+
+    /** Whether another part's change can make an operation of this one fail. */
+    boolean canBeOvertaken() {
+        return false;
+    }
+
+    final HomeModel model() {
+        return model;
+    }
+
+    final boolean isCertain(String key) {
+        return model.isCertain(key);
+    }
+
+    /** Whether nothing is wrong now. */
+    final boolean isCalm() {
+        return tally.bCalm;
+    }
+
+    // ---- operations ----
+
+    /** Makes a change and follows it in the model. */
+    final boolean change(String what, Effect effect, BooleanSupplier call) {
+        boolean bCalmBefore = tally.bCalm;
+        boolean bDone = call.getAsBoolean();
+        boolean bCalm = bCalmBefore && tally.bCalm;
+        tally.lOperations.incrementAndGet();
+        effect.apply(model, bDone, bCalm);
+        if (!bDone) {
+            tally.lFailures.incrementAndGet();
+            if (bCalm && !canBeOvertaken()) {
+                tally.complain(what + " failed though nothing was wrong");
+            }
+        }
+        return bDone;
+    }
+
+    final boolean change(String what, String key, String value, Supplier<Integer> call) {
+        return change(what, Effect.set(key, value), () -> isDone(what, call.get()));
+    }
+
+    /** Whether an answer is 0; anything else but the documented failures is an error. */
+    final boolean isDone(String what, int iAnswer) {
+        if (iAnswer != 0 && iAnswer != -1 && iAnswer != -2) {
+            tally.complain(what + " answered " + iAnswer);
+        }
+        return iAnswer == 0;
+    }
+
+    /** Asks for what must be refused whatever happens, and changes nothing. */
+    final void refused(String what, Supplier<Integer> call) {
+        int iAnswer = call.get();
+        tally.lOperations.incrementAndGet();
+        tally.lRefusals.incrementAndGet();
+        if (iAnswer >= 0) {
+            tally.complain(what + " answered " + iAnswer);
+        }
+    }
+
+    // ---- chance ----
+
+    final int roll(int iSides) {
+        return random.nextInt(iSides);
+    }
+
+    final boolean oneIn(int iSides) {
+        return roll(iSides) == 0;
+    }
+
+    @SafeVarargs
+    final <T> T oneOf(T... choices) {
+        return choices[roll(choices.length)];
+    }
+
+    /** One of the keys that begin so and are certainly there, or certainly not; null if none is. */
+    final String anyKey(String begin, boolean bPresent) {
+        List<String> keys = model.keys(begin, bPresent);
+        return keys.isEmpty() ? null : keys.get(roll(keys.size()));
+    }
+
+    // ---- reading ----
+
+    /** What follows a key's prefix. */
+    static String rest(String key, String begin) {
+        return key.substring(begin.length());
+    }
+
+    static String text(JsonElement element, String member) {
+        return element.getAsJsonObject().get(member).getAsString();
+    }
+
+    /** An answer that must be no failure now. */
+    static JsonObject answer(String text) {
+        JsonObject object = text == null ? null : Home.object(text);
+        if (object == null || object.get("Result").getAsInt() != 0) {
+            throw new AssertionError("a query was answered " + text);
+        }
+        return object;
+    }
+
+    /** Puts a row, and marks the second one of the same key. */
+    static void put(Map<String, String> rows, String key, String value) {
+        rows.merge(key, value, (first, second) -> first + " and once more " + second);
+    }
+}

@@ -1,0 +1,253 @@
+package com.veltra.domoline.systemtest;
+
+import com.google.gson.JsonElement;
+import com.google.gson.JsonObject;
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.TreeMap;
+import java.util.function.IntSupplier;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
+
+/** The uplink in a storm: routes of both kinds, connections, VLAN bindings. */
+final class StormUplink {
+    private StormUplink() {}
+
+    static List<StormPart> parts() {
+        return List.of(new Routes(false), new Routes(true), new Connections(), new Bindings());
+    }
+
+    /** Static routes through connections that stay. */
+    private static final class Routes extends StormPart {
+        private static final int kRoutes = 20;
+        private static final String[] kWays = {Wan.kInternetName, Wan.kOtherName};
+
+        private final boolean bIpv6;
+        private final Map<String, Integer> numbers = new HashMap<>();
+
+        Routes(boolean bIpv6) {
+            super(bIpv6 ? "ipv6 " : "ipv4 ");
+            this.bIpv6 = bIpv6;
+        }
+
+        private String destination(int i) {
+            return bIpv6 ? "2001:db8:" + Integer.toHexString(0x200 + i) + "::/48"
+                         : "10." + (100 + i) + ".0.0";
+        }
+
+        private int add(String destination, String gateway, String way) {
+            return bIpv6 ? Wan.kRoutes.addIPv6Layer3ForwardingStatic(destination, gateway, way)
+                         : Wan.kRoutes.addLayer3ForwardingStatic(
+                                 destination, "255.255.0.0", gateway, way);
+        }
+
+        private int delete(int iNumber) {
+            return bIpv6 ? Wan.kRoutes.deleteIPv6Layer3ForwardingStatic(iNumber)
+                         : Wan.kRoutes.deleteLayer3ForwardingStatic(iNumber);
+        }
+
+        @Override
+        void act() {
+            String destination = destination(roll(kRoutes));
+            String key = prefix + destination;
+            if (!isCertain(key)) {
+                return;
+            }
+            if (model().value(key).equals(HomeModel.kAbsent)) {
+                String gateway = bIpv6 ? "fe80::" + (1 + roll(9)) : "203.0.113." + (1 + roll(9));
+                String way = oneOf(kWays);
+                int[] iNumber = {-1};
+                boolean bDone = change("adding a route", Effect.set(key, gateway + " " + way),
+                        () -> (iNumber[0] = add(destination, gateway, way)) > 0);
+                if (bDone) {
+                    numbers.put(key, iNumber[0]);
+                }
+            } else if (oneIn(6)) {
+                refused("deleting the LAN's own route", () -> delete(1));
+            } else {
+                change("deleting a route", key, HomeModel.kAbsent, () -> delete(numbers.get(key)));
+            }
+        }
+
+        @Override
+        void learn(JsonObject home) {
+            numbers.clear();
+            for (JsonElement route : list(home)) {
+                numbers.put(key(route), route.getAsJsonObject().get("id").getAsInt());
+            }
+        }
+
+        private Iterable<JsonElement> list(JsonObject home) {
+            return home.getAsJsonObject("routes").getAsJsonArray(bIpv6 ? "ipv6" : "ipv4");
+        }
+
+        private String key(JsonElement route) {
+            return prefix + text(route, bIpv6 ? "prefix" : "destination");
+        }
+
+        @Override
+        Map<String, String> held(JsonObject home) {
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement route : list(home)) {
+                String way = text(route, bIpv6 ? "interface" : "connection");
+                int iWay = List.of("wan1.1.ip1", "wan1.2.ip1").indexOf(way);
+                if (!text(route, "id").equals("1")) { // which is the LAN's own
+                    put(rows, key(route),
+                            text(route, bIpv6 ? "nextHop" : "gateway") + " "
+                                    + (iWay < 0 ? way : kWays[iWay]));
+                }
+            }
+            return rows;
+        }
+
+        @Override
+        Map<String, String> told() {
+            Map<String, String> rows = new TreeMap<>();
+            String list = bIpv6 ? Wan.kQuery.getIPv6Layer3ForwardingStaticConfigInfo()
+                                : Wan.kQuery.getLayer3ForwardingStaticConfigInfo();
+            for (JsonElement route : answer(list).getAsJsonArray("List")) {
+                put(rows, prefix + text(route, bIpv6 ? "DestIPPrefix" : "DestIPAddress"),
+                        text(route, bIpv6 ? "NextHop" : "GatewayIPAddress") + " "
+                                + text(route, "Interface"));
+            }
+            return rows;
+        }
+    }
+
+    /** Connections beside those that the home has as it is shipped, by their VLANs. */
+    private static final class Connections extends StormPart {
+        private static final int kVlans = 4;
+        private static final Pattern kName = Pattern.compile("\\d+_(.*)_([RB])_VID_(\\d+)");
+
+        private final Map<String, Integer> indexes = new HashMap<>();
+
+        Connections() {
+            super("connection ");
+        }
+
+        @Override
+        void act() {
+            String vlan = String.valueOf(1000 + roll(kVlans));
+            String key = prefix + vlan;
+            if (!isCertain(key)) {
+                return;
+            }
+            if (model().value(key).equals(HomeModel.kAbsent)) {
+                boolean bRouted = oneIn(2);
+                String type = oneOf("IP_", "PPPoE_") + (bRouted ? "Routed" : "Bridged");
+                int[] iIndex = {-1};
+                boolean bDone =
+                        change("addWANIf", Effect.set(key, bRouted ? "INTERNET R" : "OTHER B"),
+                                () -> (iIndex[0] = Wan.kConfig.addWANIf("2", vlan, type)) > 0);
+                if (bDone) {
+                    indexes.put(key, iIndex[0]);
+                }
+            } else if (oneIn(6)) {
+                refused("a VLAN that is taken", () -> Wan.kConfig.addWANIf("2", vlan, "IP_Routed"));
+            } else if (oneIn(2)) {
+                String service = oneOf("VOIP", "OTHER", "INTERNET");
+                change("setWANIf",
+                        Effect.map(key, value -> service + value.substring(value.indexOf(' '))),
+                        ()
+                                -> isDone("setWANIf",
+                                        Wan.set(indexes.get(key), "ServiceList", service,
+                                                "NATEnabled", oneOf("TRUE", "FALSE"))));
+            } else if (model().isAllCertain(prefix)) {
+                // Its connection device goes in a step of its own, which would take a later
+                // connection's away if it came that late.
+                change("deleteWANIf", key, HomeModel.kAbsent,
+                        () -> Wan.kConfig.deleteWANIf(indexes.get(key)));
+            }
+        }
+
+        private void putName(Map<String, String> rows, String name) {
+            Matcher parts = kName.matcher(name);
+            if (!parts.matches()) {
+                throw new AssertionError("a connection's name is " + name);
+            }
+            put(rows, prefix + parts.group(3), parts.group(1) + " " + parts.group(2));
+        }
+
+        @Override
+        void learn(JsonObject home) {
+            indexes.clear();
+            for (JsonElement wan : home.getAsJsonArray("wan")) {
+                String name = text(wan, "name");
+                indexes.put(prefix + name.substring(name.lastIndexOf('_') + 1),
+                        wan.getAsJsonObject().get("index").getAsInt());
+            }
+        }
+
+        @Override
+        Map<String, String> held(JsonObject home) {
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement wan : home.getAsJsonArray("wan")) {
+                putName(rows, text(wan, "name"));
+            }
+            return rows;
+        }
+
+        @Override
+        Map<String, String> told() {
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement wan : answer(Wan.kAccess.getWANIfList()).getAsJsonArray("List")) {
+                putName(rows, text(wan, "Name"));
+            }
+            return rows;
+        }
+    }
+
+    private static final class Bindings extends StormPart {
+        private static final String[] kInterfaces = {
+                "LAN1", "LAN2", "LAN3", "LAN4", "SSID1", "SSID2", "SSID5"};
+
+        Bindings() {
+            super("binding ");
+        }
+
+        @Override
+        void act() {
+            String place = oneOf(kInterfaces);
+            if (oneIn(12)) {
+                refused("binding what isn't there",
+                        () -> Wan.kBinding.setVLANBind(oneOf("LAN9", "SSID9", "USB1"), "1/2"));
+                return;
+            }
+            boolean bSet = oneIn(2);
+            String pairs = (1 + roll(4094)) + "/" + (1 + roll(4094)) + ",7/8";
+            IntSupplier call = ()
+                    -> bSet ? Wan.kBinding.setVLANBind(place, pairs)
+                            : Wan.kBinding.clearVLANBind(place);
+            change(bSet ? "setVLANBind" : "clearVLANBind", prefix + place,
+                    bSet ? pairs : HomeModel.kAbsent, call::getAsInt);
+        }
+
+        @Override
+        Map<String, String> held(JsonObject home) {
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement port : home.getAsJsonArray("lanPorts")) {
+                putBound(rows, "LAN" + text(port, "port"), text(port, "bind"));
+            }
+            for (JsonElement ssid : home.getAsJsonArray("ssidBindings")) {
+                putBound(rows, "SSID" + text(ssid, "ssid"), text(ssid, "bind"));
+            }
+            return rows;
+        }
+
+        private void putBound(Map<String, String> rows, String place, String pairs) {
+            if (!pairs.isEmpty()) {
+                put(rows, prefix + place, pairs);
+            }
+        }
+
+        @Override
+        Map<String, String> told() {
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement row : answer(Wan.kQuery.getVLANBindInfo()).getAsJsonArray("List")) {
+                putBound(rows, text(row, "LanInterface"), text(row, "Bind"));
+            }
+            return rows;
+        }
+    }
+}

@@ -1,0 +1,281 @@
+package com.veltra.domoline.systemtest;
+
+import java.io.IOException;
+import java.io.OutputStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.Random;
+import java.util.TreeSet;
+
+/**
+ * What goes wrong in a home, by chance: processes die, hang and come back, answers are failures,
+ * late or none, the disk is full, the box is reset.
+ */
+final class Weather {
+    private static final String[] kProcesses = {Gateway.kAppM, Gateway.kGulm, Gateway.kOsgiProxy,
+            Gateway.kCwmp, Gateway.kIgmp, Gateway.kTarn, Gateway.kUsbMngt};
+    /** Their callers wait for 5 seconds. */
+    private static final String[] kHasty = {Gateway.kGulm, Gateway.kAppM};
+    private static final int kTooLate = 5500;
+    private static final int kMuchTooLate = 30500;
+    private static final int kPatienceSeconds = 60;
+
+    private final Random random;
+    private final boolean bLong;
+    long lKills;
+    long lStops;
+    long lFaults;
+    long lFullDisks;
+    long lResets;
+    private final long lBegin = System.nanoTime();
+    private final StringBuilder report = new StringBuilder();
+    private long lLongestDelay;
+    /** The process that hangs while others are in trouble; "" for none. */
+    private String hanging = "";
+
+    /** @param bLong also what makes callers wait for half a minute */
+    Weather(Random random, boolean bLong) {
+        this.random = random;
+        this.bLong = bLong;
+    }
+
+    /** What happened when, in milliseconds. */
+    String report() {
+        return report.toString();
+    }
+
+    private void note(String what) {
+        report.append((System.nanoTime() - lBegin) / 1_000_000)
+                .append(' ')
+                .append(what)
+                .append('\n');
+    }
+
+    private int roll(int iSides) {
+        return random.nextInt(iSides);
+    }
+
+    private String oneOf(String... names) {
+        return names[roll(names.length)];
+    }
+
+    private static void rest(long lMilliseconds) {
+        try {
+            Thread.sleep(lMilliseconds);
+        } catch (InterruptedException e) {
+            throw new AssertionError(e);
+        }
+    }
+
+    /** Makes trouble for so long; what it began it ends. */
+    void storm(long lMilliseconds, boolean bDisk) {
+        long lEnd = System.nanoTime() + lMilliseconds * 1_000_000;
+        lLongestDelay = 0;
+        // Of the rare ones at least one.
+        if (bDisk) {
+            fillDisk();
+        } else {
+            reset();
+            late(kTooLate, "");
+            hanging = oneOf(kHasty);
+        }
+        String id = hanging.isEmpty() ? "" : stop(hanging);
+        try {
+            makeTrouble(lEnd, bDisk);
+        } finally {
+            hanging = "";
+            if (!id.isEmpty()) {
+                goOn(id);
+            }
+        }
+    }
+
+    private void makeTrouble(long lEnd, boolean bDisk) {
+        while (System.nanoTime() < lEnd) {
+            int iWhat = roll(10);
+            if (iWhat < 4) {
+                kill();
+            } else if (iWhat < 7) {
+                misbehave();
+            } else if (bDisk) {
+                fillDisk();
+            } else {
+                hang(bLong && roll(4) == 0 ? kTooLate + 100 : 50 + roll(1000));
+            }
+            rest(roll(150));
+        }
+    }
+
+    /** Waits until all is well and what was late has happened. Nobody asks for anything. */
+    void clearUp() {
+        note("clearing up");
+        Gateway.ctl("start");
+        Gateway.clear();
+        if (lLongestDelay > 0) {
+            rest(lLongestDelay + 200);
+        }
+        Map<String, Long> before;
+        Map<String, Long> after = Gateway.requests();
+        do {
+            rest(200);
+            before = after;
+            after = Gateway.requests();
+        } while (!before.equals(after) || after.size() < kProcesses.length);
+        note("all is quiet");
+    }
+
+    private void kill() {
+        TreeSet<String> victims = new TreeSet<>();
+        for (int i = roll(3); i >= 0; i--) {
+            victims.add(victim());
+        }
+        note("dead: " + victims);
+        for (String process : victims) {
+            Gateway.kill(process);
+            lKills++;
+        }
+        rest(roll(300));
+        String[] words = new String[victims.size() + 1];
+        words[0] = "start";
+        int i = 1;
+        for (String process : victims) {
+            words[i++] = process;
+        }
+        Gateway.ctl(words);
+        note("alive again");
+    }
+
+    private void hang(long lMilliseconds) {
+        String id = stop(victim());
+        try {
+            rest(lMilliseconds);
+        } finally {
+            goOn(id);
+        }
+    }
+
+    /** A process that doesn't hang. */
+    private String victim() {
+        String process;
+        do {
+            process = oneOf(kProcesses);
+        } while (process.equals(hanging));
+        return process;
+    }
+
+    private String stop(String process) {
+        String id = String.valueOf(Gateway.processIds().get(process));
+        Gateway.program("kill", "-STOP", id);
+        lStops++;
+        note("stopped: " + process + " " + id);
+        return id;
+    }
+
+    private void goOn(String id) {
+        Gateway.program("kill", "-CONT", id);
+        note("going on: " + id);
+    }
+
+    private String hastyVictim() {
+        return hanging.equals(kHasty[0])    ? kHasty[1]
+                : hanging.equals(kHasty[1]) ? kHasty[0]
+                                            : oneOf(kHasty);
+    }
+
+    private void misbehave() {
+        String process = victim();
+        switch (roll(4)) {
+        case 0:
+            fault(process, 1 + roll(6), "--code", "7");
+            break;
+        case 1:
+            fault(process, 1 + roll(20), "--delay", String.valueOf(1 + roll(200)));
+            break;
+        case 2:
+            late(bLong && roll(4) == 0 ? kMuchTooLate : kTooLate, process);
+            break;
+        default:
+            fault(bLong && roll(4) == 0 ? process : hastyVictim(), 1, "--drop");
+        }
+    }
+
+    private void late(int iMilliseconds, String process) {
+        lLongestDelay = Math.max(lLongestDelay, iMilliseconds);
+        fault(iMilliseconds > kTooLate ? process : hastyVictim(), 1 + roll(2), "--delay",
+                String.valueOf(iMilliseconds));
+    }
+
+    private void fault(String process, int iTimes, String... how) {
+        List<String> words = new ArrayList<>(List.of("fault", process, "any"));
+        words.addAll(List.of(how));
+        words.addAll(List.of("--times", String.valueOf(iTimes)));
+        lFaults++;
+        note(String.join(" ", words));
+        Gateway.ctl(words.toArray(new String[0]));
+    }
+
+    private void reset() {
+        Map<String, Long> before = Gateway.processIds();
+        if (Box.kReset.reset() != 0) {
+            return; // as its process was told to
+        }
+        lResets++;
+        note("reset");
+        long lEnd = System.nanoTime() + kPatienceSeconds * 1_000_000_000L;
+        Map<String, Long> now;
+        do {
+            if (System.nanoTime() > lEnd) {
+                throw new AssertionError("the reset does not end: " + before);
+            }
+            rest(100);
+            now = Gateway.processIds();
+            now.values().removeAll(before.values());
+        } while (now.size() < before.size());
+        Gateway.ctl("wait");
+        note("up again");
+    }
+
+    /** Where the disk ends: everything that is written there fails for a while. */
+    private void fillDisk() {
+        Path ballast = Leftovers.directory().resolve("ballast");
+        try {
+            try {
+                fill(ballast);
+                lFullDisks++;
+                note("the disk is full");
+                rest(100 + roll(700));
+            } finally {
+                Files.deleteIfExists(ballast);
+                note("the disk has room again");
+            }
+        } catch (IOException e) {
+            throw new AssertionError(e);
+        }
+    }
+
+    private static void fill(Path file) throws IOException {
+        byte[] piece = new byte[1 << 16];
+        long lMost = Files.getFileStore(file.getParent()).getTotalSpace();
+        if (lMost > 1L << 26) {
+            throw new AssertionError("a disk of " + lMost + " bytes would take long to fill");
+        }
+        try (OutputStream out = Files.newOutputStream(file)) {
+            for (int iLength = piece.length; iLength > 0; iLength /= 2) {
+                try {
+                    while (true) {
+                        out.write(piece, 0, iLength);
+                    }
+                } catch (IOException e) {
+                    // No room for a piece of this length: on with shorter ones.
+                }
+            }
+        }
+        if (Files.size(file) > lMost) {
+            throw new AssertionError(
+                    "the disk took " + Files.size(file) + " bytes and is not full");
+        }
+    }
+}
