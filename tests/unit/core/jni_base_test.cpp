@@ -4,6 +4,7 @@
 #include "common/jni_base.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -367,7 +368,27 @@ TEST_F(Join, RefusesWhatItCannotWorkWith) {
     EXPECT_EQ(JNI_COMMON_GetStrFromObjArray(&stEnv, jTexts, "", acOut, sizeof(acOut)), 1u);
     EXPECT_EQ(JNI_COMMON_GetStrFromObjArray(&stEnv, jTexts, ",", nullptr, 8), 1u);
     EXPECT_EQ(JNI_COMMON_GetStrFromObjArray(&stEnv, jTexts, ",", acOut, 0), 1u);
+    EXPECT_EQ(JNI_COMMON_GetStrFromObjArray(nullptr, jTexts, ",", acOut, sizeof(acOut)), 1u);
     EXPECT_STREQ(acOut, "");
+}
+
+TEST_F(JniBase, NothingIsConvertedWithoutAnEnvironment) {
+    const jstring jText = stEnv.JavaText(u"abc");
+    EXPECT_EQ(jstring2char(nullptr, jText), nullptr);
+    EXPECT_EQ(jstringtochar(nullptr, jText), nullptr);
+    EXPECT_EQ(char2jstring(nullptr, "abc"), nullptr);
+    EXPECT_TRUE(stEnv.asCalls.empty());
+}
+
+// Four references an element: more of them than a number tells are not asked for, and a number that
+// wrapped would be granted.
+TEST_F(JniBase, MoreReferencesThanANumberTellsAreRefused) {
+    stEnv.uiCapacityMax = INT_MAX;
+    EXPECT_TRUE(EnsureElementRefs(&stEnv, INT_MAX / 4));
+    stEnv.asCalls.clear();
+    EXPECT_FALSE(EnsureElementRefs(&stEnv, INT_MAX / 4 + 1));
+    EXPECT_FALSE(EnsureElementRefs(&stEnv, INT_MAX));
+    EXPECT_TRUE(stEnv.asCalls.empty());
 }
 
 }  // namespace

@@ -37,6 +37,25 @@ TEST_F(Json, PrintsEveryType) {
     EXPECT_EQ(Print(Tree("9223372036854775807")), "9223372036854775807");
 }
 
+// A number that was not parsed is printed once more to know how long its text must be, which needs
+// memory, too.
+TEST_F(Json, NumbersOfOurOwnPrintRightOrNotAtAll) {
+    json_object *pstRoot = Keep(json_object_new_object());
+    ASSERT_EQ(json_object_object_add(pstRoot, "d", json_object_new_double(0.5)), 0);
+    uint32_t uiPrinted = 0;
+    bool bDone = false;
+    for (uint32_t uiAt = 1; !bDone; ++uiAt) {
+        stWorld.Plan({Op::kAlloc, uiAt, false});
+        const std::string sText = Print(pstRoot);
+        bDone = stWorld.Count(Op::kAlloc) < uiAt;
+        stWorld.Plan({});
+        EXPECT_TRUE(sText == "{ \"d\": 0.5 }" || (sText == "(null)" && !bDone)) << sText;
+        uiPrinted += sText == "(null)" ? 0 : 1;
+    }
+    EXPECT_GE(uiPrinted, 1u);
+    stPlatform.astFaults.clear();
+}
+
 TEST_F(Json, ParseOfNoText) {
     EXPECT_EQ(JSON_Parse(nullptr, 0), nullptr);
     ExpectRecorded(kNull);

@@ -54,7 +54,7 @@ TEST_F(StackKeepsTest, SeesNothingOfAWipedRecord) {
 
 // Wherever in the frames below it lies, the outermost included.
 TEST_F(StackKeepsTest, SeesAnyPlace) {
-    for (const size_t uiAt : {0, 1, 300, 4000, 4096 - 24}) {
+    for (const size_t uiAt : {0u, 1u, 300u, 4000u, 4096u - 24}) {
         const auto fnLeave = [uiAt] {
             [[maybe_unused]] volatile char acFrame[4096];
             for (size_t i = 0; i < kSecret.size(); ++i) {

@@ -170,14 +170,14 @@ TEST_F(StartThread, ThreadCreationFails) {
 }
 
 TEST_F(StartThread, ManyCallersStartOnce) {
-    constexpr int kThreads = 8;
+    constexpr size_t kThreads = 8;
     std::array<World, kThreads> astWorlds;
     World::SetCurrent(&stWorld);
     std::array<jint, kThreads> aiResults;
     aiResults.fill(-7);
     std::vector<std::thread> astThreads;
     astThreads.reserve(kThreads);
-    for (int i = 0; i < kThreads; ++i) {
+    for (size_t i = 0; i < kThreads; ++i) {
         astThreads.emplace_back([&, i] {
             World::SetCurrent(&astWorlds[i]);
             FakeJni stOwnEnv;
@@ -189,7 +189,7 @@ TEST_F(StartThread, ManyCallersStartOnce) {
     }
     size_t uiInits = 0;
     size_t uiCreated = 0;
-    for (int i = 0; i < kThreads; ++i) {
+    for (size_t i = 0; i < kThreads; ++i) {
         astThreads[i].join();
         EXPECT_EQ(aiResults[i], 0);
         uiInits += astWorlds[i].stPlatform.astInits.size();

@@ -32,6 +32,14 @@ TEST_F(Answers, EmptyTextThatJavaCanNotMakeIsNull) {
     }
 }
 
+TEST_F(Answers, FaultTellsTheWorkersCodeWhereItIsWanted) {
+    EXPECT_EQ(Ended(FaultAnswer(&stEnv, WAP_SPOT, OnFailure::kWorkersCode, 5)),
+              TextAnswerOf("{ \"Result\": 5 }"));
+    EXPECT_EQ(Ended(FaultAnswer(&stEnv, WAP_SPOT, OnFailure::kMinusOne, 5)),
+              TextAnswerOf("{ \"Result\": -1 }"));
+    EXPECT_EQ(TakeFaults(), (FileCodes(2, {"answers_test.cpp", 5})));
+}
+
 TEST_F(Answers, HeapTextIsHandedOverAndReleased) {
     auto *pcText = static_cast<char *>(VT_OS_MemMallocSet(6, __FILE_NAME__, __LINE__));
     memcpy(pcText, "a text", 5);

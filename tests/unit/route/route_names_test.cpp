@@ -255,6 +255,7 @@ TEST_F(PrefixTest, OnlyAnAddressThatIsNoneLosesItsEnd) {
     EXPECT_EQ(Parse("fe80::1 /64"), Bytes("\xFE\x80", "\x01", 64));
     EXPECT_EQ(Parse("fe80::1xyz. /64"), Bytes("\xFE\x80", "\x01", 64));
     EXPECT_EQ(Parse("fe80::aF%/64"), Bytes("\xFE\x80", "\xAF", 64));
+    EXPECT_EQ(Parse("fe80::Af%/64"), Bytes("\xFE\x80", "\xAF", 64));
     // Not two of the three colons: all of the end goes.
     EXPECT_EQ(Parse("fe80:::/64"), "");
     EXPECT_EQ(Parse("fe80::1%eth0/64"), "");
