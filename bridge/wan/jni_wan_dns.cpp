@@ -103,11 +103,12 @@ uint32_t VT_API_MergeIpv4Dns(const char *pcOld, char *pcNew, uint32_t uiNewSize)
     const Servers stMerged = Merge(pcOld, pcNew);
     const Server &stFirst = stMerged.astServers[0];
     const Server &stSecond = stMerged.astServers[1];
-    if (stFirst.iLength == 0 && stSecond.iLength == 0) {
+    // Where there is a second, there is a first.
+    if (stFirst.iLength == 0) {
         return Recorded(WAP_SPOT, kErrNoList, uiNewSize);
     }
     char acDnsStr[kIpv4ListSize] = {};
-    const char *pcBetween = stFirst.iLength != 0 && stSecond.iLength != 0 ? "," : "";
+    const char *pcBetween = stSecond.iLength != 0 ? "," : "";
     // What is too long is cut.
     (void)VT_OS_Snprintf_S(acDnsStr, sizeof(acDnsStr), sizeof(acDnsStr) - 1, "%.*s%s%.*s",
                            stFirst.iLength, stFirst.pcText, pcBetween, stSecond.iLength,
