@@ -8,6 +8,12 @@ elseif(WAP_SANITIZE)
     message(FATAL_ERROR "WAP_SANITIZE is '${WAP_SANITIZE}': use address, thread or nothing")
 endif()
 
+# For the bridge and its tests alone: a process of the gateway that is killed leaves no profile.
+if(WAP_COVERAGE)
+    set(WAP_COVERAGE_COMPILE_OPTIONS -fprofile-instr-generate -fcoverage-mapping)
+    set(WAP_COVERAGE_LINK_OPTIONS -fprofile-instr-generate)
+endif()
+
 if(WAP_FUZZ)
     # The fuzzer sees every branch of our code.
     add_compile_options(-fsanitize=fuzzer-no-link)
