@@ -11,36 +11,52 @@ namespace {
 constexpr Op kOps[] = {Op::kAlloc, Op::kJni, Op::kRpc, Op::kBulk, Op::kPlatform};
 
 std::string Describe(const Subject &stSubject, const FaultPlan &stPlan, JniFailure eFailure) {
-    return stSubject.sName + ": " + NameOf(stPlan.eOp) + " " + std::to_string(stPlan.uiAt) +
-           (stPlan.bForever ? " and all after it" : "") +
+    return stSubject.sName + ": " + NameOf(stPlan.eOp) + " " + std::string(stPlan.sName) + " " +
+           std::to_string(stPlan.uiAt) + (stPlan.bForever ? " and all after it" : "") +
            (eFailure == JniFailure::kNullAlone ? ", without an exception" : "");
+}
+
+std::map<std::string, uint64_t> &Failed() {
+    static std::map<std::string, uint64_t> s_mapFailed;
+    return s_mapFailed;
+}
+
+/// Counts what failed; nothing did when it gives 0.
+uint32_t Note(const OpTallies &mapTallies) {
+    uint32_t uiFailed = 0;
+    for (const auto &[sName, stTally] : mapTallies) {
+        if (stTally.uiFailed != 0) {
+            Failed()[GroupOf(stTally.eOp, sName)] += stTally.uiFailed;
+            uiFailed += stTally.uiFailed;
+        }
+    }
+    return uiFailed;
 }
 
 /// One call under a plan, and its outcome.
 std::string CallOnce(const Subject &stSubject, World &stWorld, FakeJni &stEnv,
-                     const FaultPlan &stPlan, OpCounts *pauiCounts) {
+                     const FaultPlan &stPlan, OpTallies *pmapTallies) {
     stWorld.Plan({});
     stSubject.fnFurnish(stWorld);
     stWorld.Plan(stPlan);
     stSubject.fnCall(stEnv);
-    for (size_t i = 0; i < kOpCount; ++i) {
-        (*pauiCounts)[i] = stWorld.Count(static_cast<Op>(i));
-    }
+    *pmapTallies = stWorld.Tallies();
+    stSubject.fnTold(*pmapTallies);
     stWorld.Plan({});
     std::string sOutcome = stSubject.fnOutcome(stEnv);
     stEnv.EndCall();
     return sOutcome;
 }
 
-OpCounts RunWithout(const Subject &stSubject) {
+OpTallies RunWithout(const Subject &stSubject) {
     ResetBridge();
     World stWorld;
     FakeJni stEnv;
-    OpCounts auiCounts{};
-    EXPECT_EQ(CallOnce(stSubject, stWorld, stEnv, {}, &auiCounts), stSubject.sGood)
+    OpTallies mapTallies;
+    EXPECT_EQ(CallOnce(stSubject, stWorld, stEnv, {}, &mapTallies), stSubject.sGood)
         << stSubject.sName;
     stWorld.ExpectClean(stSubject.sName);
-    return auiCounts;
+    return mapTallies;
 }
 
 void RunWith(const Subject &stSubject, const FaultPlan &stPlan, JniFailure eFailure) {
@@ -50,14 +66,30 @@ void RunWith(const Subject &stSubject, const FaultPlan &stPlan, JniFailure eFail
     World stWorld;
     FakeJni stEnv;
     stEnv.eFailure = eFailure;
-    OpCounts auiCounts{};
-    const std::string sOutcome = CallOnce(stSubject, stWorld, stEnv, stPlan, &auiCounts);
-    EXPECT_GE(CountOf(auiCounts, stPlan.eOp), stPlan.uiAt) << "the fault did not happen";
+    OpTallies mapTallies;
+    const std::string sOutcome = CallOnce(stSubject, stWorld, stEnv, stPlan, &mapTallies);
+    EXPECT_NE(Note(mapTallies), 0u) << "the fault did not happen";
     EXPECT_TRUE(stSubject.fnAllowed(stPlan).contains(sOutcome)) << "outcome: " << sOutcome;
     stWorld.ExpectClean();
-    EXPECT_EQ(CallOnce(stSubject, stWorld, stEnv, {}, &auiCounts), stSubject.sGood)
+    EXPECT_EQ(CallOnce(stSubject, stWorld, stEnv, {}, &mapTallies), stSubject.sGood)
         << "the call after the fault";
     stWorld.ExpectClean("the call after the fault");
+}
+
+/// Fails the operations of a plan's kind or name in turn.
+void RunInTurn(const Subject &stSubject, FaultPlan stPlan, uint32_t uiLast, bool bAlone) {
+    for (stPlan.uiAt = 1; stPlan.uiAt <= uiLast; ++stPlan.uiAt) {
+        for (const bool bForever : {false, true}) {
+            stPlan.bForever = bForever;
+            if (!bForever && !bAlone) {
+                continue;
+            }
+            RunWith(stSubject, stPlan, JniFailure::kNullAndException);
+            if (stPlan.eOp == Op::kJni) {
+                RunWith(stSubject, stPlan, JniFailure::kNullAlone);
+            }
+        }
+    }
 }
 
 }  // namespace
@@ -83,22 +115,65 @@ uint32_t CountOf(const OpCounts &auiCounts, Op eOp) {
 }
 
 OpCounts SweepFaults(const Subject &stSubject) {
-    const OpCounts auiCounts = RunWithout(stSubject);
+    const OpTallies mapTallies = RunWithout(stSubject);
+    OpCounts auiCounts{};
+    for (const auto &[sName, stTally] : mapTallies) {
+        auiCounts[static_cast<size_t>(stTally.eOp)] += stTally.uiDone;
+    }
     for (const Op eOp : kOps) {
         const uint32_t uiCount = CountOf(auiCounts, eOp);
         const uint32_t uiLast =
             eOp == Op::kAlloc ? std::min(uiCount, stSubject.uiMostAllocs) : uiCount;
-        for (uint32_t uiAt = 1; uiAt <= uiLast; ++uiAt) {
-            for (const bool bForever : {false, true}) {
-                RunWith(stSubject, {eOp, uiAt, bForever}, JniFailure::kNullAndException);
-                if (eOp == Op::kJni) {
-                    RunWith(stSubject, {eOp, uiAt, bForever}, JniFailure::kNullAlone);
-                }
-            }
+        RunInTurn(stSubject, {eOp}, uiLast, true);
+    }
+    for (const auto &[sName, stTally] : mapTallies) {
+        // Each of them alone, and a name that is all of its kind, were there already.
+        if (stSubject.bByName && stTally.uiDone != CountOf(auiCounts, stTally.eOp)) {
+            RunInTurn(stSubject, {stTally.eOp, 0, true, sName}, stTally.uiDone, false);
         }
     }
     ResetBridge();
     return auiCounts;
+}
+
+const std::map<std::string, uint64_t> &FailedOperations() {
+    return Failed();
+}
+
+std::string GroupOf(Op eOp, std::string_view sName) {
+    static const std::map<std::string_view, std::string> s_mapGroups = {
+        {kPlatformAllocation, "platform_allocation"},
+        {kMalloc, "malloc"},
+        {kRpcCall, "rpc"},
+        {"VT_MSG_AsyncSendData", "message"},
+        {"VT_VDATA_CreShm", "bulk.create"},
+        {"VT_VDATA_UpdateData", "bulk.update"},
+        {"VT_VDATA_ReadData", "bulk.read"},
+        {"VT_VDATA_FreeShm", "bulk.free"},
+        {"VT_OS_Compress", "bulk.compress"},
+        {"VT_OS_Decompress", "bulk.decompress"},
+        {"VT_OS_ShmGet", "system_v"},
+        {"VT_OS_ShmAt", "system_v"},
+        {"VT_OS_ShmDt", "system_v"},
+        {"VT_OS_ShmCtl", "system_v"},
+        {"VT_OS_Open", "file"},
+        {"VT_OS_Read", "file"},
+        {"VT_OS_Write", "file"},
+        {"VT_OS_Close", "file"},
+        {"VT_OS_Select", "file"},
+        {"VT_OS_Fopen", "file"},
+        {"VT_OS_Fgets", "file"},
+        {"VT_OS_Fclose", "file"},
+        {"VT_OS_ExecShellCmdEx", "file"},
+        {"tcgetattr", "file"},
+        {"tcsetattr", "file"},
+        {"tcflush", "file"},
+        {"statfs", "file"},
+    };
+    if (const auto it = s_mapGroups.find(sName); it != s_mapGroups.end()) {
+        return it->second;
+    }
+    return eOp == Op::kJni ? "jni" : "platform";
 }
 
 std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject) {

@@ -5,9 +5,11 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/fake_jni.h"
@@ -25,6 +27,10 @@ struct Subject {
     std::function<void(FakeJni &)> fnCall;
     /// Tells, with nothing failing, what came out as a text, and releases it.
     std::function<std::string(FakeJni &)> fnOutcome;
+    /// Gets what was done and failed in a call under a fault, before its outcome is asked for.
+    std::function<void(const OpTallies &)> fnTold = [](const OpTallies &) {};
+    /// Also fails the operations of each name alone, from each of them on.
+    bool bByName = false;
     /// Allocations after this many are not made to fail.
     uint32_t uiMostAllocs = UINT32_MAX;
     std::string sGood;  ///< the outcome when nothing fails
@@ -35,10 +41,16 @@ struct Subject {
 /// How often a call does each operation when nothing fails.
 using OpCounts = std::array<uint32_t, kOpCount>;
 
-/// Fails each operation of the subject in turn, alone and with all that follow, and expects an
-/// allowed outcome, nothing held or left behind, and a second call that works.
+/// Fails each operation of the subject in turn, alone and with all of its kind that follow, and
+/// expects an allowed outcome, nothing held or left behind, and a second call that works.
 /// @return the counts of the call without a fault
 OpCounts SweepFaults(const Subject &stSubject);
+
+/// How many operations all sweeps of this program have made to fail so far, by group: "jni", "rpc",
+/// "bulk.create" and so on.
+const std::map<std::string, uint64_t> &FailedOperations();
+/// The group of an operation's name.
+std::string GroupOf(Op eOp, std::string_view sName);
 
 /// The outcomes that each of the allocations leads to when it fails alone.
 std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject);

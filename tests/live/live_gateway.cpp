@@ -18,7 +18,7 @@ void NoteJniMisuse(const std::string &sText) {
 
 void NoteJniRelease(std::string_view) {}
 
-bool JniCallShallFail() {
+bool JniCallShallFail(const char *) {
     return false;
 }
 

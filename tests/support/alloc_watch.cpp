@@ -81,9 +81,9 @@ std::vector<std::string> AllocWatch::TakeLive() {
 namespace {
 
 /// True when this allocation shall fail.
-bool Refused() {
+bool Refused(std::string_view sName = kMalloc) {
     World *pstWorld = World::Current();
-    if (pstWorld == nullptr || !pstWorld->Hit(Op::kAlloc)) {
+    if (pstWorld == nullptr || !pstWorld->Hit(Op::kAlloc, sName)) {
         return false;
     }
     errno = ENOMEM;
@@ -212,12 +212,15 @@ int __wrap___vasprintf_chk(char **ppcOut, int, const char *pcFmt, va_list stArgs
 locale_t __wrap_newlocale(int iMask, const char *pcName, locale_t stBase) {
     const bool bFree =
         std::strcmp(pcName, "C") == 0 && (stBase == nullptr || wap::test::IsCLocale(stBase));
-    return !bFree && wap::test::Refused() ? nullptr : __real_newlocale(iMask, pcName, stBase);
+    return !bFree && wap::test::Refused(wap::test::kLocale)
+               ? nullptr
+               : __real_newlocale(iMask, pcName, stBase);
 }
 
 locale_t __wrap_duplocale(locale_t stLocale) {
-    return !wap::test::IsCLocale(stLocale) && wap::test::Refused() ? nullptr
-                                                                   : __real_duplocale(stLocale);
+    return !wap::test::IsCLocale(stLocale) && wap::test::Refused(wap::test::kLocale)
+               ? nullptr
+               : __real_duplocale(stLocale);
 }
 
 void *__wrap_dlopen(const char *pcName, int iFlags) {
@@ -238,7 +241,7 @@ void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
     wap::test::World &stWorld = wap::test::World::Get();
     const wap::test::AllocPlace stPlace =
         wap::test::PlaceOf(&stWorld, "the platform's allocator", pcFile, uiLine);
-    if (uiSize == 0 || stWorld.Hit(wap::test::Op::kAlloc)) {
+    if (uiSize == 0 || stWorld.Hit(wap::test::Op::kAlloc, wap::test::kPlatformAllocation)) {
         return nullptr;
     }
     void *pvBlock = __real_malloc(uiSize);

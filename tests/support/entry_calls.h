@@ -35,6 +35,19 @@ inline auto Text(const char16_t *pcText) {
 inline auto Texts(std::vector<std::optional<std::u16string>> asTexts) {
     return [asTexts = std::move(asTexts)](FakeJni &stEnv) { return stEnv.JavaTexts(asTexts); };
 }
+/// So many of a letter.
+inline auto Letters(size_t uiCount, char16_t cLetter) {
+    return [=](FakeJni &stEnv) { return stEnv.JavaText(std::u16string(uiCount, cLetter)); };
+}
+inline auto NoText() {
+    return [](FakeJni &) -> jstring { return nullptr; };
+}
+inline auto NoTexts() {
+    return [](FakeJni &) -> jobjectArray { return nullptr; };
+}
+inline auto NoBytes() {
+    return [](FakeJni &) -> jbyteArray { return nullptr; };
+}
 inline auto Bytes(const char *pcBytes) {
     return [=](FakeJni &stEnv) { return stEnv.JavaBytes(pcBytes); };
 }

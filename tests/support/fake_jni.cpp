@@ -457,7 +457,7 @@ bool FakeJni::Enter(const char *pcName, const std::string &sArgs, bool bCanFail)
         Complain(std::string(pcName) + " without a look for an exception after " + sUnchecked);
         sUnchecked.clear();
     }
-    if (!bCanFail || !JniCallShallFail()) {
+    if (!bCanFail || !JniCallShallFail(pcName)) {
         return true;
     }
     // A void function has no other way to fail than an exception.

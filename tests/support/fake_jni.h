@@ -95,8 +95,8 @@ class FakeJni : public JNIEnv {
 void NoteJniMisuse(const std::string &sText);
 /// Called with the elements of an array as they go back to the virtual machine.
 void NoteJniRelease(std::string_view sBytes);
-/// Called by every JNI call that can fail; true makes it fail.
-bool JniCallShallFail();
+/// Called by every JNI call that can fail, with its name; true makes it fail.
+bool JniCallShallFail(const char *pcName);
 
 /// UTF-16 to UTF-8 as getBytes does: an unpaired surrogate becomes '?'.
 std::string ToUtf8(std::u16string_view sText);

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "support/world.h"
 
@@ -60,6 +61,14 @@ Function *OfTheLibrary(Function *, const char *pcName) {
 
 }  // namespace
 
+std::vector<std::string> ScriptedDescriptors::TakeOpened() {
+    std::vector<std::string> asTexts;
+    for (const int32_t iFd : std::exchange(aiOpened, {})) {
+        asTexts.push_back("descriptor " + std::to_string(iFd) + " was left open");
+    }
+    return asTexts;
+}
+
 }  // namespace wap::test
 
 using wap::test::GoesWell;
@@ -74,7 +83,11 @@ int32_t VT_OS_Open(const char *pcPath, int32_t iFlags, uint32_t uiMode) {
     if (!GoesWell("VT_OS_Open", std::string(pcPath) + " " + Text(iFlags) + " " + Text(uiMode))) {
         return -1;
     }
-    return Script().bReal ? open(pcPath, iFlags, uiMode) : Script().iOpened;
+    const int32_t iFd = Script().bReal ? open(pcPath, iFlags, uiMode) : Script().iOpened;
+    if (Script().bWatchOpened && iFd >= 0) {
+        Script().aiOpened.push_back(iFd);
+    }
+    return iFd;
 }
 
 int32_t VT_OS_Read(int32_t iFd, void *pvBuf, uint32_t uiCount) {
@@ -99,6 +112,8 @@ int32_t VT_OS_Write(int32_t iFd, const void *pvBuf, uint32_t uiCount) {
 }
 
 int32_t VT_OS_Close(int32_t iFd) {
+    // A failure that is planned or scripted is told after the fact: close has no other.
+    Script().HandOver(iFd);
     if (!GoesWell("VT_OS_Close", Text(iFd))) {
         return -1;
     }

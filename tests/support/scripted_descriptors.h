@@ -38,6 +38,16 @@ struct ScriptedDescriptors {
     // ---- the record ----
     std::vector<std::string> asSent;  ///< what was written
     std::vector<termios> astSet;      ///< what tcsetattr was given
+
+    /// Descriptors that were opened since somebody looked last, and neither closed nor named to the
+    /// caller. They are watched only when the script says so: a device that a test opens is its
+    /// own.
+    bool bWatchOpened = false;
+    std::vector<int32_t> aiOpened;
+    /// The caller has this one now.
+    void HandOver(int32_t iFd) { std::erase(aiOpened, iFd); }
+    /// Describes those that nobody has, and forgets them.
+    std::vector<std::string> TakeOpened();
 };
 
 }  // namespace wap::test

@@ -52,10 +52,11 @@ void *VT_OS_Fopen(const char *pcPath, const char *pcMode) {
     return stFiles.apstOpen.back().get();
 }
 
-// Not made to fail: a file that can be read no further looks like one that ends there.
+// A file that can be read no further looks like one that ends there.
 char *VT_OS_Fgets(char *pcBuf, uint32_t uiSize, void *pvFile) {
     FilePlace itFile;
-    if (!Find("VT_OS_Fgets", pvFile, itFile) || uiSize == 0) {
+    if (!Find("VT_OS_Fgets", pvFile, itFile) || uiSize == 0 ||
+        World::Get().Hit(Op::kPlatform, "VT_OS_Fgets")) {
         return nullptr;
     }
     OpenFile &stFile = **itFile;

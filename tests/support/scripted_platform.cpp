@@ -62,7 +62,7 @@ void *Platform::LibraryHandle() {
 
 void *Platform::Open(World &stWorld, const char *pcName, int iFlags) {
     asCalls.push_back(std::string("dlopen ") + pcName + " " + std::to_string(iFlags));
-    return stWorld.Hit(Op::kPlatform) || bNoLibrary ? nullptr : LibraryHandle();
+    return stWorld.Hit(Op::kPlatform, "dlopen") || bNoLibrary ? nullptr : LibraryHandle();
 }
 
 namespace {
@@ -80,7 +80,7 @@ void *Platform::Symbol(World &stWorld, void *pvHandle, const char *pcName) {
         stWorld.Violation(std::string("dlsym of ") + pcName + " with a foreign handle");
         return nullptr;
     }
-    if (stWorld.Hit(Op::kPlatform) || setMissingSymbols.count(pcName)) {
+    if (stWorld.Hit(Op::kPlatform, "dlsym") || setMissingSymbols.count(pcName)) {
         return nullptr;
     }
     const std::map<std::string, void *> mapSymbols = {
@@ -145,7 +145,7 @@ uint32_t Scripted(Op eOp, const char *pcName, const std::string &sArgs) {
     World &stWorld = World::Get();
     Platform &stPlatform = stWorld.stPlatform;
     stPlatform.asCalls.push_back(sArgs.empty() ? pcName : std::string(pcName) + " " + sArgs);
-    if (stWorld.Hit(eOp)) {
+    if (stWorld.Hit(eOp, pcName)) {
         return kPlannedStatus;
     }
     const auto it = stPlatform.mapStatus.find(pcName);
@@ -210,7 +210,7 @@ uint32_t VT_MSG_GetAndDispatch(uint32_t uiArg1, uint32_t uiArg2) {
 
 const char *VT_MSG_GetCurProcName(void) {
     World &stWorld = World::Get();
-    if (stWorld.Hit(Op::kPlatform) || stWorld.stPlatform.bNoProcName) {
+    if (stWorld.Hit(Op::kPlatform, "VT_MSG_GetCurProcName") || stWorld.stPlatform.bNoProcName) {
         return nullptr;
     }
     return stWorld.stPlatform.sProcName.c_str();
@@ -224,7 +224,7 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
     stPlatform.astRpcs.push_back({BytesAt(pstHead, sizeof(*pstHead)), uiRpcId, uiDstMid,
                                   BytesAt(pvReq, uiReqLen), uiReqLen, BytesAt(pvRsp, uiRspCap),
                                   uiRspCap, uiTimeoutMs, pvReq, pvRsp});
-    if (stWorld.Hit(Op::kRpc)) {
+    if (stWorld.Hit(Op::kRpc, wap::test::kRpcCall)) {
         return wap::test::kPlannedRpcStatus;
     }
     wap::test::Reply stReply{wap::test::kUnscriptedStatus, ""};
@@ -244,6 +244,9 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
     if (stReply.bBulk) {
         stReply.sBytes =
             stReply.uiStatus == 0 ? stReply.sBeforeBulk + stPlatform.AddBulk(stReply.sBytes) : "";
+    }
+    if (stPlatform.fnSpoil) {
+        stPlatform.fnSpoil(stPlatform.astRpcs.back(), stReply.sBytes);
     }
     const size_t uiLen = std::min<size_t>(stReply.sBytes.size(), uiRspCap);
     if (uiLen != 0) {

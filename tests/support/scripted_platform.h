@@ -101,6 +101,8 @@ class Platform {
     bool bNoProcName = false;  ///< VT_MSG_GetCurProcName gives null
     /// Answers by the request; one that it has nothing for goes to the replies below.
     std::function<std::optional<Reply>(const RpcRecord &)> fnReply;
+    /// Changes the bytes of an answer, a descriptor in it among them, before they are written.
+    std::function<void(const RpcRecord &, std::string &sBytes)> fnSpoil;
     /// Gets each message without an answer that was sent, as its receiver would.
     std::function<void(const MessageRecord &)> fnMessage;
     std::deque<Reply> astNextReplies;           ///< used up first, whatever the RPC

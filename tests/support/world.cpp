@@ -40,17 +40,24 @@ World &World::Get() {
     return *t_pstCurrent;
 }
 
-bool World::Hit(Op eOp) {
-    const uint32_t uiNow = ++auiCounts[static_cast<size_t>(eOp)];
-    if (eOp != stPlan.eOp || stPlan.uiAt == 0) {
+bool World::Hit(Op eOp, std::string_view sName) {
+    OpTally &stTally = mapTallies[sName];
+    stTally.eOp = eOp;
+    ++stTally.uiDone;
+    const uint32_t uiOfItsKind = ++auiCounts[static_cast<size_t>(eOp)];
+    if (eOp != stPlan.eOp || stPlan.uiAt == 0 || (!stPlan.sName.empty() && stPlan.sName != sName)) {
         return false;
     }
-    return stPlan.bForever ? uiNow >= stPlan.uiAt : uiNow == stPlan.uiAt;
+    const uint32_t uiNow = stPlan.sName.empty() ? uiOfItsKind : stTally.uiDone;
+    const bool bFails = stPlan.bForever ? uiNow >= stPlan.uiAt : uiNow == stPlan.uiAt;
+    stTally.uiFailed += bFails ? 1 : 0;
+    return bFails;
 }
 
 void World::Plan(FaultPlan stNew) {
     stPlan = stNew;
     auiCounts = {};
+    mapTallies.clear();
 }
 
 void World::Violation(std::string sText) {
@@ -71,6 +78,12 @@ std::vector<std::string> World::TakeComplaints() {
         if (!stPlatform.setKeptBlocks.count(uiId)) {
             asAll.push_back("bulk block " + std::to_string(uiId) + " was not freed");
         }
+    }
+    std::erase_if(stPlatform.mapBlocks, [this](const auto &stBlock) {
+        return stPlatform.setKeptBlocks.count(stBlock.first) == 0;
+    });
+    for (const std::string &sText : stPlatform.stDescriptors.TakeOpened()) {
+        asAll.push_back(sText);
     }
     if (!stPlatform.stFiles.apstOpen.empty()) {
         asAll.push_back("files left open: " + std::to_string(stPlatform.stFiles.apstOpen.size()));
@@ -103,8 +116,8 @@ void NoteJniRelease(std::string_view sBytes) {
     World::Get().stSecrets.CheckShown(sBytes, "elements that went back to Java");
 }
 
-bool JniCallShallFail() {
-    return World::Get().Hit(Op::kJni);
+bool JniCallShallFail(const char *pcName) {
+    return World::Get().Hit(Op::kJni, pcName);
 }
 
 void ResetBridge() {

@@ -10,7 +10,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/alloc_watch.h"
@@ -23,12 +25,29 @@ namespace wap::test {
 enum class Op : uint32_t { kAlloc, kJni, kRpc, kBulk, kPlatform };
 inline constexpr size_t kOpCount = 5;
 
-/// Which operation fails: the uiAt-th of its kind (from 1; 0: none), and those after it too.
+/// Which operation fails: the uiAt-th of its kind (from 1; 0: none), and those after it too. With a
+/// name, those of other names are not counted and don't fail.
 struct FaultPlan {
     Op eOp = Op::kAlloc;
     uint32_t uiAt = 0;
     bool bForever = false;
+    std::string_view sName = {};
 };
+
+// The names of the operations that are no functions of the platform or of JNI.
+inline constexpr std::string_view kPlatformAllocation = "platform allocation";
+inline constexpr std::string_view kMalloc = "malloc";
+inline constexpr std::string_view kLocale = "locale";
+inline constexpr std::string_view kRpcCall = "VT_MSG_RpcCall";
+
+/// How often the operations of a name were done and made to fail.
+struct OpTally {
+    Op eOp = Op::kAlloc;
+    uint32_t uiDone = 0;
+    uint32_t uiFailed = 0;
+};
+/// By the operations' names: those above, or those of functions.
+using OpTallies = std::map<std::string_view, OpTally>;
 
 class World {
   public:
@@ -44,9 +63,11 @@ class World {
     /// Makes a World that of the calling thread; one thread at a time may use it.
     static void SetCurrent(World *pstWorld);
 
-    /// Counts one operation. True when it shall fail.
-    bool Hit(Op eOp);
+    /// Counts one operation; the name lives as long as the program. True when it shall fail.
+    bool Hit(Op eOp, std::string_view sName);
     uint32_t Count(Op eOp) const { return auiCounts[static_cast<size_t>(eOp)]; }
+    /// Since the last plan.
+    const OpTallies &Tallies() const { return mapTallies; }
     /// Starts counting afresh and sets what fails from now on.
     void Plan(FaultPlan stNew);
 
@@ -66,6 +87,7 @@ class World {
   private:
     FaultPlan stPlan;
     std::array<uint32_t, kOpCount> auiCounts{};
+    OpTallies mapTallies;
     std::vector<std::string> asViolations;
     World *pstOuter;
 };
