@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "callers/caller.h"
+#include "callers/tricky_texts.h"
 #include "support/furnish_monitor.h"
 #include "support/wire_bytes.h"
 
@@ -77,6 +78,25 @@ TEST(RegistryTest, LongNamesEndInTheirFields) {
         EXPECT_EQ(stTold.asNotices,
                   std::vector<std::string>{stChange.cNotice + Field(sName.substr(0, 127), 128) +
                                            "10.0.0.1" + '\0'});
+    }
+}
+
+// The names in the registry's text are passed as they stand, as the method says: here as there, the
+// name is between the same others. Names with the separators of that text the registry refuses.
+TEST(RegistryTest, NamesAreListedAsTheyStand) {
+    const Native &stNative = NativeOf("getTrafficMonitoringDestAddressInfo");
+    for (const std::string_view stTricky : kTricky) {
+        if (stTricky.find_first_of("[;") != std::string_view::npos) {
+            continue;
+        }
+        Caller stCaller(stNative);
+        const std::string sName(stTricky);
+        AnswerRegistry(stCaller.stWorld, 2, 2,
+                       sName + "[\"10.0.0.1\"];com.example.shield[\"192.0.2.7\"]" + '\0');
+        EXPECT_EQ(stCaller.Call({}),
+                  TextAnswerOf("{\"Result\":0,\"List\":[{\"BundleName\":\"" + sName +
+                               "\",\"DestAddressList\":[\"10.0.0.1\"]},{\"BundleName\":"
+                               "\"com.example.shield\",\"DestAddressList\":[\"192.0.2.7\"]}]}"));
     }
 }
 
