@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include <utility>
+#include <vector>
 
 #include "framework/error.h"
 
@@ -11,6 +12,9 @@ namespace wap::gateway {
 namespace {
 
 constexpr size_t kPlainMax = 2048;
+
+/// What the thread's present call has published.
+thread_local std::vector<uint32_t> g_auiPublished;
 
 /// Frees a block when it goes.
 struct BlockRelease {
@@ -42,7 +46,19 @@ VDataDesc PublishBlock(std::string_view pcBytes) {
         throw GatewayError("cannot fill a bulk block of " + std::to_string(stDesc.uiCompressedLen) +
                            " bytes");
     }
+    g_auiPublished.push_back(stDesc.uiDataID);
     return stDesc;
+}
+
+void ForgetPublished() {
+    g_auiPublished.clear();
+}
+
+void FreePublished() {
+    for (const uint32_t uiDataID : g_auiPublished) {
+        (void)VT_VDATA_FreeShm(uiDataID);
+    }
+    ForgetPublished();
 }
 
 VDataDesc PublishText(std::string_view pcText) {

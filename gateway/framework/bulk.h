@@ -19,6 +19,12 @@ VDataDesc PublishBlock(std::string_view pcBytes);
 /// A text with its zero, as readers of texts expect it.
 VDataDesc PublishText(std::string_view pcText);
 
+/// Forgets which blocks this thread has published: they are their readers' now.
+void ForgetPublished();
+
+/// Frees the blocks that this thread has published since then: nobody will read them.
+void FreePublished();
+
 /// Takes the bytes out of a block that somebody published, and frees the block. What the descriptor
 /// and the block say is not trusted.
 /// @param uiMax how many bytes there may be

@@ -82,6 +82,7 @@ Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable st
 void Process::Run() {
     Check(VT_MSG_Init(m_stInfo.pcName, 0, 0, 0), "register as " + std::string(m_stInfo.pcName));
     Check(VT_HOST_Serve(&Process::OnCall, this), "serve as " + std::string(m_stInfo.pcName));
+    Check(VT_HOST_OnLostReply(&Process::OnLostReply), "hear of replies that reach nobody");
     std::thread stMessages;
     if (m_stTable.TakesMessages()) {
         s_pstReceiver = this;
@@ -124,8 +125,13 @@ int32_t Process::OnMessage(void *pvMessage) {
     return 0;
 }
 
+void Process::OnLostReply(void *) {
+    FreePublished();
+}
+
 uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {
     Process &stSelf = *static_cast<Process *>(pvContext);
+    ForgetPublished();
     try {
         uint32_t uiReplyLength = 0;
         const uint32_t uiStatus = stSelf.Serve(*pstCall, uiReplyLength);

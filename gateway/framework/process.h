@@ -29,6 +29,7 @@ class Process {
     static inline Process *s_pstReceiver = nullptr;
     static int32_t OnMessage(void *pvMessage);
     static uint32_t OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
+    static void OnLostReply(void *pvContext);
     uint32_t Serve(const VtHostCall &stCall, uint32_t &uiReplyLength);
     uint32_t ServeRpc(const VtHostCall &stCall, uint32_t &uiReplyLength);
     uint32_t ServeWithFault(const Fault &stFault, const VtHostCall &stCall,

@@ -29,6 +29,7 @@ class Service {
   public:
     uint32_t Init(const char *pcName, uint32_t uiCapacity);
     uint32_t Serve(VtHostHandler pfnWanted, void *pvWanted);
+    uint32_t OnLostReply(VtHostLostReply pfnWanted);
     uint32_t Stop();
 
     const char *Name() const { return pcName.load(std::memory_order_acquire); }
@@ -74,6 +75,7 @@ class Service {
     std::atomic<bool> bStopping{false};
     void *pvContext = nullptr;
     std::atomic<VtHostHandler> pfnHandler{nullptr}; /**< published after pvContext */
+    std::atomic<VtHostLostReply> pfnLostReply{nullptr};
     MsgQueue stQueue;
     Service *pstParents = nullptr; /**< after a fork: what the parent's threads may have held */
 };
@@ -229,6 +231,15 @@ uint32_t Service::Serve(VtHostHandler pfnWanted, void *pvWanted) {
     return 0;
 }
 
+uint32_t Service::OnLostReply(VtHostLostReply pfnWanted) {
+    std::lock_guard<std::mutex> stLife(stLifeMutex);
+    if (!bRunning || pfnHandler.load() == nullptr) {
+        return VT_HOST_ERR_STATE;
+    }
+    pfnLostReply.store(pfnWanted);
+    return 0;
+}
+
 uint32_t Service::Stop() {
     std::lock_guard<std::mutex> stLife(stLifeMutex);
     if (!bRunning) {
@@ -256,6 +267,7 @@ uint32_t Service::Stop() {
         stConnections.clear();
     }
     pfnHandler.store(nullptr);
+    pfnLostReply.store(nullptr);
     LeaveName();
     bRunning = false;
     return 0;
@@ -363,7 +375,12 @@ bool Service::AnswerOne(int iFd, pid_t iCaller, uint8_t *pucReq, uint8_t *pucRsp
         return false;
     }
     ReplyFrame stReply{kReplyMagic, stFrame.uiSerial, uiStatus, uiRspLen};
-    return SendParts(iFd, &stReply, sizeof stReply, pucRsp, uiRspLen, 0) >= 0;
+    const bool bSent = SendParts(iFd, &stReply, sizeof stReply, pucRsp, uiRspLen, 0) >= 0;
+    const VtHostLostReply pfnLost = pfnLostReply.load();
+    if (!bSent && pfnLost != nullptr && stFrame.uiKind == kKindRpc) {
+        pfnLost(pvContext);
+    }
+    return bSent;
 }
 
 uint32_t Service::Handle(const RequestFrame &stFrame, pid_t iCaller, const uint8_t *pucReq,
@@ -450,6 +467,10 @@ uint32_t VT_HOST_Serve(VtHostHandler pfnHandler, void *pvContext) {
         return VT_HOST_ERR_ARGUMENT;
     }
     return t_bServiceThread ? VT_HOST_ERR_STATE : TheService().Serve(pfnHandler, pvContext);
+}
+
+uint32_t VT_HOST_OnLostReply(VtHostLostReply pfnLost) {
+    return TheService().OnLostReply(pfnLost);
 }
 
 uint32_t VT_HOST_Stop(void) {

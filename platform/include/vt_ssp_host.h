@@ -103,6 +103,22 @@ typedef uint32_t (*VtHostHandler)(void *pvContext, const VtHostCall *pstCall, ui
 uint32_t VT_HOST_Serve(VtHostHandler pfnHandler, void *pvContext);
 
 /**
+ * Hears that the reply of the handler's last call on this thread reached nobody.
+ * @param pvContext the context given to VT_HOST_Serve
+ */
+typedef void (*VtHostLostReply)(void *pvContext);
+
+/**
+ * Says who hears of replies that cannot be sent, because the caller has given up waiting or has
+ * ended. What such a reply hands over, such as a bulk block, is then the sender's again. Of a reply
+ * that was sent and that the caller did not come to read, nobody hears.
+ * @param pfnLost called on the thread of the call; null for nobody, as it is at first and after
+ *                VT_HOST_Stop
+ * @return 0; VT_HOST_ERR_STATE when VT_HOST_Serve was not called
+ */
+uint32_t VT_HOST_OnLostReply(VtHostLostReply pfnLost);
+
+/**
  * Stops listening, lets running handlers end, and joins their threads. Messages still queued are
  * dropped and VT_MSG_GetAndDispatch returns. VT_MSG_Init may follow, also with another name.
  * @return 0; VT_HOST_ERR_STATE when the service is not initialised, or when called by a handler

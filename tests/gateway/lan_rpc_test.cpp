@@ -1,4 +1,7 @@
 // What app_m, gulm and the proxy answer about the LAN, byte for byte, and that changes take effect.
+#include <chrono>
+#include <thread>
+
 #include "gateway_fixture.h"
 #include "vt_ssp_host.h"
 
@@ -173,6 +176,18 @@ TEST_F(LanGatewayTest, ManyHostsComeInACompressedBlock) {
     const RpcReply stReply = Call("app_m", 0x471030B1, Word(0), 12);
     EXPECT_GT(WordAt(stReply.acBytes, 4), 2048u);
     EXPECT_EQ(CountOf(BlockOf(stReply), "\"MAC\""), 25u);
+}
+
+TEST_F(LanGatewayTest, BlockOfAReplyThatComesTooLateDoesNotStay) {
+    const auto fnBlocks = [this] { return Run({"ls", m_acDir + "/vdata"}).acOut; };
+    // One that is fetched, so that the folder is there.
+    EXPECT_NE(BlockOf(Call("app_m", 0x471030B1, Word(0), 12)), "");
+    CtlOk({"fault", "app_m", "0x471030B1", "--delay", "300", "--times", "1"});
+    EXPECT_EQ(Call("app_m", 0x471030B1, Word(0), 12, 100).uiStatus, VT_HOST_ERR_TIMEOUT);
+    // Answered behind the late one, or beside it; hence the second look.
+    EXPECT_NE(BlockOf(Call("app_m", 0x471030B1, Word(0), 12)), "");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    EXPECT_EQ(fnBlocks(), "");
 }
 
 TEST_F(LanGatewayTest, FeaturesAreShownAndSwitched) {

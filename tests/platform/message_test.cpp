@@ -167,6 +167,29 @@ TEST_F(Calls, ALateReplyIsNotTheNextCalls) {
     EXPECT_EQ(Word(300) + "mine", strRsp);
 }
 
+TEST_F(Calls, ALateReplyIsToldToWhoSentIt) {
+    static std::atomic<uint32_t> s_uiLost;
+    s_uiLost = 0;
+    EXPECT_EQ(0u, VT_HOST_OnLostReply([](void *pvContext) {
+                  // The same context as the handler's.
+                  s_uiLost += static_cast<std::atomic<uint32_t> *>(pvContext)->load();
+              }));
+    std::string strRsp(8, '#');
+    EXPECT_EQ(0u, Call("echo", kEcho, "in time", strRsp));
+    EXPECT_EQ(VT_HOST_ERR_TIMEOUT, Call("echo", kNoReply, "", strRsp, 50));
+    EXPECT_EQ(VT_HOST_ERR_TIMEOUT, Call("echo", kSleep, Word(200) + "late", strRsp, 50));
+    EXPECT_EQ(0u, s_uiLost.load()) << "it is not sent yet";
+    Stopwatch stWatch;
+    while (s_uiLost.load() == 0 && stWatch.Ms() < 10000) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(3u, s_uiLost.load());
+    EXPECT_EQ(0u, VT_HOST_OnLostReply(nullptr));
+    EXPECT_EQ(VT_HOST_ERR_TIMEOUT, Call("echo", kSleep, Word(100) + "late", strRsp, 20));
+    EXPECT_EQ(0u, Call("echo", kSleep, Word(300), strRsp));
+    EXPECT_EQ(3u, s_uiLost.load());
+}
+
 TEST_F(Calls, AHandlerCannotStopItsOwnService) {
     std::string strRsp(4, '#');
     EXPECT_EQ(0u, Call("echo", kTryStop, "", strRsp));
@@ -248,6 +271,13 @@ TEST_F(Calls, OneThreadReusesItsConnection) {
 }
 
 class CallsToChild : public RuntimeDirTest {};
+
+TEST_F(CallsToChild, WhoDoesNotServeLosesNoReplies) {
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_OnLostReply([](void *) {}));
+    ASSERT_EQ(0u, VT_MSG_Init("silent", 8, 0, 0));
+    EXPECT_EQ(VT_HOST_ERR_STATE, VT_HOST_OnLostReply([](void *) {}));
+    EXPECT_EQ(0u, VT_HOST_Stop());
+}
 
 TEST_F(CallsToChild, WorkWithoutANameOfOnesOwn) {
     ChildServer stServer("child");
