@@ -51,9 +51,9 @@ class ThreadsTest {
                 iTroubles);
     }
 
-    /** One trouble after the other, for four times as long as one death would take alone. */
+    /** One trouble after the other, for twice as long as one death would take alone. */
     private void makeTrouble(LoadRun run, long lMilliseconds) throws InterruptedException {
-        long lEnd = System.nanoTime() + 4 * lMilliseconds * 1_000_000;
+        long lEnd = System.nanoTime() + 2 * lMilliseconds * 1_000_000;
         resetInVain(run);
         do {
             iTroubles++;
