@@ -79,7 +79,7 @@ Answer Caller::Call(const Arguments &astArguments) {
     WatchSecrets(astArguments);
     stWorld.ClearRecords();
     AddToFigure("callers.calls");
-    const Answer stAnswer = stNative.fnCall(stEnv, astArguments);
+    Answer stAnswer = stNative.fnCall(stEnv, astArguments);
     stEnv.EndCall();
     stWorld.ExpectClean();
     return stAnswer;

@@ -80,6 +80,7 @@ std::vector<Listed> TextsOfRule(
     const char *pcMethod, uint32_t uiRpcId, std::string (*pfnBytes)(const Facts &),
     const std::vector<std::pair<const char *, std::string Facts::*>> &astTexts) {
     std::vector<Listed> astAll;
+    astAll.reserve(astTexts.size());
     for (const auto &stText : astTexts) {
         astAll.push_back({pcMethod, stText.first, uiRpcId,
                           [pfnBytes, psFact = stText.second](const std::string &sText) {
@@ -183,6 +184,7 @@ TEST(ListedTextsTest, EachIsOneValue) {
             for (const std::string_view stTricky : kTricky) {
                 SCOPED_TRACE(stTricky);
                 std::vector<std::string> asWanted;
+                asWanted.reserve(asHarmless.size());
                 for (const std::string &sValue : asHarmless) {
                     asWanted.push_back(WithTricky(sValue, stTricky));
                 }

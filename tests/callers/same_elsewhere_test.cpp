@@ -74,6 +74,7 @@ void ExpectSameElsewhere(const Native &stNative, size_t uiParameter) {
     const auto asHarmless = SeenOf(stNative, With(stNative, uiParameter, kHarmless));
     for (const std::string_view stTricky : kTricky) {
         std::vector<std::string> asWanted;
+        asWanted.reserve(asHarmless.size());
         for (const std::string &sText : asHarmless) {
             asWanted.push_back(WithTricky(sText, stTricky));
         }
