@@ -34,6 +34,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * {"Result":0,"LanAccess":1,"WanAccess":0,"Enable":1,"Value":0,"List":[{"User":"anna"}]}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses, or
      *     when the shared memory for the answer can't be made, read or removed; {@code null} when
      *     the text is empty
@@ -51,6 +53,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * {"Result":0,"LanAccess":0,"WanAccess":0,"Enable":0,"Value":0,"List":[]}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return as {@link #getFTPRightInfo()}
      */
     public native String getSambaRightInfo();
@@ -63,6 +67,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * <pre>{@code
      * {"Result":0,"LanAccess":1,"WanAccess":0,"PasswordChanges":0}
      * }</pre>
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @return the text, 255 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
      *     answer, refuses, or sends a longer text; {@code null} when the text is empty

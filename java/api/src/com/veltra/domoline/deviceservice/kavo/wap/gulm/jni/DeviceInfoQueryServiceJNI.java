@@ -32,8 +32,8 @@ public class DeviceInfoQueryServiceJNI {
      *
      * <p>The answer is one line. The key {@code ProductCLass} is spelt with a capital L. The sizes
      * are numbers in the unit that the firmware uses; {@code NFC} is a text of one character at
-     * most, and empty when the firmware doesn't say. The texts are inserted as the gateway gives
-     * them, so a quotation mark in one of them makes the answer invalid JSON.
+     * most, and empty when the firmware doesn't say. Each text of the gateway is inserted as it
+     * stands, so a quotation mark in one of them makes the answer invalid JSON.
      *
      * @return the description, or <code>{"Result":-1}</code> (no blanks) when the gateway's process
      *     doesn't answer or refuses

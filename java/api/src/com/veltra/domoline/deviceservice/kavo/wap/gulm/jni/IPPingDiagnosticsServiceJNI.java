@@ -49,6 +49,8 @@ public class IPPingDiagnosticsServiceJNI {
      *  "Received":4,"DataBlockSize":56,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the text as the process wrote it, at most 512 bytes; <code>{"Result":-1}</code> when
      *     it is empty, or the process doesn't answer or refuses
      */

@@ -48,6 +48,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>The answer is one line.
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @param asMacs the addresses, of which 31 bytes each are sent; {@code null} elements are left
      *     out. If none is left, all hosts are asked for
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
@@ -61,6 +63,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @param sInterface the interface's name in the vocabulary of {@code app_m}, for example {@code
      *     LAN1}; neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
@@ -73,6 +77,8 @@ public class LANHostsInfoQueryServiceJNI {
      * Describes the hosts of a class. Asks the process {@code app_m}, at most 5 seconds.
      *
      * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @param sHostClass the class in the vocabulary of {@code app_m}, for example {@code PHONE};
      *     neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
@@ -93,6 +99,8 @@ public class LANHostsInfoQueryServiceJNI {
      * }</pre>
      *
      * <p>The answer is one line.
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @param asMacs the addresses, of which 31 bytes each are sent, none of them {@code null}. No
      *     addresses ask for all hosts

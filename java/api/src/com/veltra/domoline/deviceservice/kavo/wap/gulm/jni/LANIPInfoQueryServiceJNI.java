@@ -29,6 +29,8 @@ public class LANIPInfoQueryServiceJNI {
      * {"Result":0,"LANHostIP":"192.168.1.1","LANHostMask":"255.255.255.0"}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks)
      *     when it doesn't answer or refuses; {@code null} when it wrote nothing
      */

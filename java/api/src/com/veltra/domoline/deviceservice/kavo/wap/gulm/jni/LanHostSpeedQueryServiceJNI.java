@@ -29,6 +29,8 @@ public class LanHostSpeedQueryServiceJNI {
      * {"Result":0,"UpSpeed":120,"DownSpeed":2400}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @param sMac the host's MAC address as {@code app_m} writes it, for example {@code
      *     02:A1:B2:00:20:01}; neither {@code null} nor empty
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks)

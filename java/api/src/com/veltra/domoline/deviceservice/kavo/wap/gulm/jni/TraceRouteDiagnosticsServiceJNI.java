@@ -49,6 +49,8 @@ public class TraceRouteDiagnosticsServiceJNI {
      *  "Parameters":""}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the text as the process wrote it; an object with nothing but the process's status,
      *     such as <code>{"Result":7}</code>, when there is no text yet; <code>{"Result":-1}</code>
      *     when the process doesn't answer or refuses, the text is empty or can't be read, or memory

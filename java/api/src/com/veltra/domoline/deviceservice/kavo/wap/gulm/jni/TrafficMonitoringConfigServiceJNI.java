@@ -65,8 +65,9 @@ public class TrafficMonitoringConfigServiceJNI {
      * }</pre>
      *
      * <p>The answer is one line. The bundles come in the gateway's order, and the lists of
-     * addresses exactly as {@code gulm} writes them. A bundle's name is cut to 255 bytes. What has no name or
-     * no list of addresses is left out.
+     * addresses exactly as {@code gulm} writes them. A bundle's name is cut to 255 bytes, and what
+     * is left of it is inserted as it stands, so a quotation mark in it or a list that is no JSON
+     * makes the answer invalid JSON. What has no name or no list of addresses is left out.
      *
      * @return the list; <code>{"Result":0, "List":[]}</code> (a blank after the comma) when the
      *     registry is empty; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't

@@ -56,6 +56,8 @@ public class AccessInfoQueryServiceJNI {
      * {"Result":0,"UsStats":52428800,"DsStats":734003200}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @param iWanIndex the WAN connection
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing
@@ -74,6 +76,8 @@ public class AccessInfoQueryServiceJNI {
      *   "AddressingType":"DHCP","DNSEnabled":"TRUE"}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @param iWanIndex the WAN connection
      * @return the process's text, at most 2048 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing, or when memory runs out
@@ -88,6 +92,8 @@ public class AccessInfoQueryServiceJNI {
      * <pre>{@code
      * {"Result":0,"UsBandwidth":1250000000,"DsBandwidth":2500000000}
      * }</pre>
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @param iWanIndex the WAN connection
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
@@ -106,6 +112,8 @@ public class AccessInfoQueryServiceJNI {
      *   "DNSServers":"192.0.2.53,192.0.2.54","IPv6IPAddress":"2001:db8:0:1::10",
      *   "IPv6DNSServers":"2001:db8::53,2001:db8::54"}
      * }</pre>
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @param iWanIndex the WAN connection
      * @return the process's text, at most 512 bytes; <code>{"Result":-1}</code> (no blanks) when
@@ -136,6 +144,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>The spelling of {@code SupplyVottage} is the interface's.
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the process's text, at most 512 bytes; a text of the same members, all 0, whose
      *     {@code Result} is -2 when {@code app_m} says that it can't tell (its code
      *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
@@ -164,6 +174,8 @@ public class AccessInfoQueryServiceJNI {
      * {"Result":0,"RegisterStatus":"REG_AUTH"}
      * }</pre>
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the process's text, at most 128 bytes; a text with the status {@code NO_REG_NO_AUTH}
      *     whose {@code Result} is -2 when {@code app_m} says that it can't tell (its code
      *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
@@ -179,6 +191,8 @@ public class AccessInfoQueryServiceJNI {
      * <pre>{@code
      * {"Result":0,"UsStats":53739520,"DsStats":5031600128}
      * }</pre>
+     *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @return the process's text, at most 128 bytes;
      *     <code>{"Result":-1, "UsStats": 0, "DsStats": 0}</code> when {@code app_m} doesn't answer,

@@ -32,6 +32,8 @@ public class VoIPInfoQueryServiceJNI {
      *
      * <p>which is one line.
      *
+     * <p>The text is handed over as it stands: whether it is JSON is up to the process.
+     *
      * @return the text of the process as it is, 512 bytes of UTF-8 at most; {@code null} when the
      *     process doesn't answer, refuses or sends an empty text, or when memory runs out
      */
