@@ -4,7 +4,7 @@
 
 kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
     openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java"
-kTestPackages="libgtest-dev libgmock-dev junit5 binutils"
+kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format"
 kLintPackages="git clang-tidy"
 kFuzzPackages="clang libclang-rt-dev llvm"

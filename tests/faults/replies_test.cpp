@@ -1,0 +1,486 @@
+// Each RPC that the bridge sends, answered by a process that is broken or hostile. Nothing may
+// break, nothing may stay behind, what Java is told has to be what Java expects, and the next call
+// works.
+//
+// WAP_RANDOM_REPLIES: random replies for each RPC (1000); with more of them, more of the others,
+// too. WAP_REPLY_SEED: another seed for them.
+
+#include <gtest/gtest.h>
+#include <wap_natives.h>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/common_interface_defs.h>
+#endif
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "faults/hostile_reply.h"
+#include "faults/strict_json.h"
+#include "faults/sweep_cases.h"
+#include "lan/jni_port_mapping.h"
+#include "records/diagnostics.h"
+#include "support/furnish_portmap.h"
+#include "support/wire_bytes.h"
+
+#ifdef __SANITIZE_ADDRESS__
+// So many calls take half the time when less is kept of what they released.
+extern "C" const char *__asan_default_options() {
+    return "quarantine_size_mb=16:malloc_context_size=10";
+}
+#endif
+
+namespace wap::test {
+
+namespace {
+
+/// Methods that hand over a text of the gateway that should be JSON, or put one into JSON of their
+/// own, as it is. Their Javadoc says so.
+const std::set<std::string> kAsItStands = {
+    "getDeviceInfo",
+    "getLANHostIP",
+    "getLANHostInfoByMAC",
+    "getLANHostInfoByInterface",
+    "getLANHostInfoByClass",
+    "getLANHostStats",
+    "getLANHostSpeed",
+    "getFTPRightInfo",
+    "getSambaRightInfo",
+    "getHTTPRightInfo",
+    "getPOTSInfo",
+    "getWANIfStats",
+    "getWANIfInfo",
+    "getWanIfBandwidth",
+    "getWANIfStatus",
+    "getPONIfPhyStatus",
+    "getPONIfRegisterStatus",
+    "getUplinkIfStats",
+    "getTrafficMonitoringDestAddressInfo",
+    "getIPPingDiagnosticsResult",
+    "getDnsDiagnosticsResult",
+    "getTraceRouteDiagnosticsResult",
+};
+/// Methods that hand over a text of the gateway that is a name, a number or a password, no JSON.
+const std::set<std::string> kPlain = {
+    "getDeviceMAC",
+    "getDevicePassword",
+    "getDeviceManufacturerOUI",
+    "getDeviceSerialNumber",
+    "getDeviceDefaultWebPassword",
+    "getDeviceDefaultSSID1Name",
+    "getDeviceDefaultSSID1Password",
+    "getGatewayName",
+};
+/// Methods that answer with a word of their own, or with nothing.
+const std::map<std::string, std::set<std::string>> kWords = {
+    {"getIPTVStatus",
+     {"", "NO_IPTV_CONNECTION", "IPTV_DISCONNECT", "INVALID_MULTIVLAN", "IPTV_BUSSINESS_OK",
+      "IPTV_BUSSINESS_NOK"}},
+};
+
+uint64_t NumberFrom(const char *pcVariable, uint64_t ulUnlessSet) {
+    const char *pcText = std::getenv(pcVariable);
+    return pcText == nullptr ? ulUnlessSet : std::strtoull(pcText, nullptr, 0);
+}
+
+uint64_t Seed() {
+    static const uint64_t s_ulSeed = NumberFrom("WAP_REPLY_SEED", 20261122);
+    return s_ulSeed;
+}
+
+constexpr uint64_t kUsualReplies = 1000;
+
+uint64_t RandomReplies() {
+    static const uint64_t s_ulReplies = NumberFrom("WAP_RANDOM_REPLIES", kUsualReplies);
+    return s_ulReplies;
+}
+
+/// The RPC ids of the records' headers, by name.
+std::map<uint32_t, std::string> RecordedIds() {
+    std::map<uint32_t, std::string> mapIds;
+    const std::regex stPattern("constexpr uint32_t (kRpc\\w+) = (0x[0-9A-Fa-f]+);");
+    for (const auto &stEntry : std::filesystem::directory_iterator(WAP_RECORDS_DIR)) {
+        std::ifstream stFile(stEntry.path());
+        std::stringstream stText;
+        stText << stFile.rdbuf();
+        const std::string sText = stText.str();
+        for (std::sregex_iterator it(sText.begin(), sText.end(), stPattern), itEnd; it != itEnd;
+             ++it) {
+            mapIds[static_cast<uint32_t>(std::stoul((*it)[2], nullptr, 16))] = (*it)[1];
+        }
+    }
+    return mapIds;
+}
+
+/// A case in which an RPC is sent, and the reply that it gets there.
+struct Target {
+    const SweepCase *pstCase;
+    HostileReply stReply;
+};
+using Targets = std::map<uint32_t, std::vector<Target>>;
+
+/// What no Java entry asks, but a worker that others may call.
+std::vector<SweepCase> WorkerCases() {
+    SweepCase stCase;
+    stCase.sMethod = "VT_API_getPortMappingNum";
+    stCase.sCase = "usual";
+    stCase.fnCall = [](FakeJni &) {
+        uint32_t uiNum = 0;
+        return NumberAnswerOf(VT_API_getPortMappingNum(&uiNum) == 0 ? static_cast<int32_t>(uiNum)
+                                                                    : -1);
+    };
+    stCase.pfnFurnish = FurnishPortMapping;
+    stCase.stGood = NumberAnswerOf(2);
+    stCase.stFailure = NumberAnswerOf(-1);
+    return {stCase};
+}
+
+const std::vector<SweepCase> &AllCallers() {
+    static const std::vector<SweepCase> s_astCases = [] {
+        std::vector<SweepCase> astCases = WorkerCases();
+        astCases.insert(astCases.end(), AllCases().begin(), AllCases().end());
+        return astCases;
+    }();
+    return s_astCases;
+}
+
+Targets FindTargets() {
+    Targets mapTargets;
+    for (const SweepCase &stCase : AllCallers()) {
+        ResetBridge();
+        World stWorld;
+        FakeJni stEnv;
+        stCase.Furnish(stWorld);
+        std::set<uint32_t> setSeen;
+        stWorld.stPlatform.fnSpoil = [&](const RpcRecord &stRpc, std::string &sBytes) {
+            if (setSeen.insert(stRpc.uiRpcId).second) {
+                mapTargets[stRpc.uiRpcId].push_back(
+                    {&stCase, TakeApart(stWorld.stPlatform, stRpc, sBytes)});
+            }
+        };
+        (void)stCase.fnCall(stEnv);
+        stEnv.EndCall();
+        (void)stWorld.TakeComplaints();
+    }
+    ResetBridge();
+    return mapTargets;
+}
+
+const Targets &AllTargets() {
+    static const Targets s_mapTargets = FindTargets();
+    return s_mapTargets;
+}
+
+// What is tried at the moment, for the sanitizer's last words.
+struct Trial {
+    uint32_t uiRpcId = 0;
+    const SweepCase *pstCase = nullptr;
+    const std::string *psName = nullptr;
+    uint64_t ulNumber = 0;
+};
+Trial g_stTrial;
+
+void SayTrial() {
+    std::fprintf(stderr, "replying to %08X in %s: %s, %llu, seed %llu\n",
+                 static_cast<unsigned>(g_stTrial.uiRpcId),
+                 g_stTrial.pstCase == nullptr ? "?" : g_stTrial.pstCase->Name().c_str(),
+                 g_stTrial.psName == nullptr ? "?" : g_stTrial.psName->c_str(),
+                 static_cast<unsigned long long>(g_stTrial.ulNumber),
+                 static_cast<unsigned long long>(Seed()));
+}
+
+struct Tried {
+    uint64_t ulReplies = 0;
+    uint64_t ulRandom = 0;
+    uint64_t ulJsonTexts = 0;
+    uint64_t ulGoodAnswers = 0;
+};
+Tried g_stTried;
+
+/// What is wrong with what Java is told; empty when nothing is.
+std::string AnswerFault(const SweepCase &stCase, const Answer &stAnswer) {
+    if (stCase.stFailure.iNumber) {
+        return stAnswer.iNumber ? "" : "no number";
+    }
+    const bool bForeign = kAsItStands.contains(stCase.sMethod) || kPlain.contains(stCase.sMethod);
+    if (!stAnswer.sText) {
+        return stAnswer.iNumber || !bForeign ? "no text" : "";
+    }
+    if (ToUtf8(FromUtf8(*stAnswer.sText)) != *stAnswer.sText) {
+        return "not UTF-8";
+    }
+    if (bForeign) {
+        return "";
+    }
+    if (const auto it = kWords.find(stCase.sMethod); it != kWords.end()) {
+        return it->second.contains(*stAnswer.sText) ? "" : "an unknown word";
+    }
+    ++g_stTried.ulJsonTexts;
+    return JsonFault(*stAnswer.sText);
+}
+
+/// Whether a reply begins with a status that says that there is no block.
+bool TellsAStatus(uint32_t uiRpcId, const std::string &sBytes) {
+    const bool bMayTell = uiRpcId == kRpcGetDnsResult || uiRpcId == kRpcGetTraceRouteResult;
+    return bMayTell && sBytes.size() >= 4 && WordAt(sBytes, 0) != 0;
+}
+
+/// Spoils the replies to an RPC. The blocks that they don't name are nobody's to free.
+class Spoiler {
+  public:
+    Spoiler(World &stWorld, uint32_t uiRpcId, const std::function<void(HostileReply &)> &fnSpoil)
+        : m_stPlatform(stWorld.stPlatform) {
+        m_stPlatform.fnSpoil = [=, this](const RpcRecord &stRpc, std::string &sBytes) {
+            if (stRpc.uiRpcId == uiRpcId) {
+                Spoil(fnSpoil, stRpc, sBytes);
+            }
+        };
+    }
+    Spoiler(const Spoiler &) = delete;
+    Spoiler &operator=(const Spoiler &) = delete;
+    ~Spoiler() {
+        m_stPlatform.fnSpoil = nullptr;
+        for (const uint32_t uiBlockId : m_auiUntold) {
+            m_stPlatform.mapBlocks.erase(uiBlockId);
+        }
+    }
+
+  private:
+    void Spoil(const std::function<void(HostileReply &)> &fnSpoil, const RpcRecord &stRpc,
+               std::string &sBytes) {
+        const HostileReply stBefore = TakeApart(m_stPlatform, stRpc, sBytes);
+        HostileReply stAfter = stBefore;
+        fnSpoil(stAfter);
+        PutTogether(m_stPlatform, stBefore, std::move(stAfter), sBytes);
+        if (!stBefore.uiDescAt) {
+            return;
+        }
+        // The block is the bridge's to free as soon as the reply names it.
+        const size_t uiAt = *stBefore.uiDescAt;
+        if (TellsAStatus(stRpc.uiRpcId, sBytes) || sBytes.size() < uiAt + 4 ||
+            WordAt(sBytes, uiAt) != stBefore.uiBlockId) {
+            m_auiUntold.push_back(stBefore.uiBlockId);
+        }
+    }
+
+    Platform &m_stPlatform;
+    std::vector<uint32_t> m_auiUntold;
+};
+
+/// One call whose reply is spoiled, and the next one, whose reply is not.
+std::string TryReply(uint32_t uiRpcId, const SweepCase &stCase,
+                     const std::function<void(HostileReply &)> &fnSpoil) {
+    ResetBridge();
+    World stWorld;
+    FakeJni stEnv;
+    stEnv.bRecord = false;
+    stCase.Furnish(stWorld);
+    Answer stAnswer;
+    {
+        const Spoiler stSpoiler(stWorld, uiRpcId, fnSpoil);
+        stAnswer = stCase.fnCall(stEnv);
+    }
+    ++g_stTried.ulReplies;
+    g_stTried.ulGoodAnswers += stAnswer == stCase.stGood ? 1 : 0;
+    std::string sFault = AnswerFault(stCase, stAnswer);
+    if (!sFault.empty()) {
+        sFault += ": " + TextOf(stAnswer);
+    }
+    stEnv.EndCall();
+    for (const std::string &sComplaint : stWorld.TakeComplaints()) {
+        sFault += "; " + sComplaint;
+    }
+    return sFault;
+}
+
+/// Whether the next call after hostile replies works: in the same process, with the same bridge.
+std::string TryGoodCall(const SweepCase &stCase) {
+    World stWorld;
+    FakeJni stEnv;
+    stCase.Furnish(stWorld);
+    const Answer stAnswer = stCase.fnCall(stEnv);
+    stEnv.EndCall();
+    std::string sFault = stAnswer == stCase.stGood ? "" : "the next call: " + TextOf(stAnswer);
+    for (const std::string &sComplaint : stWorld.TakeComplaints()) {
+        sFault += "; " + sComplaint;
+    }
+    return sFault;
+}
+
+class RepliesTest : public ::testing::TestWithParam<uint32_t> {
+  protected:
+    static const std::vector<Target> &Mine() { return AllTargets().at(GetParam()); }
+
+    /// False when enough has failed.
+    bool Try(const Target &stTarget, const std::string &sName, uint64_t ulNumber,
+             const std::function<void(HostileReply &)> &fnSpoil) {
+        g_stTrial = {GetParam(), stTarget.pstCase, &sName, ulNumber};
+        std::string sFault = TryReply(GetParam(), *stTarget.pstCase, fnSpoil);
+        // The bridge keeps hardly anything from call to call, so not after each.
+        if (sFault.empty() && uiTried++ % 64 == 0) {
+            sFault = TryGoodCall(*stTarget.pstCase);
+        }
+        if (!sFault.empty()) {
+            ADD_FAILURE() << stTarget.pstCase->Name() << ", " << sName << ", number " << ulNumber
+                          << " of seed " << Seed() << ": " << sFault;
+            ++uiFailed;
+        }
+        return uiFailed < 5;
+    }
+
+    uint32_t uiFailed = 0;
+    uint32_t uiTried = 0;
+};
+
+TEST_P(RepliesTest, MayBeSpoiledInEveryWayThatCanBeListed) {
+    // What comes second asks the same of the same worker: other arguments, or another reply.
+    Depth eDepth = RandomReplies() > kUsualReplies ? Depth::kAll : Depth::kUsual;
+    for (const Target &stTarget : Mine()) {
+        for (const Spoiling &stSpoiling : ListedSpoilings(stTarget.stReply, eDepth)) {
+            if (!Try(stTarget, stSpoiling.sName, 0, stSpoiling.fnSpoil)) {
+                return;
+            }
+        }
+        eDepth = eDepth == Depth::kAll ? Depth::kAll : Depth::kBrief;
+    }
+}
+
+TEST_P(RepliesTest, MayBeCutAnywhere) {
+    const Depth eDepth = RandomReplies() > kUsualReplies ? Depth::kAll : Depth::kUsual;
+    const Target &stTarget = Mine().front();
+    for (const Spoiling &stCut : Cuts(stTarget.stReply, eDepth)) {
+        if (!Try(stTarget, stCut.sName, 0, stCut.fnSpoil)) {
+            return;
+        }
+    }
+}
+
+TEST_P(RepliesTest, MayBeAnyBytes) {
+    const uint64_t ulCount = RandomReplies();
+    for (uint64_t i = 0; i < ulCount; ++i) {
+        const Target &stTarget = Mine()[i % Mine().size()];
+        // Each of them can be had again without those before it.
+        HostileDice stDice(Seed() ^ GetParam() << 20 ^ i * 0x9E3779B97F4A7C15u);
+        ++g_stTried.ulRandom;
+        if (!Try(stTarget, "random", i, [&](HostileReply &stReply) { stDice.Spoil(stReply); })) {
+            return;
+        }
+    }
+}
+
+std::vector<uint32_t> SentIds() {
+    std::vector<uint32_t> auiIds;
+    for (const auto &[uiRpcId, astTargets] : AllTargets()) {
+        auiIds.push_back(uiRpcId);
+    }
+    return auiIds;
+}
+
+std::string NameOfId(const ::testing::TestParamInfo<uint32_t> &stInfo) {
+    static const std::map<uint32_t, std::string> s_mapNames = RecordedIds();
+    const auto it = s_mapNames.find(stInfo.param);
+    return it == s_mapNames.end() ? "unknown" + std::to_string(stInfo.param) : it->second;
+}
+
+INSTANTIATE_TEST_SUITE_P(To, RepliesTest, ::testing::ValuesIn(SentIds()), NameOfId);
+
+TEST(Replies, AreToEveryRpcOfTheRecords) {
+    const std::map<uint32_t, std::string> mapRecorded = RecordedIds();
+    EXPECT_GT(mapRecorded.size(), 100u);
+    for (const auto &[uiRpcId, sName] : mapRecorded) {
+        EXPECT_TRUE(AllTargets().contains(uiRpcId)) << "no case sends " << sName;
+    }
+    for (const auto &[uiRpcId, astTargets] : AllTargets()) {
+        EXPECT_TRUE(mapRecorded.contains(uiRpcId)) << "in no header: " << std::hex << uiRpcId;
+    }
+}
+
+// The checks of the answers themselves.
+TEST(StrictJson, TellsWhatIsWrong) {
+    EXPECT_EQ(JsonFault("{\"Result\":0}"), "");
+    EXPECT_EQ(JsonFault("{ \"Result\": -1, \"List\": [ { \"a\": \"\\u0001\" }, { \"a\": 1 } ] }"),
+              "");
+    EXPECT_EQ(JsonFault(""), "no JSON");
+    EXPECT_EQ(JsonFault("{\"Result\":0}x"), "no JSON");
+    EXPECT_EQ(JsonFault("{\"Result\":0,}"), "no JSON");
+    EXPECT_EQ(JsonFault("{'Result':0}"), "no JSON");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":\"\x01\"}"), "no JSON");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":\"\xFF\"}"), "no JSON");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":NaN}"), "no JSON");
+    EXPECT_EQ(JsonFault("[0]"), "no object");
+    EXPECT_EQ(JsonFault("{\"result\":0}"), "no number under Result");
+    EXPECT_EQ(JsonFault("{\"Result\":\"0\"}"), "no number under Result");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":{}}"), "no array under List");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"Result\":0}"), "the name Result twice");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":[{\"a\":1,\"a\":2}]}"), "the name a twice");
+}
+
+/// The Javadoc of each native method, by its name.
+std::map<std::string, std::string> Javadocs() {
+    std::map<std::string, std::string> mapDocs;
+    const std::regex stNative("native [A-Za-z]+ (\\w+)\\(");
+    for (const auto &stEntry : std::filesystem::recursive_directory_iterator(WAP_JAVA_API_DIR)) {
+        if (stEntry.path().extension() != ".java") {
+            continue;
+        }
+        std::ifstream stFile(stEntry.path());
+        std::string sDoc;
+        for (std::string sLine; std::getline(stFile, sLine);) {
+            std::smatch stMatch;
+            if (sLine.find("/**") != std::string::npos) {
+                sDoc.clear();
+            }
+            if (std::regex_search(sLine, stMatch, stNative)) {
+                mapDocs[stMatch[1]] = sDoc;
+            }
+            const size_t uiText = sLine.find_first_not_of(" *");
+            sDoc += " " + (uiText == std::string::npos ? "" : sLine.substr(uiText));
+        }
+    }
+    return mapDocs;
+}
+
+TEST(Replies, ThatAreHandedOverAsTheyStandAreDocumented) {
+    const std::map<std::string, std::string> mapDocs = Javadocs();
+    EXPECT_EQ(mapDocs.size(), size_t{WAP_NATIVES});
+    for (const auto &[sMethod, sDoc] : mapDocs) {
+        EXPECT_EQ(sDoc.find("as it stands") != std::string::npos, kAsItStands.contains(sMethod))
+            << sMethod;
+    }
+}
+
+/// Says at the beginning how to do it again, and at the end what was tried.
+class Figures : public ::testing::Environment {
+  public:
+    void SetUp() override {
+        std::cout << "random replies: " << RandomReplies()
+                  << " for each RPC, WAP_REPLY_SEED=" << Seed() << std::endl;
+#ifdef __SANITIZE_ADDRESS__
+        __sanitizer_set_death_callback(SayTrial);
+#endif
+    }
+    void TearDown() override {
+        std::cout << "figure replies.rpcs " << AllTargets().size() << "\n"
+                  << "figure replies.tried " << g_stTried.ulReplies << "\n"
+                  << "figure replies.random " << g_stTried.ulRandom << "\n"
+                  << "figure replies.answered_as_ever " << g_stTried.ulGoodAnswers << "\n"
+                  << "figure replies.json_parsed " << g_stTried.ulJsonTexts << "\n";
+    }
+};
+[[maybe_unused]] const auto *const kFigures =
+    ::testing::AddGlobalTestEnvironment(std::make_unique<Figures>().release());
+
+}  // namespace
+
+}  // namespace wap::test
