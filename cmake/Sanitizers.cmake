@@ -10,7 +10,9 @@ endif()
 
 # For the bridge and its tests alone: a process of the gateway that is killed leaves no profile.
 if(WAP_COVERAGE)
-    set(WAP_COVERAGE_COMPILE_OPTIONS -fprofile-instr-generate -fcoverage-mapping)
+    # Atomic: what threads count together would get lost, and what was counted once with it.
+    set(WAP_COVERAGE_COMPILE_OPTIONS
+        -fprofile-instr-generate -fprofile-update=atomic -fcoverage-mapping)
     set(WAP_COVERAGE_LINK_OPTIONS -fprofile-instr-generate)
 endif()
 
