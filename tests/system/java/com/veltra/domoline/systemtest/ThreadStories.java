@@ -14,6 +14,7 @@ import java.util.function.BooleanSupplier;
  */
 final class ThreadStories {
     private static final Gson kGson = new Gson();
+    private static final int kPatience = 20;
     /** Goes up before and after everything of a kind is deleted, so that it is odd meanwhile. */
     static final AtomicInteger kDeletions = new AtomicInteger();
 
@@ -234,16 +235,21 @@ final class ThreadStories {
     }
 
     void routeStory(String family, String list, Object... route) {
-        int iRoute = number(Wan.kRoutes, "add" + family + "Layer3ForwardingStatic", route);
-        if (iRoute == -1) {
-            // Or is it still there from the last time?
-            String routes = text(Wan.kQuery, list);
-            String member = family.isEmpty() ? "DestIPAddress" : "DestIPPrefix";
-            JsonObject mine = find(routes, member, (String) route[0], null);
-            if (mine == null) {
-                throw new Failed("add");
+        String member = family.isEmpty() ? "DestIPAddress" : "DestIPPrefix";
+        int iRoute = -1;
+        for (int i = 0; i < kPatience && iRoute == -1; i++) {
+            iRoute = number(Wan.kRoutes, "add" + family + "Layer3ForwardingStatic", route);
+            if (iRoute == -1) {
+                // Or is it still there from the last time? The list fails when a route goes while
+                // it is read.
+                String routes = text(Wan.kQuery, list);
+                JsonObject mine =
+                        result(routes) == 0 ? find(routes, member, (String) route[0], null) : null;
+                iRoute = mine == null ? -1 : mine.get("Index").getAsInt();
             }
-            iRoute = mine.get("Index").getAsInt();
+        }
+        if (iRoute == -1) {
+            throw new Failed("add");
         }
         step(Wan.kRoutes, "delete" + family + "Layer3ForwardingStatic", iRoute);
     }

@@ -79,6 +79,7 @@ final class Weather {
             fillDisk();
         } else {
             reset();
+            kill();
             late(kTooLate, "");
             hanging = oneOf(kHasty);
         }
