@@ -10,8 +10,6 @@ namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kRefused = 0xF7300001;
-
 class TrafficTest : public GatewayTest {
   protected:
     void SetUp() override {

@@ -13,7 +13,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_vlan_bind.cpp";
 constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 constexpr uint32_t kJsonNoObject = 0xF7100000;
 constexpr uint32_t kJsonWrongType = 0xF7100007;
