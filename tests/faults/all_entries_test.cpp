@@ -19,11 +19,21 @@ namespace wap::test {
 
 namespace {
 
-/// All answers that an entry may give: the good one, the failing ones, and for texts none at all.
-std::set<std::string> AnswersOf(const Entry &stEntry) {
+/// Whether even a failure takes memory, without which there is no answer at all.
+bool ComposesItsFailure(const std::string &sMethod) {
+    return sMethod == "getStorageInfo" || sMethod == "getFTPRightInfo" ||
+           sMethod == "getSambaRightInfo";
+}
+
+/// All answers that an entry may give: the good one, the failing ones, and no text at all when the
+/// virtual machine fails, or memory for the text.
+std::set<std::string> AnswersOf(const Entry &stEntry, const FaultPlan &stPlan) {
     std::set<std::string> asAnswers = {TextOf(stEntry.stGood), TextOf(stEntry.stFailure)};
     if (stEntry.stGood.sText) {
-        asAnswers.insert(TextOf(NullAnswer()));
+        if (stPlan.eOp == Op::kJni ||
+            (stPlan.eOp == Op::kAlloc && stPlan.bForever && ComposesItsFailure(stEntry.sMethod))) {
+            asAnswers.insert(TextOf(NullAnswer()));
+        }
         asAnswers.insert(TextOf(TextAnswerOf("{\"Result\":-1}")));
     } else {
         asAnswers.insert(TextOf(NumberAnswerOf(-1)));
@@ -32,8 +42,8 @@ std::set<std::string> AnswersOf(const Entry &stEntry) {
         // Nothing is left to add when the one element could not be had.
         asAnswers.insert(TextOf(NumberAnswerOf(0)));
     }
-    if (stEntry.stFailure == TextAnswerOf("{ \"Result\": -1 }")) {
-        // The queries about traffic tell apart what can't be printed.
+    if (stEntry.sMethod.ends_with("RuleInfo")) {
+        // The rules about traffic tell apart what can't be printed.
         asAnswers.insert(TextOf(TextAnswerOf("{ \"Result\": 1 }")));
     }
     if (stEntry.sMethod == "getStorageInfo") {
@@ -59,7 +69,7 @@ TEST_P(AllEntriesTest, AnswerAsTheyMayWhateverFails) {
     stSubject.fnCall = [&](FakeJni &stEnv) { *pstAnswer = stEntry.fnCall(stEnv); };
     stSubject.fnOutcome = [&](FakeJni &) { return TextOf(*pstAnswer); };
     stSubject.sGood = TextOf(stEntry.stGood);
-    stSubject.fnAllowed = [&](const FaultPlan &) { return AnswersOf(stEntry); };
+    stSubject.fnAllowed = [&](const FaultPlan &stPlan) { return AnswersOf(stEntry, stPlan); };
     const OpCounts auiCounts = SweepFaults(stSubject);
     EXPECT_EQ(CountOf(auiCounts, Op::kRpc) > 0, stEntry.uiRpcId != 0);
 }
