@@ -3,6 +3,7 @@
 #include <vt_ssp_basic.h>
 
 #include "common/bulk_text.h"
+#include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
 #include "records/word_request.h"

@@ -14,10 +14,6 @@ namespace wap {
 /// The module id that all of them send.
 inline constexpr uint32_t kDiagSender = 249;
 
-inline bool HasNoText(const char *pcText) {
-    return pcText == nullptr || pcText[0] == '\0';
-}
-
 /// Sends a start. Gives the start status as it is, or -1 (as unsigned), recorded.
 template <class Request>
 inline uint32_t StartDiagnostics(SourceSpot stSpot, const GeneralRoute &stRoute,

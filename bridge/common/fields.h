@@ -12,6 +12,11 @@
 
 namespace wap {
 
+/// Whether a text is missing, which an empty one counts as.
+inline bool HasNoText(const char *pcText) {
+    return pcText == nullptr || pcText[0] == '\0';
+}
+
 /// Length of the text in a reply's field, which nobody promised to terminate.
 template <size_t kSize>
 inline uint32_t FieldLength(const char (&acField)[kSize]) {

@@ -160,7 +160,7 @@ jstring OSGI_JNI_FaultStrBuild(JNIEnv *pstEnv, int32_t iResult) {
         return nullptr;
     }
     const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
-    if (pcText == nullptr || pcText[0] == '\0') {
+    if (HasNoText(pcText)) {
         RecordFault(WAP_SPOT, kErrFailed, static_cast<uint32_t>(iResult));
         return nullptr;
     }

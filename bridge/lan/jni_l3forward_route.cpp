@@ -203,9 +203,8 @@ uint32_t FetchCurrent(SourceSpot stSpot, const char *pcQuery, uint32_t uiFamily,
         if (uiResult == 0 && stReply.uiNum > stBlock.Length() / uiRouteSize) {
             uiResult = kErrNoList;
         }
-    } else if (stReply.uiDataID != 0) {
-        // Nothing to read, but nobody else frees the block. That there is none is no failure.
-        (void)VT_VDATA_FreeShm(stReply.uiDataID);
+    } else {
+        FreeUnread(stReply.uiDataID);
     }
     uiNum = stReply.uiNum;
     return Recorded(stSpot, uiResult, stReply.uiDataID, stReply.uiNum);

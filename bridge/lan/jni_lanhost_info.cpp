@@ -129,7 +129,7 @@ uint32_t VT_JNI_getGatewayName(char *pcBuf, uint32_t uiCap) {
 }
 
 uint32_t VT_JNI_setGatewayName(const char *pcName) {
-    if (pcName == nullptr || pcName[0] == '\0') {
+    if (HasNoText(pcName)) {
         return Refuse(WAP_SPOT, kErrFailed, 0);
     }
     const uint32_t uiLength = VT_OS_StrLen(pcName);

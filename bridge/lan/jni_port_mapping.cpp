@@ -215,9 +215,8 @@ uint32_t VT_JNI_getPortMappingInfo(char **ppcText) {
         if (Recorded(WAP_SPOT, uiResult, stDesc.uiDataID) != 0) {
             return uiResult;
         }
-    } else if (stDesc.uiDataID != 0) {
-        // Nothing to read, but nobody else frees the block. That there is none is no failure.
-        (void)VT_VDATA_FreeShm(stDesc.uiDataID);
+    } else {
+        FreeUnread(stDesc.uiDataID);
     }
     return VT_API_getPortMappingJsonStr(static_cast<const PortMappingRow *>(stTable.Lend()),
                                         uiCount, ppcText);

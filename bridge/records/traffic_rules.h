@@ -94,7 +94,7 @@ static_assert(offsetof(HttpRuleRow, stRule) == 4);
 static_assert(sizeof(HttpRuleRow) == 923);
 
 /// Reply of the three additions: the number of the new rule. Reply of the deletions of mirror and
-/// forward rules: a word of the service's own.
+/// forward rules: a word of the service's own. The deletion of HTTP rules has an empty reply.
 struct RuleWordReply {
     uint32_t uiWord;
 };

@@ -105,7 +105,7 @@ uint32_t RenderNames(SourceSpot stSpot, const RuntimeNames &stNames, int32_t iRe
     }
     const JsonValue stObj(pstObj);
     const char *pcText = JNI_JSON_ObjToJsonString(stObj.Lend());
-    if (pcText == nullptr || pcText[0] == '\0') {
+    if (HasNoText(pcText)) {
         return Recorded(stSpot, 1);
     }
     const uint32_t uiLength = VT_OS_StrLen(pcText);

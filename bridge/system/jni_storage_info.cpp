@@ -65,7 +65,7 @@ void AppendVolume(json_object *pstList, const DiscVolume &stVolume, uint32_t uiI
 /// Hands over the text of the answer; all of it, or nothing.
 uint32_t PrintInto(json_object *pstRoot, char *pcBuf, uint32_t uiSize) {
     const char *pcText = JNI_JSON_ObjToJsonString(pstRoot);
-    if (pcText == nullptr || pcText[0] == '\0') {
+    if (HasNoText(pcText)) {
         return Recorded(WAP_SPOT, kErrFailed);
     }
     WAP_TRACE(kTraceEntries, "pcJsonStr:%s\r\n", pcText);

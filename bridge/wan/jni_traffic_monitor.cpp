@@ -7,6 +7,7 @@
 
 #include "common/fields.h"
 #include "common/jni_common.h"
+#include "common/json_parse.h"
 #include "common/owners.h"
 #include "common/report.h"
 #include "common/requests.h"
@@ -106,7 +107,14 @@ uint32_t MakeAnswer(const TrafficMonitorInfoReply &stInfo, PlatformBlock &stAnsw
     if (ulCap == 0 || ulCap > kBlockMax || !stAnswer.Make(uiCap, WAP_SPOT)) {
         return Recorded(WAP_SPOT, kErrNoAnswer, stInfo.uiBundles, stInfo.uiAddresses);
     }
-    return VT_API_ConvertAddrListToJson(pcRegistry, static_cast<char *>(stAnswer.Lend()), uiCap);
+    auto *pcAnswer = static_cast<char *>(stAnswer.Lend());
+    const uint32_t uiConverted = VT_API_ConvertAddrListToJson(pcRegistry, pcAnswer, uiCap);
+    if (uiConverted != 0) {
+        return uiConverted;
+    }
+    // Names and lists stand in it as they came: nobody has looked at them yet.
+    const JsonValue stParsed(ParseJson(WAP_SPOT, pcAnswer, Grammar::kStrict, Secrecy::kPlain));
+    return stParsed ? 0 : Recorded(WAP_SPOT, kErrFailed, stInfo.stRegistry.uiOriginalLen);
 }
 
 }  // namespace
@@ -201,9 +209,8 @@ uint32_t VT_JNI_getTrafficMonitoringDestAddressInfo(char **ppcText) {
     PlatformBlock stAnswer;
     if (stRegistry.uiOriginalLen != 0 && stRegistry.uiCompressedLen != 0) {
         uiResult = MakeAnswer(stInfo, stAnswer);
-    } else if (stRegistry.uiDataID != 0) {
-        // Nothing to read, but nobody else frees the block. That there is none is no failure.
-        (void)VT_VDATA_FreeShm(stRegistry.uiDataID);
+    } else {
+        FreeUnread(stRegistry.uiDataID);
     }
     if (uiResult == 0) {
         *ppcText = static_cast<char *>(stAnswer.Release());

@@ -78,10 +78,7 @@ uint32_t FetchMembers(uint32_t uiFlow, BulkBlock &stTable, uint32_t &uiCount) {
         return uiResult;
     }
     if (stReply.uiCount == 0) {
-        if (stReply.stTable.uiDataID != 0) {
-            // Nothing to read, but nobody else frees the block. That there is none is no failure.
-            (void)VT_VDATA_FreeShm(stReply.stTable.uiDataID);
-        }
+        FreeUnread(stReply.stTable.uiDataID);
         // A flow without members is, deliberately: Java's side knows no empty list.
         return Recorded(WAP_SPOT, kErrFailed, uiFlow);
     }

@@ -2,6 +2,7 @@
 
 #include <string.h>
 
+#include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/list_answer.h"
 #include "common/owners.h"
@@ -18,10 +19,6 @@ constexpr char kNoRules[] = "{\"Result\":0,\"List\":[]}";
 uint32_t RowSize(const RuleKind &stKind) {
     return stKind.uiRecordSize +
            (stKind.eNumber == RuleNumber::kBeforeIt ? static_cast<uint32_t>(sizeof(uint32_t)) : 0);
-}
-
-bool IsMissing(const char *pcText) {
-    return pcText == nullptr || pcText[0] == '\0';
 }
 
 /// The texts of a row, each with a zero behind it that the row need not have.
@@ -177,12 +174,12 @@ uint32_t AnswerNoRules(char **ppcText) {
 
 uint32_t CheckRuleTexts(const RuleKind &stKind, const char *const *ppcTexts) {
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
-        if (stKind.pstColumns[i].eNeed == RuleTextNeed::kRequired && IsMissing(ppcTexts[i])) {
+        if (stKind.pstColumns[i].eNeed == RuleTextNeed::kRequired && HasNoText(ppcTexts[i])) {
             return Recorded(WAP_SPOT, kErrFailed, i);
         }
     }
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
-        const uint32_t uiLength = IsMissing(ppcTexts[i]) ? 0 : VT_OS_StrLen(ppcTexts[i]);
+        const uint32_t uiLength = HasNoText(ppcTexts[i]) ? 0 : VT_OS_StrLen(ppcTexts[i]);
         if (uiLength >= stKind.pstColumns[i].usSize) {
             return Recorded(WAP_SPOT, kErrFailed, uiLength);
         }
@@ -196,7 +193,7 @@ uint32_t AddRule(const RuleKind &stKind, const char *const *ppcTexts) {
     }
     char acRecord[kRuleRecordMax] = {};
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
-        if (!IsMissing(ppcTexts[i])) {
+        if (!HasNoText(ppcTexts[i])) {
             const RuleColumn &stColumn = stKind.pstColumns[i];
             (void)VT_OS_StrNCpy_S(acRecord + stColumn.usAt, stColumn.usSize, ppcTexts[i],
                                   stColumn.usSize - 1u);
@@ -223,10 +220,7 @@ uint32_t ListRules(const RuleKind &stKind, char **ppcText) {
     }
     const VDataDesc stDesc = stReply.stDesc;
     if (stReply.uiCount == 0) {
-        if (stDesc.uiDataID != 0) {
-            // Nothing to read, but nobody else frees the block. That there is none is no failure.
-            (void)VT_VDATA_FreeShm(stDesc.uiDataID);
-        }
+        FreeUnread(stDesc.uiDataID);
         return AnswerNoRules(ppcText);
     }
     BulkBlock stTable;

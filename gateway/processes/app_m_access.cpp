@@ -20,12 +20,12 @@ void WriteSettings(json_object *pstWan, std::initializer_list<const char *> apcK
     }
 }
 
-void WriteStats(json_object *pstWan, json_object *pstAnswer) {
+void WriteWanStats(json_object *pstWan, json_object *pstAnswer) {
     PutNumber(pstAnswer, "UsStats", GetNumber(pstWan, "sentBytes").value_or(0));
     PutNumber(pstAnswer, "DsStats", GetNumber(pstWan, "receivedBytes").value_or(0));
 }
 
-void WriteInfo(json_object *pstWan, json_object *pstAnswer) {
+void WriteWanInfo(json_object *pstWan, json_object *pstAnswer) {
     PutNumber(pstAnswer, "Index", NumberOf(pstWan, "index"));
     PutText(pstAnswer, "Name", TextOf(pstWan, "name"));
     PutText(pstAnswer, "ConnectionType", TextOf(pstWan, "connectionType"));
@@ -177,15 +177,15 @@ uint32_t ChangeBinding(HandlerContext &stContext, const VlanBindReq &stRequest, 
 }  // namespace
 
 void AddAccessRpcs(RpcTable &stTable) {
-    stTable.AddBytes(kRpcGetWanStats, TellWan<WriteStats>);
-    stTable.AddBytes(kRpcGetWanInfo, TellWan<WriteInfo>);
+    stTable.AddBytes(kRpcGetWanStats, TellWan<WriteWanStats>);
+    stTable.AddBytes(kRpcGetWanInfo, TellWan<WriteWanInfo>);
     stTable.AddBytes(kRpcGetWanBandwidth, TellWan<WriteBandwidth>);
     stTable.AddBytes(kRpcGetWanStatus, TellWan<WriteStatus>);
     stTable.Add(kRpcGetInternetWan, GetInternetWan);
     stTable.AddBytes(kRpcGetPonPhyStatus, TellPon<WritePhyStatus>);
     stTable.Add(kRpcGetPonUpTime, GetPonUpTime);
     stTable.AddBytes(kRpcGetPonRegStatus, TellPon<WriteRegStatus>);
-    stTable.AddBytes(kRpcGetUplinkStats, TellPon<WriteStats>);
+    stTable.AddBytes(kRpcGetUplinkStats, TellPon<WriteWanStats>);
     stTable.Add(kRpcGetWlanVlanBind, GetBindings);
     stTable.Add(kRpcChangeVlanBind, ChangeBinding);
 }

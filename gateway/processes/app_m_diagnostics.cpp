@@ -125,6 +125,16 @@ uint32_t StartOne(HandlerContext &stContext, Kind eKind, uint32_t uiWanIndex, Js
                : kStatusNoWan;
 }
 
+/// A ping's result is a reply, which has room for no host of any length: what is too long for it
+/// loses the address, and when that is not enough the host.
+void FitPingReply(json_object *pstResult) {
+    for (const char *pcKey : {"Address", "Host"}) {
+        if (PrintJson(pstResult, false).size() >= kPingResultMax) {
+            json_object_object_del(pstResult, pcKey);
+        }
+    }
+}
+
 uint32_t StartPing(HandlerContext &stContext, const PingDiagRequest &stRequest,
                    DiagStartReply &stReply) {
     const std::string acHost = TextIn(stRequest.acHost);
@@ -139,6 +149,7 @@ uint32_t StartPing(HandlerContext &stContext, const PingDiagRequest &stRequest,
     PutNumber(stResult.get(), "MinimumMs", 2);
     PutNumber(stResult.get(), "AverageMs", 3);
     PutNumber(stResult.get(), "MaximumMs", 5);
+    FitPingReply(stResult.get());
     stReply.uiStatus = StartOne(stContext, Kind::kPing, stRequest.uiWanIndex, std::move(stResult));
     return 0;
 }
@@ -204,7 +215,7 @@ uint32_t GetResult(HandlerContext &stContext, const Word &, DiagResultReply &stR
     return 0;
 }
 
-/// The longest text about a change: the addresses that one call can carry.
+/// The longest notice that this process takes; the bound is its own. A longer one is dropped.
 constexpr uint32_t kNoticeMax = 1 << 20;
 
 /// A bundle has registered addresses or removed them. Nothing follows from it here: what is kept is

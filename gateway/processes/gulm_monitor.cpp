@@ -22,6 +22,15 @@ json_object *FindText(json_object *pstArray, const std::string &acText) {
     return stFound == astElements.end() ? nullptr : *stFound;
 }
 
+/// Whether a text can stand in the registry's text: without what is between its parts, and without
+/// what JSON would need to escape, for readers put names into JSON as they are.
+bool CanBeListed(const std::string &acText, const char *pcSeparators) {
+    return acText.find_first_of(pcSeparators) == std::string::npos &&
+           std::none_of(acText.begin(), acText.end(), [](char cByte) {
+               return cByte == '"' || cByte == '\\' || static_cast<unsigned char>(cByte) < 0x20;
+           });
+}
+
 /// The parts of a list that are not empty.
 std::vector<std::string> SplitList(const std::string &acList) {
     std::vector<std::string> asParts;
@@ -39,9 +48,7 @@ uint32_t AddAddresses(HandlerContext &stContext, const TrafficMonitorOperReq &st
                       TrafficMonitorOperReply &) {
     const std::string acBundle = TextIn(stRequest.acBundleName);
     const auto asAddresses = SplitList(FetchText(stRequest.stAddrList, kListMax));
-    // The registry's text has these between its parts.
-    if (acBundle.empty() || acBundle.find_first_of("[;") != std::string::npos ||
-        asAddresses.empty()) {
+    if (acBundle.empty() || !CanBeListed(acBundle, "[;") || asAddresses.empty()) {
         return kRefused;
     }
     HomeChange stChange(stContext.stHome);
@@ -59,7 +66,7 @@ uint32_t AddAddresses(HandlerContext &stContext, const TrafficMonitorOperReq &st
     }
     json_object *pstAddresses = FindMember(pstEntry, "addresses");
     for (const std::string &acAddress : asAddresses) {
-        if (acAddress.find(';') != std::string::npos) {
+        if (!CanBeListed(acAddress, ";")) {
             return kRefused;
         }
         if (FindText(pstAddresses, acAddress) == nullptr) {

@@ -23,6 +23,7 @@ struct RuleKind {
     const char *pcSection;
     size_t uiRecord;  ///< size of a record
     bool bNumbered;   ///< rows of the table begin with the rule's number
+    bool bTellsRest;  ///< a deletion is answered with the number of rules that are left
     uint32_t uiAddRpc;
     uint32_t uiDelRpc;
     uint32_t uiGetRpc;
@@ -35,6 +36,7 @@ struct RuleKind {
 constexpr RuleKind kMirror = {"mirrorRules",
                               sizeof(MirrorRuleRec),
                               false,
+                              true,
                               kRpcAddMirrorRule,
                               kRpcDelMirrorRule,
                               kRpcGetMirrorRules,
@@ -48,6 +50,7 @@ constexpr RuleKind kMirror = {"mirrorRules",
 constexpr RuleKind kForward = {"forwardRules",
                                sizeof(ForwardRuleRec),
                                false,
+                               true,
                                kRpcAddForwardRule,
                                kRpcDelForwardRule,
                                kRpcGetForwardRules,
@@ -60,6 +63,7 @@ constexpr RuleKind kForward = {"forwardRules",
 constexpr RuleKind kHttp = {"httpRules",
                             sizeof(HttpProcessRuleRec),
                             true,
+                            false,
                             kRpcAddHttpRule,
                             kRpcDelHttpRule,
                             kRpcGetHttpRules,
@@ -71,6 +75,11 @@ constexpr RuleKind kHttp = {"httpRules",
                               WAP_COLUMN(HttpProcessRuleRec, acStatusCodes, "statusCodes"),
                               WAP_COLUMN(HttpProcessRuleRec, acHeaders, "headers")}}};
 #undef WAP_COLUMN
+
+void ReplyWord(std::string &acReply, size_t uiWord) {
+    const RuleWordReply stReply = {static_cast<uint32_t>(uiWord)};
+    acReply.assign(reinterpret_cast<const char *>(&stReply), sizeof(stReply));
+}
 
 template <const RuleKind &kKind>
 uint32_t AddRule(HandlerContext &stContext, std::string_view pcRequest, std::string &acReply) {
@@ -94,18 +103,21 @@ uint32_t AddRule(HandlerContext &stContext, std::string_view pcRequest, std::str
     if (json_object_array_length(pstRules) >= kRulesMax) {
         return kTableFull;
     }
-    const RuleWordReply stReply = {FreeNumber(pstRules, "number")};
-    PutNumber(stRule.get(), "number", stReply.uiWord);
+    const uint32_t uiNumber = FreeNumber(pstRules, "number");
+    PutNumber(stRule.get(), "number", uiNumber);
     Append(pstRules, std::move(stRule));
     stChange.Commit();
-    acReply.assign(reinterpret_cast<const char *>(&stReply), sizeof(stReply));
+    ReplyWord(acReply, uiNumber);
     return 0;
 }
 
-/// The word of the reply tells how many are left.
 template <const RuleKind &kKind>
-uint32_t DelRule(HandlerContext &stContext, const DelRuleRequest &stRequest,
-                 RuleWordReply &stReply) {
+uint32_t DelRule(HandlerContext &stContext, std::string_view pcRequest, std::string &acReply) {
+    DelRuleRequest stRequest = {};
+    if (pcRequest.size() != sizeof(stRequest)) {
+        return VT_HOST_ERR_ARGUMENT;
+    }
+    memcpy(&stRequest, pcRequest.data(), sizeof(stRequest));
     HomeChange stChange(stContext.stHome);
     json_object *pstRules = stChange.At(kKind.pcSection);
     if (stRequest.uiRuleInst == kAllRules) {
@@ -117,7 +129,9 @@ uint32_t DelRule(HandlerContext &stContext, const DelRuleRequest &stRequest,
         }
         TakeOut(pstRules, pstRule);
     }
-    stReply.uiWord = static_cast<uint32_t>(json_object_array_length(pstRules));
+    if (kKind.bTellsRest) {
+        ReplyWord(acReply, json_object_array_length(pstRules));
+    }
     stChange.Commit();
     return 0;
 }
@@ -155,7 +169,7 @@ uint32_t GetRules(HandlerContext &stContext, const Word &, RuleTableReply &stRep
 template <const RuleKind &kKind>
 void AddKind(RpcTable &stTable) {
     stTable.AddBytes(kKind.uiAddRpc, AddRule<kKind>);
-    stTable.Add(kKind.uiDelRpc, DelRule<kKind>);
+    stTable.AddBytes(kKind.uiDelRpc, DelRule<kKind>);
     stTable.Add(kKind.uiGetRpc, GetRules<kKind>);
 }
 

@@ -13,7 +13,6 @@ namespace wap::gateway {
 
 namespace {
 
-constexpr char kUsb[] = "usb";
 constexpr size_t kDevicesMax = 16;
 
 /// Not only digits: a device is named by its id, too.

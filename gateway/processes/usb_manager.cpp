@@ -11,7 +11,6 @@ namespace wap::gateway {
 
 namespace {
 
-constexpr char kUsb[] = "usb";
 constexpr size_t kPluginsMax = 64;
 
 /// Results of an open that is no error of the call.

@@ -16,6 +16,9 @@
 
 namespace wap::gateway {
 
+/// Where the home says which devices there are.
+inline constexpr char kUsb[] = "usb";
+
 /**
  * Which devices there are is said by the home's "usb", so they outlive the process. Plug-ins and
  * locks do not, and neither do they outlive the process that they came from.

@@ -30,7 +30,6 @@ std::function<void(World &)> ManyHosts(uint32_t uiRpcId) {
     return Answering(uiRpcId, {0, kManyHostsText + '\0', true});
 }
 
-constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 constexpr const char16_t *kMac = u"02:00:00:00:00:01";
 
 std::string SwitchedOff(std::string sDhcp) {

@@ -22,7 +22,6 @@ namespace {
 
 constexpr jint kIpWan = 0x10101001;
 constexpr jint kPppWan = 0x20101001;
-constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 
 std::function<void(World &)> IptvOf(const IptvFacts &stIptv) {
     return Answering(0x47317140, {0, IptvBytes(stIptv)});

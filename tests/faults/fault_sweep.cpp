@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 namespace wap::test {
 
@@ -176,7 +177,7 @@ std::string GroupOf(Op eOp, std::string_view sName) {
     return eOp == Op::kJni ? "jni" : "platform";
 }
 
-std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject) {
+std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject, const Look &fnLook) {
     std::set<std::string> asOutcomes;
     bool bHit = true;
     for (uint32_t uiAt = 1; bHit; ++uiAt) {
@@ -194,11 +195,46 @@ std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject) {
         const std::string sOutcome = stSubject.fnOutcome(stEnv);
         if (bHit) {
             asOutcomes.insert(sOutcome);
+            fnLook(stWorld.stPlatform, sOutcome);
         }
         stEnv.EndCall();
         stWorld.ExpectClean();
     }
     return asOutcomes;
+}
+
+namespace {
+
+std::string TextOf(const FaultRecord &stFault) {
+    std::ostringstream stText;
+    stText << std::hex << stFault.uiCode << "(";
+    size_t uiNumbers = stFault.auiArgs.size();
+    while (uiNumbers > 0 && stFault.auiArgs[uiNumbers - 1] == 0) {
+        --uiNumbers;
+    }
+    for (size_t i = 0; i < uiNumbers; ++i) {
+        stText << (i == 0 ? "" : ",") << stFault.auiArgs[i];
+    }
+    stText << ")";
+    return stText.str();
+}
+
+}  // namespace
+
+std::vector<std::string> RecordsWithoutMemory(const Subject &stSubject, const std::string &sFile) {
+    std::vector<std::string> asRuns;
+    (void)OutcomesWithoutMemory(stSubject, [&](const Platform &stPlatform, const std::string &) {
+        std::string sRun;
+        for (const FaultRecord &stFault : stPlatform.astFaults) {
+            if (stFault.sFile == sFile) {
+                sRun += (sRun.empty() ? "" : " ") + TextOf(stFault);
+            }
+        }
+        if (asRuns.empty() || asRuns.back() != sRun) {
+            asRuns.push_back(sRun);
+        }
+    });
+    return asRuns;
 }
 
 std::set<std::string> WithSomeLeftOut(const std::string &sHead,

@@ -52,8 +52,17 @@ const std::map<std::string, uint64_t> &FailedOperations();
 /// The group of an operation's name.
 std::string GroupOf(Op eOp, std::string_view sName);
 
+/// Looks at what a call recorded, and at its outcome.
+using Look = std::function<void(const Platform &, const std::string &sOutcome)>;
+
 /// The outcomes that each of the allocations leads to when it fails alone.
-std::set<std::string> OutcomesWithoutMemory(const Subject &stSubject);
+std::set<std::string> OutcomesWithoutMemory(
+    const Subject &stSubject, const Look &fnLook = [](const Platform &, const std::string &) {});
+
+/// What a source records about it, in order of the allocations: a text for each run with all its
+/// records, "code(numbers)" in hexadecimal without zeros at the end. Runs with the same follow each
+/// other as one.
+std::vector<std::string> RecordsWithoutMemory(const Subject &stSubject, const std::string &sFile);
 
 /// All texts "<sHead><items, some left out><sTail>", with a separator between what is left, where
 /// at most uiMissing items are left out.

@@ -14,12 +14,11 @@
 #include "common/jni_json_wrap.h"
 #include "common/json_parse.h"
 #include "faults/fault_sweep.h"
+#include "support/expect.h"
 
 namespace wap::test {
 
 namespace {
-
-constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 
 struct Composed {
     std::vector<JsonItem> astItems;

@@ -14,6 +14,9 @@
 
 namespace wap::test {
 
+/// A list without an element.
+inline constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
+
 /// A further way to call an entry. The row starts like one of an entry table, with WAP_ENTRY.
 struct CaseRow {
     std::string sSymbol;

@@ -119,13 +119,61 @@ void CheckRow(const Kind &stKind, json_object *pstRow, const std::string &sRow,
     }
 }
 
+/// How many rows are counted and there.
+size_t RowsOf(const Kind &stKind, uint32_t uiCount, const std::string &sTable) {
+    return std::min<size_t>(uiCount, sTable.size() / stKind.uiRowSize);
+}
+
+/// What a text takes up in JSON.
+size_t EscapedSize(const std::string &sText) {
+    json_object *pstText = json_object_new_string_len(sText.data(), static_cast<int>(sText.size()));
+    const size_t uiSize = std::strlen(json_object_to_json_string(pstText));
+    json_object_put(pstText);
+    return uiSize;
+}
+
+/// Whether a list of the rows is longer than its room, counted by hand: what stands around the
+/// texts and numbers, and those.
+bool ExceedsRoom(const Kind &stKind, uint32_t uiCount, const std::string &sTable) {
+    const size_t uiRows = RowsOf(stKind, uiCount, sTable);
+    size_t uiSize = std::strlen("{ \"Result\": 0, \"List\": [ ] }") + uiRows;
+    uint32_t uiNumber = 0;
+    for (size_t i = 0; i < uiRows; ++i) {
+        uiSize += std::strlen("{ }") + (i == 0 ? 0 : std::strlen(","));
+        size_t uiAt = i * stKind.uiRowSize + stKind.uiHead;
+        for (const Text &stText : stKind.astTexts) {
+            if (stText.pcKey == nullptr) {
+                continue;
+            }
+            const std::string sField = sTable.substr(uiAt, stText.uiSize);
+            const std::string sText = sField.substr(0, strnlen(sField.data(), stText.uiSize));
+            uiAt += stText.uiSize;
+            uiSize += std::strlen(" \"\": ") + std::strlen(stText.pcKey);
+            uiSize += stText.pcKey == stKind.astTexts[0].pcKey ? 0 : std::strlen(",");
+            if (stText.eShape == Text::kNumber) {
+                ReadNumber(sText, uiNumber);
+                uiSize += std::to_string(static_cast<int32_t>(uiNumber)).size();
+            } else {
+                uiSize +=
+                    EscapedSize(sText) + (stText.eShape == Text::kAlone ? std::strlen("[  ]") : 0);
+            }
+        }
+        if (stKind.uiHead != 0) {
+            const uint32_t uiInst = WordAt(sTable, i * stKind.uiRowSize);
+            uiSize += std::strlen(", \"RuleInst\": ") +
+                      std::to_string(static_cast<int32_t>(uiInst)).size();
+        }
+    }
+    return uiSize >= (uiRows + 1) * stKind.uiTextPerRow;
+}
+
 void CheckList(const Kind &stKind, const std::string &sText, uint32_t uiCount,
                const std::string &sTable) {
     // Not strictly: the rows' texts need not be UTF-8.
     json_object *pstRoot = json_tokener_parse(sText.c_str());
     Require(pstRoot != nullptr, "the answer is JSON");
     json_object *pstList = Member(pstRoot, "List");
-    const size_t uiRows = std::min<size_t>(uiCount, sTable.size() / stKind.uiRowSize);
+    const size_t uiRows = RowsOf(stKind, uiCount, sTable);
     Require(json_object_array_length(pstList) == uiRows,
             "as many rules are listed as are counted and there");
     uint32_t uiNumber = 0;
@@ -133,7 +181,9 @@ void CheckList(const Kind &stKind, const std::string &sText, uint32_t uiCount,
         CheckRow(stKind, json_object_array_get_idx(pstList, i),
                  sTable.substr(i * stKind.uiRowSize, stKind.uiRowSize), uiNumber);
     }
-    Require(sText.size() < (uiRows + 1) * stKind.uiTextPerRow, "the answer keeps to its room");
+    Require(
+        sText.size() < (uiRows + 1) * stKind.uiTextPerRow && !ExceedsRoom(stKind, uiCount, sTable),
+        "the answer keeps to its room");
     json_object_put(pstRoot);
 }
 
@@ -164,7 +214,8 @@ void FuzzRuleTables(const uint8_t *pucData, size_t uiSize) {
         }
     } else {
         // 1: texts whose escapes don't fit; else there was nothing to read.
-        Require(uiResult == 1 || sTable.empty(), "a table that is there is read");
+        Require(uiResult == 1 ? ExceedsRoom(stKind, uiCount, sTable) : sTable.empty(),
+                "a table that is there is read, and listed unless there is no room");
     }
     Require(stPlatform.mapBlocks.empty(), "the block is freed");
     RequireClean(stWorld);

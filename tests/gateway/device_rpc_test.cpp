@@ -11,7 +11,7 @@ namespace wap::test {
 
 namespace {
 
-uint32_t UpTime() {
+uint32_t ToldUpTime() {
     const RpcReply stAnswer = Query("osgi_proxy", 0x47209036, 4);
     EXPECT_EQ(stAnswer.uiStatus, 0u);
     return WordAt(stAnswer.acBytes, 0);
@@ -117,34 +117,34 @@ TEST_F(GatewayTest, EveryProcessAnswersUnknownRpcs) {
 }
 
 TEST_F(RunningGatewayTest, UpTimeGrowsFromItsBase) {
-    const uint32_t uiShipped = UpTime();
+    const uint32_t uiShipped = ToldUpTime();
     EXPECT_GE(uiShipped, 86400u);
     EXPECT_LT(uiShipped, 86400u + 120);
     CtlOk({"set", "device.upTimeBase", "7"});
-    const uint32_t uiFirst = UpTime();
+    const uint32_t uiFirst = ToldUpTime();
     EXPECT_GE(uiFirst, 7u);
     EXPECT_LT(uiFirst, 7u + 120);
     sleep(2);
-    EXPECT_GE(UpTime(), uiFirst + 2);
+    EXPECT_GE(ToldUpTime(), uiFirst + 2);
 }
 
 TEST_F(RunningGatewayTest, UpTimeContinuesOverARestartOfTheProcessButNotOfTheGateway) {
-    const uint32_t uiFirst = UpTime();
+    const uint32_t uiFirst = ToldUpTime();
     sleep(2);
     CtlOk({"kill", "osgi_proxy"});
     CtlOk({"start", "osgi_proxy", "--timeout", "60"});
-    EXPECT_GE(UpTime(), uiFirst + 2);
+    EXPECT_GE(ToldUpTime(), uiFirst + 2);
     sleep(2);
     CtlOk({"stop"});
     CtlOk({"start", "osgi_proxy", "--timeout", "60"});
-    EXPECT_LT(UpTime(), uiFirst + 4);
+    EXPECT_LT(ToldUpTime(), uiFirst + 4);
 }
 
 TEST_F(RunningGatewayTest, UpTimeStaysAtItsLargestValue) {
     CtlOk({"set", "device.upTimeBase", "4294967295"});
-    EXPECT_EQ(UpTime(), 0xFFFFFFFFu);
+    EXPECT_EQ(ToldUpTime(), 0xFFFFFFFFu);
     sleep(1);
-    EXPECT_EQ(UpTime(), 0xFFFFFFFFu);
+    EXPECT_EQ(ToldUpTime(), 0xFFFFFFFFu);
 }
 
 TEST_F(RunningGatewayTest, ControlRequestsAreNotTrusted) {

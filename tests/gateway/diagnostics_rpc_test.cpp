@@ -80,6 +80,30 @@ TEST_F(DiagnosticsTest, PingFromStartToResult) {
     EXPECT_NE(PingText().find(R"("Address":"198.51.100.7","Sent":9,)"), std::string::npos);
 }
 
+// The reply has 512 bytes; of what does not fit, the host comes before its address.
+TEST_F(DiagnosticsTest, PingOfAnyHostHasAResult) {
+    Take("0");
+    const std::string acDigits(255, '7');
+    const auto Text = [](const std::string &acNames) {
+        return R"({"Result":0,"State":"Complete",)" + acNames +
+               R"("Sent":4,"Received":4,"DataBlockSize":56,"DSCP":46,"MinimumMs":2,)"
+               R"("AverageMs":3,"MaximumMs":5})";
+    };
+    EXPECT_EQ(Start(0x47103088, Ping(0, acDigits, 0)), 0u);
+    EXPECT_EQ(PingText(), Text("\"Host\":\"" + acDigits + "\","));
+    for (const char cByte : {'"', '\\', '\1'}) {
+        EXPECT_EQ(Start(0x47103088, Ping(0, std::string(255, cByte), 0)), 0u);
+        EXPECT_EQ(PingText(), Text(""));
+    }
+    // The longest that loses nothing: with its zero, it fills the reply.
+    const size_t uiMost = (511 - Text(R"("Host":"","Address":"",)").size()) / 2;
+    const std::string acMost(uiMost, '7');
+    EXPECT_EQ(Start(0x47103088, Ping(0, acMost, 0)), 0u);
+    EXPECT_EQ(PingText(), Text(R"("Host":")" + acMost + R"(","Address":")" + acMost + "\","));
+    EXPECT_EQ(Start(0x47103088, Ping(0, acMost + "7", 0)), 0u);
+    EXPECT_EQ(PingText(), Text(R"("Host":")" + acMost + R"(7",)"));
+}
+
 TEST_F(DiagnosticsTest, DnsFromStartToResult) {
     EXPECT_EQ(Result(0x47103097), kNone);
     Take("60000");

@@ -33,6 +33,11 @@ inline constexpr const char *kProcessNames[] = {"gulm", "app_m", "osgi_proxy", "
 /// The bytes that the reply buffer holds before a call, to see what a reply did not touch.
 inline constexpr char kUntouched = '\x5A';
 
+/// What a process answers when a request makes no sense, or names nothing that is there.
+inline constexpr uint32_t kRefused = 0xF7300001;
+/// What it answers when a table is full.
+inline constexpr uint32_t kTableFull = 0xF7300002;
+
 /// Sends an RPC.
 RpcReply Call(const char *pcProcess, uint32_t uiRpcId, std::string_view pcRequest,
               size_t uiCapacity, uint32_t uiTimeoutMs = 20000);

@@ -9,8 +9,6 @@ namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kRefused = 0xF7300001;
-
 /// Words of zero, as the unused end of a list has them.
 std::string ZeroWords(size_t uiCount) {
     return std::string(uiCount * sizeof(uint32_t), '\0');

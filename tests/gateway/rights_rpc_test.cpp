@@ -12,9 +12,6 @@ namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kRefused = 0xF7300001;
-constexpr uint32_t kTableFull = 0xF7300002;
-
 /// What is different about the services.
 struct Service {
     const char *pcName;

@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <string>
+#include <vector>
+
 #include "gateway_fixture.h"
 #include "vt_ssp_basic.h"
 #include "vt_ssp_host.h"
@@ -9,8 +12,6 @@
 namespace wap::test {
 
 namespace {
-
-constexpr uint32_t kRefused = 0xF7300001;
 
 class TrafficTest : public GatewayTest {
   protected:
@@ -77,7 +78,8 @@ struct RuleKind {
     uint32_t uiGet;
     std::string (*pfnRule)(const std::string &acAddress);
     bool bNumbered;
-    size_t uiRequiredAt;  ///< where a text is that must be there
+    bool bTellsRest;                    ///< a deletion is answered with how many are left
+    std::vector<size_t> auiRequiredAt;  ///< where texts are that must be there
 };
 
 class RulesTest : public TrafficTest, public testing::WithParamInterface<RuleKind> {
@@ -94,6 +96,15 @@ class RulesTest : public TrafficTest, public testing::WithParamInterface<RuleKin
         EXPECT_EQ(WordAt(stReply.acBytes, 0), uiCount);
         return uiCount == 0 ? "" : BlockOf(stReply, 4);
     }
+    /// What the reply to a deletion that works leaves in its room.
+    static std::string Delete(uint32_t uiNumber) {
+        const RpcReply stReply = Ask(GetParam().uiDel, Word(uiNumber));
+        EXPECT_EQ(stReply.uiStatus, 0u);
+        return stReply.acBytes;
+    }
+    static std::string Rest(uint32_t uiRules) {
+        return GetParam().bTellsRest ? Word(uiRules) : std::string(4, kUntouched);
+    }
     static std::string Row(uint32_t uiNumber, const std::string &acRule) {
         return (GetParam().bNumbered ? Word(uiNumber) : "") + acRule;
     }
@@ -101,10 +112,24 @@ class RulesTest : public TrafficTest, public testing::WithParamInterface<RuleKin
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, RulesTest,
-    testing::Values(RuleKind{"mirror", 0x48304191, 0x48304192, 0x48304193, MirrorRule, false, 268},
-                    RuleKind{"forward", 0x48304195, 0x48304196, 0x48304197, ForwardRule, false,
-                             268},
-                    RuleKind{"http", 0x48304198, 0x48304199, 0x4830419A, HttpRule, true, 268}),
+    testing::Values(
+        RuleKind{"mirror",
+                 0x48304191,
+                 0x48304192,
+                 0x48304193,
+                 MirrorRule,
+                 false,
+                 true,
+                 {256, 268, 273, 295, 335}},
+        RuleKind{"forward",
+                 0x48304195,
+                 0x48304196,
+                 0x48304197,
+                 ForwardRule,
+                 false,
+                 true,
+                 {256, 268, 330}},
+        RuleKind{"http", 0x48304198, 0x48304199, 0x4830419A, HttpRule, true, false, {256, 268}}),
     [](const auto &stInfo) { return stInfo.param.pcName; });
 
 std::string Member(const std::string &acAddress, const std::string &acPort,
@@ -135,11 +160,38 @@ TEST_F(TrafficTest, WrongRegistrationsAreRefused) {
     EXPECT_EQ(Monitor(true, "a[b", "10.0.0.1"), kRefused);
     EXPECT_EQ(Monitor(true, "a", ",,"), kRefused);
     EXPECT_EQ(Monitor(true, "a", "10.0.0.1;b"), kRefused);
+    // What the lists of the registry could not hold, at any place.
+    for (const char cByte : {'[', ';', '"', '\\', '\1', '\n', '\x1F'}) {
+        for (const std::string &acText :
+             {cByte + std::string("a"), std::string("a") + cByte, std::string(1, cByte)}) {
+            EXPECT_EQ(Monitor(true, acText, "10.0.0.1"), kRefused) << acText;
+            if (cByte != '[') {
+                EXPECT_EQ(Monitor(true, "a", acText), kRefused) << acText;
+                EXPECT_EQ(Monitor(true, "a", "10.0.0.1," + acText), kRefused) << acText;
+            }
+        }
+    }
     EXPECT_EQ(Monitor(false, "a", "10.0.0.1"), kRefused);
     EXPECT_EQ(Status(0x48304173, Word(12345) + Word(5) + Word(5) + Field("a", 256)),
               uint32_t{VT_HOST_ERR_DATA})
         << "no such block";
     EXPECT_EQ(Registry(), "0 0 ");
+}
+
+TEST_F(TrafficTest, NamesAndAddressesMayHaveAllElse) {
+    EXPECT_EQ(Monitor(true, "a b]{},:\x7F\xC3\xA9", "[2001:db8::1],x/\xC3\xA9 ]"), 0u);
+    EXPECT_EQ(Registry(), "1 2 a b]{},:\x7F\xC3\xA9[\"[2001:db8::1]\",\"x/\xC3\xA9 ]\"]");
+}
+
+TEST_F(TrafficTest, RegistryHasRoomFor64Bundles) {
+    for (int i = 1; i <= 64; ++i) {
+        ASSERT_EQ(Monitor(true, "b" + std::to_string(i), "10.0.0.1"), 0u) << i;
+    }
+    EXPECT_EQ(Monitor(true, "b65", "10.0.0.1"), kTableFull);
+    EXPECT_EQ(Monitor(true, "b64", "10.0.0.2"), 0u) << "no new one";
+    EXPECT_TRUE(Registry().starts_with("64 65 b1["));
+    EXPECT_EQ(Monitor(false, "b1", "10.0.0.1"), 0u);
+    EXPECT_EQ(Monitor(true, "b65", "10.0.0.1"), 0u);
 }
 
 TEST_F(TrafficTest, AppMTakesNoteOfChanges) {
@@ -159,12 +211,16 @@ TEST_F(TrafficTest, AppMTakesNoteOfChanges) {
     EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, "x", 1), 0u);
     EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 40, acNotice.data(), 12), 0u);
     EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acNotice.data(), 12), 0u) << "the block is gone";
+    for (const size_t uiLength : {1u, 128u, 129u}) {
+        const std::string acShort = Block(std::string(uiLength, '\1'));
+        EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acShort.data(), 12), 0u) << uiLength;
+    }
     const std::string acLast = Block('\1' + Field("last", 128) + "10.0.0.4" + '\0');
     EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acLast.data(), 12), 0u);
     for (int iTry = 0; iTry < 600 && acNotices.find("10.0.0.4") == std::string::npos; ++iTry) {
         acNotices = CtlOk({"get", "monitorNotices"});
     }
-    EXPECT_NE(acNotices.find("\"added\": 2"), std::string::npos) << acNotices;
+    EXPECT_NE(acNotices.find("\"added\": 2,\n  \"deleted\": 1,"), std::string::npos) << acNotices;
 }
 
 TEST_P(RulesTest, RulesComeAndGo) {
@@ -175,22 +231,38 @@ TEST_P(RulesTest, RulesComeAndGo) {
     EXPECT_EQ(Add(Rule(std::string(255, 'a'))), 3u);
     EXPECT_EQ(Table(3), Row(1, Rule("198.51.100.1")) + Row(2, Rule("")) +
                             Row(3, Rule(std::string(255, 'a'))));
-    EXPECT_EQ(Status(GetParam().uiDel, Word(2)), 0u);
+    EXPECT_EQ(Delete(2), Rest(2));
     EXPECT_EQ(Status(GetParam().uiDel, Word(2)), kRefused);
+    EXPECT_EQ(Status(GetParam().uiDel, "x"), uint32_t{VT_HOST_ERR_ARGUMENT});
     EXPECT_EQ(Add(Rule("198.51.100.4")), 2u) << "the smallest number that is free";
     CtlOk({"kill", "gulm"});
     CtlOk({"start", "gulm", "--timeout", "60"});
-    EXPECT_EQ(Table(3).size(), 3 * Row(1, Rule("")).size());
-    EXPECT_EQ(Status(GetParam().uiDel, Word(0xFFFFFFFF)), 0u);
+    EXPECT_EQ(Table(3), Row(1, Rule("198.51.100.1")) + Row(3, Rule(std::string(255, 'a'))) +
+                            Row(2, Rule("198.51.100.4")));
+    EXPECT_EQ(Delete(0xFFFFFFFF), Rest(0));
     EXPECT_EQ(Table(0), "");
 }
 
 TEST_P(RulesTest, IncompleteRulesAreRefused) {
-    std::string acRule = GetParam().pfnRule("a");
-    EXPECT_EQ(Status(GetParam().uiAdd, acRule + "x"), uint32_t{VT_HOST_ERR_ARGUMENT});
-    acRule[GetParam().uiRequiredAt] = '\0';
-    EXPECT_EQ(Status(GetParam().uiAdd, acRule), kRefused);
+    const std::string acWhole = GetParam().pfnRule("a");
+    EXPECT_EQ(Status(GetParam().uiAdd, acWhole + "x"), uint32_t{VT_HOST_ERR_ARGUMENT});
+    for (const size_t uiAt : GetParam().auiRequiredAt) {
+        std::string acRule = acWhole;
+        acRule[uiAt] = '\0';
+        EXPECT_EQ(Status(GetParam().uiAdd, acRule), kRefused) << uiAt;
+    }
     EXPECT_EQ(Table(0), "");
+}
+
+// The same for all kinds.
+TEST_F(TrafficTest, TablesOfRulesHaveALimit) {
+    for (uint32_t uiNumber = 1; uiNumber <= 1024; ++uiNumber) {
+        ASSERT_EQ(Ask(0x48304195, ForwardRule("a")).acBytes, Word(uiNumber));
+    }
+    EXPECT_EQ(Status(0x48304195, ForwardRule("a")), kTableFull);
+    EXPECT_EQ(WordAt(Ask(0x48304197, Word(0), 16).acBytes, 0), 1024u);
+    EXPECT_EQ(Status(0x48304196, Word(7)), 0u);
+    EXPECT_EQ(Ask(0x48304195, ForwardRule("a")).acBytes, Word(7));
 }
 
 TEST_F(TrafficTest, FlowsHaveMembers) {
@@ -223,6 +295,20 @@ TEST_F(TrafficTest, FlowsHaveLimitsAndMarks) {
         EXPECT_EQ(Status(uiRpcId, Word(0)), kRefused) << uiRpcId;
         EXPECT_EQ(Status(uiRpcId, Word(65)), kRefused) << uiRpcId;
     }
+}
+
+TEST_F(TrafficTest, FlowsSurviveARestart) {
+    EXPECT_EQ(Status(0x4830419B, Member("198.51.100.1", "80", "7")), 0u);
+    EXPECT_EQ(Status(0x4830419B, Member("", "443", "7")), 0u);
+    EXPECT_EQ(Status(0x483041A2, Word(7) + Word(1000) + Word(2000)), 0u);
+    EXPECT_EQ(Status(0x483041A4, Word(7) + Word(46)), 0u);
+    CtlOk({"kill", "gulm"});
+    CtlOk({"start", "gulm", "--timeout", "60"});
+    const RpcReply stReply = Ask(0x4830419E, Word(7), 16);
+    EXPECT_EQ(WordAt(stReply.acBytes, 0), 2u);
+    EXPECT_EQ(BlockOf(stReply, 4), Member("198.51.100.1", "80", "7") + Member("", "443", "7"));
+    EXPECT_EQ(Ask(0x483041A1, Word(7), 8).acBytes, Word(1000) + Word(2000));
+    EXPECT_EQ(Ask(0x483041A3, Word(7), 4).acBytes, Word(46));
 }
 
 TEST_F(TrafficTest, FlowsCarryWhatTheirMembersSend) {

@@ -18,8 +18,6 @@ constexpr uint32_t kUnlock = 0x47103044;
 constexpr uint32_t kDiscInfo = 0x47103067;
 
 constexpr uint32_t kBusy = 0xF710403D;
-constexpr uint32_t kRefused = 0xF7300001;
-constexpr uint32_t kTableFull = 0xF7300002;
 
 std::string Plugin(const std::string &acName, uint32_t uiType = 0) {
     return Word(uiType) + Field(acName, 128);

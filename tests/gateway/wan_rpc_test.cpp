@@ -7,8 +7,6 @@ namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kRefused = 0xF7300001;
-constexpr uint32_t kTableFull = 0xF7300002;
 constexpr uint32_t kPonUnknown = 0xFFFFFFFE;
 
 class WanGatewayTest : public GatewayTest {

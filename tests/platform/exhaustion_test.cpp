@@ -32,7 +32,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
 constexpr int kNotPossible = 77;
 
 /** Lowers a limit of the process for as long as it lives. */

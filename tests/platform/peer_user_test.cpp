@@ -15,8 +15,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
-
 /** What a child process reports by its exit status. */
 enum Report : int { kEnded = 0, kAnswered = 1, kNoUser = 2, kNoSocket = 3, kAccepted = 4 };
 

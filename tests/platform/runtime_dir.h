@@ -13,6 +13,9 @@
 
 namespace wap::test {
 
+/// A user who owns nothing.
+inline constexpr uid_t kNobody = 65534;
+
 /** Gives each test a fresh $VT_RUNTIME_DIR, and stops the message service after it. */
 class RuntimeDirTest : public testing::Test {
   protected:

@@ -51,4 +51,25 @@ void FurnishHome(World &stWorld) {
     }
 }
 
+uint32_t BridgeTest::ExpectNothingWithoutJava(const Entry &stEntry, void (*pfnFurnish)(World &)) {
+    stWorld.Plan({});
+    (void)stEntry.fnCall(stEnv);
+    const uint32_t uiCalls = stWorld.Count(Op::kJni);
+    const Answer stWithoutJava = stEntry.stGood.sText ? NullAnswer() : NumberAnswerOf(-1);
+    for (const bool bForever : {false, true}) {
+        for (uint32_t uiAt = 1; uiAt <= uiCalls; ++uiAt) {
+            SCOPED_TRACE(uiAt);
+            pfnFurnish(stWorld);
+            stWorld.Plan({Op::kJni, uiAt, bForever});
+            const Answer stAnswer = stEntry.fnCall(stEnv);
+            stWorld.Plan({});
+            EXPECT_EQ(stAnswer, stWithoutJava);
+            EXPECT_FALSE(stEnv.bPending);
+            stEnv.EndCall();
+            stWorld.ExpectClean();
+        }
+    }
+    return uiCalls;
+}
+
 }  // namespace wap::test

@@ -30,6 +30,11 @@ class BridgeTest : public ::testing::Test {
         stWorld.ExpectClean();
     }
 
+    /// Calls an entry with each of its calls of Java failing, alone and with all that follow: -1
+    /// for texts that do not arrive, null for an answer that does not.
+    /// @return how many calls of Java there are
+    uint32_t ExpectNothingWithoutJava(const Entry &stEntry, void (*pfnFurnish)(World &));
+
     World stWorld;
     FakeJni stEnv;
     Platform &stPlatform = stWorld.stPlatform;

@@ -8,15 +8,16 @@
 namespace wap::test {
 
 std::vector<Entry> PortMappingEntries() {
-    constexpr jint kWan = 0x10101003;
+    constexpr jint kMappedWan = 0x10101003;
     return {
-        {WAP_ENTRY(PortMappingConfig, addPortMapping, Number(kWan), Number(8080), Number(80),
+        {WAP_ENTRY(PortMappingConfig, addPortMapping, Number(kMappedWan), Number(8080), Number(80),
                    Text(u"TCP"), Text(u"192.168.1.20")),
          NumberAnswerOf(0), NumberAnswerOf(-1), 0x4720909A, false},
-        {WAP_ENTRY(PortMappingConfig, deletePortMapping, Number(kWan), Number(2)),
+        {WAP_ENTRY(PortMappingConfig, deletePortMapping, Number(kMappedWan), Number(2)),
          NumberAnswerOf(0), NumberAnswerOf(-1), 0x4720909B, false},
         // -2 when the mapping can't be fetched; -1 when that worked and the change fails.
-        {WAP_ENTRY(PortMappingConfig, setPortMappingSwitch, Number(kWan), Number(1), Flag(false)),
+        {WAP_ENTRY(PortMappingConfig, setPortMappingSwitch, Number(kMappedWan), Number(1),
+                   Flag(false)),
          NumberAnswerOf(0), NumberAnswerOf(-2), 0x4720909C, false},
         {WAP_ENTRY(PortMappingQuery, getPortMappingInfo),
          TextAnswerOf("{ \"Result\": 0, \"List\": [ { \"WANName\": \"1_INTERNET_R_VID_100\", "

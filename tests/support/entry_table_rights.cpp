@@ -9,7 +9,7 @@ namespace wap::test {
 
 namespace {
 
-std::vector<Entry> QueryEntries() {
+std::vector<Entry> RightQueries() {
     const Answer stFault = TextAnswerOf("{ \"Result\": -1 }");
     return {
         {WAP_ENTRY(DeviceAccessRightQuery, getFTPRightInfo), TextAnswerOf(kFtpRightText), stFault,
@@ -21,7 +21,7 @@ std::vector<Entry> QueryEntries() {
     };
 }
 
-std::vector<Entry> ChangeEntries() {
+std::vector<Entry> RightChanges() {
     const Answer stDone = NumberAnswerOf(0);
     const Answer stRefused = NumberAnswerOf(-1);
     return {
@@ -53,8 +53,8 @@ std::vector<Entry> ChangeEntries() {
 }  // namespace
 
 std::vector<Entry> RightsEntries() {
-    std::vector<Entry> astEntries = QueryEntries();
-    const std::vector<Entry> astChanges = ChangeEntries();
+    std::vector<Entry> astEntries = RightQueries();
+    const std::vector<Entry> astChanges = RightChanges();
     astEntries.insert(astEntries.end(), astChanges.begin(), astChanges.end());
     return astEntries;
 }

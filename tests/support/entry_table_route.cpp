@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char16_t *kAlias = u"2_INTERNET_R_VID_100";
 
-std::vector<Entry> ChangeEntries() {
+std::vector<Entry> RouteChanges() {
     return {
         {WAP_ENTRY(StaticLayer3ForwardingConfig, addLayer3ForwardingStatic, Text(u"10.20.0.0"),
                    Text(u"255.255.0.0"), Text(u"100.64.0.1"), Text(kAlias)),
@@ -26,7 +26,7 @@ std::vector<Entry> ChangeEntries() {
     };
 }
 
-std::vector<Entry> QueryEntries() {
+std::vector<Entry> RouteQueries() {
     return {
         {WAP_ENTRY(TransferQuery, getLayer3ForwardingStaticConfigInfo),
          TextAnswerOf("{ \"Result\": 0, \"List\": [ { \"Index\": \"5\", \"DestIPAddress\": "
@@ -59,8 +59,8 @@ std::vector<Entry> QueryEntries() {
 }  // namespace
 
 std::vector<Entry> RouteEntries() {
-    std::vector<Entry> astEntries = ChangeEntries();
-    for (Entry &stEntry : QueryEntries()) {
+    std::vector<Entry> astEntries = RouteChanges();
+    for (Entry &stEntry : RouteQueries()) {
         astEntries.push_back(std::move(stEntry));
     }
     return astEntries;

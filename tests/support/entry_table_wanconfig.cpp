@@ -11,7 +11,7 @@ namespace {
 
 constexpr jint kWan = 0x10101001;
 
-std::vector<Entry> ChangeEntries() {
+std::vector<Entry> WanChanges() {
     const Answer stRefused = NumberAnswerOf(-1);
     return {
         {WAP_ENTRY(WanConfig, addWANIf, Text(u"2"), Text(u"200"), Text(u"IP_Routed")),
@@ -65,7 +65,7 @@ std::vector<Entry> UplinkEntries() {
 }  // namespace
 
 std::vector<Entry> WanConfigEntries() {
-    std::vector<Entry> astEntries = ChangeEntries();
+    std::vector<Entry> astEntries = WanChanges();
     for (const std::vector<Entry> &astMore : {WanEntries(), UplinkEntries()}) {
         astEntries.insert(astEntries.end(), astMore.begin(), astMore.end());
     }

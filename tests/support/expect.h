@@ -13,6 +13,13 @@
 
 namespace wap::test {
 
+/// What most workers answer when an argument is wrong, or a reply makes no sense.
+inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
+/// What the composing functions answer without something to write to.
+inline constexpr uint32_t kNullArgument = 0xF7702001;
+/// A status that only the tests' processes give.
+inline constexpr uint32_t kRefused = 0x00C0FFEE;
+
 /// The 84 bytes before every request.
 inline std::string MessageHead(const std::string &sSndApp, uint32_t uiDstMid,
                                const std::string &sRcvApp, uint32_t uiSndMid) {

@@ -15,7 +15,7 @@ using wap::test::World;
 
 namespace {
 
-constexpr uint32_t kRefused = 0x0C0C0001;
+constexpr uint32_t kConversionRefused = 0x0C0C0001;
 
 void Wrote(const void *pvAt, size_t uiLen) {
     World::Get().stSecrets.Written(pvAt, uiLen);
@@ -41,7 +41,7 @@ extern "C" {
 
 uint32_t VT_OS_MemSet_S(void *pvDst, uint32_t uiDstSize, int32_t iByte, uint32_t uiCount) {
     if (pvDst == nullptr || uiCount > uiDstSize) {
-        return kRefused;
+        return kConversionRefused;
     }
     std::memset(pvDst, iByte, uiCount);
     if (iByte == 0) {
@@ -53,7 +53,7 @@ uint32_t VT_OS_MemSet_S(void *pvDst, uint32_t uiDstSize, int32_t iByte, uint32_t
 uint32_t VT_OS_MemCpy_S(void *pvDst, uint32_t uiDstSize, const void *pvSrc, uint32_t uiCount) {
     if (pvDst == nullptr || pvSrc == nullptr || uiCount > uiDstSize ||
         Overlap(pvDst, uiCount, pvSrc, uiCount)) {
-        return kRefused;
+        return kConversionRefused;
     }
     std::memcpy(pvDst, pvSrc, uiCount);
     Wrote(pvDst, uiCount);
@@ -62,11 +62,11 @@ uint32_t VT_OS_MemCpy_S(void *pvDst, uint32_t uiDstSize, const void *pvSrc, uint
 
 uint32_t VT_OS_StrNCpy_S(char *pcDst, uint32_t uiDstSize, const char *pcSrc, uint32_t uiCount) {
     if (pcDst == nullptr || pcSrc == nullptr) {
-        return kRefused;
+        return kConversionRefused;
     }
     const size_t uiLen = strnlen(pcSrc, uiCount);
     if (uiLen >= uiDstSize || Overlap(pcDst, uiLen + 1, pcSrc, uiLen)) {
-        return kRefused;
+        return kConversionRefused;
     }
     std::memcpy(pcDst, pcSrc, uiLen);
     pcDst[uiLen] = '\0';
@@ -76,11 +76,11 @@ uint32_t VT_OS_StrNCpy_S(char *pcDst, uint32_t uiDstSize, const char *pcSrc, uin
 
 uint32_t VT_OS_StrNCat_S(char *pcDst, uint32_t uiDstSize, const char *pcSrc, uint32_t uiCount) {
     if (pcDst == nullptr || pcSrc == nullptr) {
-        return kRefused;
+        return kConversionRefused;
     }
     const size_t uiHas = strnlen(pcDst, uiDstSize);
     if (uiHas == uiDstSize) {
-        return kRefused;
+        return kConversionRefused;
     }
     return VT_OS_StrNCpy_S(pcDst + uiHas, uiDstSize - static_cast<uint32_t>(uiHas), pcSrc, uiCount);
 }
@@ -141,11 +141,11 @@ char *VT_OS_Strtok_S(char *pcStr, const char *pcDelim, char **ppcSave) {
 uint32_t VT_OS_StrToUInt32(const char *pcStr, uint32_t *puiValue) {
     if (pcStr == nullptr || puiValue == nullptr || *pcStr == '\0' ||
         std::strspn(pcStr, "0123456789") != std::strlen(pcStr)) {
-        return kRefused;
+        return kConversionRefused;
     }
     const unsigned long long ulValue = std::strtoull(pcStr, nullptr, 10);
     if (ulValue > UINT32_MAX) {
-        return kRefused;
+        return kConversionRefused;
     }
     *puiValue = static_cast<uint32_t>(ulValue);
     return 0;
@@ -155,7 +155,7 @@ uint32_t VT_OS_Int32ToStr_S(int32_t iValue, char *pcDst, uint32_t uiDstSize) {
     char acText[12];
     const int iLen = std::snprintf(acText, sizeof(acText), "%d", static_cast<int>(iValue));
     if (pcDst == nullptr || static_cast<uint32_t>(iLen) >= uiDstSize) {
-        return kRefused;
+        return kConversionRefused;
     }
     std::memcpy(pcDst, acText, static_cast<size_t>(iLen) + 1);
     return 0;

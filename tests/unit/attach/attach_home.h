@@ -21,8 +21,6 @@ inline constexpr uint32_t kAddId = 0x47209096;
 inline constexpr uint32_t kSetId = 0x47209097;
 inline constexpr uint32_t kFilterModeId = 0x47307000;
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr const char *kWorkerFile = "jni_attach_control.cpp";
 
 inline constexpr const char *kMacA = "02:00:00:00:00:0A";

@@ -10,8 +10,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-
 class ComposeTest : public BridgeTest {
   protected:
     /// What the items make of an empty object.

@@ -18,8 +18,6 @@ constexpr const char *kInfoClass =
     "Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceInfoQueryServiceJNI_";
 constexpr const char *kSecretClass =
     "Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DeviceSecretInfoQueryServiceJNI_";
-constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-constexpr uint32_t kRefused = 0x00C0FFEE;
 
 std::vector<Entry> DeviceEntries() {
     std::vector<Entry> astEntries;

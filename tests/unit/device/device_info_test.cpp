@@ -10,10 +10,7 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-constexpr uint32_t kNullArgument = 0xF7702001;
 constexpr uint32_t kTooLong = 0xF7700005;
-constexpr uint32_t kRefused = 0x00C0FFEE;
 
 /// A worker that takes one text out of a reply.
 struct TextQuery {

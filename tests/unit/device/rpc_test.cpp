@@ -10,8 +10,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kNullArgument = 0xF7702001;
-
 class RpcTest : public BridgeTest {
   protected:
     void SetUp() override {

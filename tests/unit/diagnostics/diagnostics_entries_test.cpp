@@ -53,24 +53,8 @@ TEST_P(DiagnosticsEntryTest, AnswersItsFailureWhenRefusedAndWorksAgain) {
     EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stGood);
 }
 
-// -1 for texts that do not arrive, null for an answer that does not.
 TEST_P(DiagnosticsEntryTest, SurvivesEveryFailureOfJava) {
-    (void)stEntry.fnCall(stEnv);
-    const uint32_t uiCalls = stWorld.Count(Op::kJni);
-    EXPECT_GT(uiCalls, 0u);
-    const Answer stWithoutJava = stEntry.stGood.sText ? NullAnswer() : NumberAnswerOf(-1);
-    for (const bool bForever : {false, true}) {
-        for (uint32_t uiAt = 1; uiAt <= uiCalls; ++uiAt) {
-            SCOPED_TRACE(uiAt);
-            FurnishDiagnostics(stWorld);
-            stWorld.Plan({Op::kJni, uiAt, bForever});
-            const Answer stAnswer = stEntry.fnCall(stEnv);
-            stWorld.Plan({});
-            EXPECT_EQ(stAnswer, stWithoutJava);
-            stEnv.EndCall();
-            stWorld.ExpectClean();
-        }
-    }
+    EXPECT_GT(ExpectNothingWithoutJava(stEntry, FurnishDiagnostics), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Methods, DiagnosticsEntryTest, ::testing::ValuesIn(DiagnosticsEntries()),

@@ -13,10 +13,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
 inline constexpr uint32_t kWanIndex = 0x10101003;
 

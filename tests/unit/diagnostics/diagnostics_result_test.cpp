@@ -85,6 +85,11 @@ TEST_P(BlockResultTest, TextOfTheBlockIsTheResult) {
     EXPECT_EQ(EntryTraces(stPlatform),
               (Calls{"stVdata Info DataID:4097 CompressedLen:19  OriginalLen = 19 \n\r",
                      sTrace + " buf len:18\r\n", sTrace + " buf :{\"Result\":0,\"a\":1}\r\n"}));
+    for (const TraceRecord &stTrace : stPlatform.astTraces) {
+        EXPECT_TRUE(stTrace.sText.find(" buf") == std::string::npos ||
+                    stTrace.sFile == GetParam().pcFile)
+            << stTrace.sFile << stTrace.sText;
+    }
     ExpectNoFaults();
 }
 

@@ -148,7 +148,8 @@ TEST_F(FlowListTest, BlockThatCanNotBeReadIsAFailure) {
     EXPECT_EQ(List(kNoMemory), "");
 }
 
-TEST_F(FlowListTest, SurvivesEveryFault) {
+/// The list of flow 7. The outcome is the code, and the text behind it.
+Subject ListSubject() {
     auto pcText = std::make_shared<char *>(nullptr);
     auto uiResult = std::make_shared<uint32_t>(0);
     Subject stSubject;
@@ -163,6 +164,21 @@ TEST_F(FlowListTest, SurvivesEveryFault) {
         return sOutcome;
     };
     stSubject.sGood = "0" + JsonList(JsonRow("198.51.100.7", "443") + ", " + JsonRow("", "53"));
+    return stSubject;
+}
+
+TEST_F(FlowListTest, WhatCanNotBeBuiltIsRecorded) {
+    // The block; the list; each member's object and texts, with the flow, its place and how many
+    // there are; then the room and the text, which may also lack the member for the list.
+    EXPECT_EQ(RecordsWithoutMemory(ListSubject(), kFile),
+              (std::vector<std::string>{"f7108001(7,2)", "1(7)", "f7100000() 1(7,0,2)",
+                                        "f7100000(1) 1(7,0,2)", "f7100000() 1(7,1,2)",
+                                        "f7100000(1) 1(7,1,2)", "1(37b) 1(37b,7)",
+                                        "ffffffff(37b) 1(37b,7)", "1(37b) 1(37b,7)"}));
+}
+
+TEST_F(FlowListTest, SurvivesEveryFault) {
+    Subject stSubject = ListSubject();
     stSubject.fnAllowed = [&](const FaultPlan &stPlan) -> std::set<std::string> {
         switch (stPlan.eOp) {
             case Op::kAlloc:
@@ -190,18 +206,18 @@ TEST_F(FlowListTest, MemberThatTheListRefusesIsLeftOut) {
         sTable += FlowMemberBytes("a", std::to_string(i), "7");
         sMost += i == 32 ? "" : (i == 1 ? "" : ", ") + JsonRow("a", std::to_string(i));
     }
-    AnswerTable(33, sTable);
-    const std::string sWhole = List();
-    std::set<std::string> asOutcomes;
-    for (uint32_t uiAt = 1; uiAt < 400 && asOutcomes.count(sWhole) == 0; ++uiAt) {
-        char *pcText = nullptr;
-        stWorld.Plan({Op::kAlloc, uiAt, false});
-        (void)ListFlowTraffic(7, &pcText);
-        stWorld.Plan({});
-        asOutcomes.insert(pcText == nullptr ? "" : pcText);
-        VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
-    }
-    EXPECT_EQ(asOutcomes, (std::set<std::string>{"", JsonList(sMost), sWhole}));
+    Subject stSubject = ListSubject();
+    stSubject.fnFurnish = [&](World &stInner) {
+        stInner.stPlatform.mapReplies[kAskMembers] = FlowTableReply(33, sTable);
+    };
+    const std::string sLess = "0" + JsonList(sMost);
+    const Look fnLook = [&](const Platform &stInner, const std::string &sOutcome) {
+        if (sOutcome == sLess) {
+            EXPECT_EQ(TimesRecorded(stInner, kFile, 0xF7100000), 1u);
+        }
+    };
+    const std::set<std::string> asOutcomes = OutcomesWithoutMemory(stSubject, fnLook);
+    EXPECT_EQ(asOutcomes, (std::set<std::string>{"1", std::to_string(kNoMemory), sLess}));
 }
 
 }  // namespace

@@ -13,10 +13,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kTooLong = 0xF7700005;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr const char *kFile = "jni_traffic_qos_srv.cpp";
 
 inline constexpr uint32_t kAdd = 0x4830419B;

@@ -8,7 +8,7 @@
 namespace wap::test {
 namespace {
 
-using Texts = std::set<std::string>;
+using AllowedTexts = std::set<std::string>;
 
 const std::string kNull = TextOf(NullAnswer());
 const std::string kFaultText = TextOf(TextAnswerOf(kFault));
@@ -32,7 +32,7 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
 
     /// Allocations: the arguments, the request, what the reply brings. Without any of them there is
     /// the failure's answer, with one exception.
-    Texts AllowedWithoutMemory(const FaultPlan &stPlan) const {
+    AllowedTexts AllowedWithoutMemory(const FaultPlan &stPlan) const {
         if (LeavesBadMacsOut()) {
             // The hosts of the other address, then an answer without hosts, then not even that.
             if (stPlan.bForever) {
@@ -44,7 +44,7 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
     }
 
     /// Calls of the virtual machine: the arguments first, the answer last.
-    Texts AllowedWithoutJava(const FaultPlan &stPlan) const {
+    AllowedTexts AllowedWithoutJava(const FaultPlan &stPlan) const {
         if (IsNumber()) {
             return {sFailure};
         }
@@ -53,7 +53,7 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
         }
         if (LeavesBadMacsOut()) {
             // Without room for its references the array is refused.
-            return stPlan.uiAt == 1 ? Texts{kFaultText} : Texts{sGood, kNull};
+            return stPlan.uiAt == 1 ? AllowedTexts{kFaultText} : AllowedTexts{sGood, kNull};
         }
         return {kFaultText, kNull};
     }
@@ -66,7 +66,7 @@ class LanFaultTest : public ::testing::TestWithParam<Entry> {
 TEST_P(LanFaultTest, AnswersRightWhateverFails) {
     Subject stSubject = MakeSubject();
     stSubject.sGood = sGood;
-    stSubject.fnAllowed = [this](const FaultPlan &stPlan) -> Texts {
+    stSubject.fnAllowed = [this](const FaultPlan &stPlan) -> AllowedTexts {
         switch (stPlan.eOp) {
             case Op::kAlloc:
                 return AllowedWithoutMemory(stPlan);
@@ -95,7 +95,7 @@ TEST_P(LanFaultTest, FailsRightWhateverElseFails) {
         }
     };
     stSubject.sGood = sFailure;
-    stSubject.fnAllowed = [this](const FaultPlan &stPlan) -> Texts {
+    stSubject.fnAllowed = [this](const FaultPlan &stPlan) -> AllowedTexts {
         if (IsNumber()) {
             return {sFailure};
         }

@@ -15,7 +15,6 @@ constexpr uint32_t kGetSpeed = 0x471030B0;
 constexpr uint32_t kGetGatewayName = 0x4830512A;
 constexpr uint32_t kSetHostName = 0x4720909D;
 constexpr uint32_t kSetGatewayName = 0x4720909E;
-constexpr const char *kPrefix = "\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_";
 
 // ---- speed ----
 

@@ -16,10 +16,9 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
+inline constexpr const char *kPrefix =
+    "\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_";
 inline constexpr const char *kFault = "{\"Result\":-1}";
 
 /// A record of the fault log: who wrote it, and the code.

@@ -11,7 +11,6 @@ namespace wap::test {
 namespace {
 
 constexpr const char *kNoHosts = "{\"Result\":-1,\"List\":[] }";
-constexpr const char *kPrefix = "\r\n Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_";
 
 using Macs = std::vector<std::optional<std::u16string>>;
 

@@ -82,9 +82,6 @@ class MacFltTest : public BridgeTest {
     Asked TakeAsked() { return stGateway.TakeAsked(); }
 };
 
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
-inline constexpr uint32_t kRefused = FilterGateway::kRefused;
 inline constexpr uint32_t kSomeCode = 0x00001234;
 
 }  // namespace wap::test

@@ -17,7 +17,6 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
 inline constexpr const char *kMonitorFile = "jni_traffic_monitor.cpp";
 inline constexpr const char *kMonitorEntryFile = "TrafficMonitoringConfigServiceJNI.cpp";

@@ -136,6 +136,40 @@ TEST_F(MonitorListTest, TextEndsWithItsFirstZero) {
     EXPECT_EQ(sText, "{\"Result\":0,\"List\":[{\"BundleName\":\"a\",\"DestAddressList\":[1]}]}");
 }
 
+// ---- what would be no JSON ----
+
+TEST_F(MonitorListTest, WhatIsNoJsonIsAFailure) {
+    const std::string asTexts[] = {
+        "a[1",     "a[",       "a[\"1]",   "a[1]x",
+        "a[1]]",   "a[1,]",    "a[x]",     "a[1]}",
+        "a[1],{}", "a\"b[1]",  "\"[1]",    "a\\[1]",
+        "a\\x[1]", "c[3];a[1", "a[1;c[3]", "a[" + std::string(29, '[') + std::string(29, ']') + "]",
+    };
+    for (const std::string &sRegistry : asTexts) {
+        SCOPED_TRACE(sRegistry);
+        AnswerRegistry(stWorld, 2, 2, sRegistry + '\0');
+        EXPECT_EQ(Ask(), 0xFFFFFFFFu);
+        EXPECT_EQ(sText, "(unwritten)");
+        EXPECT_EQ(
+            TimesRecorded(kMonitorFile, 0xFFFFFFFF, {static_cast<uint32_t>(sRegistry.size() + 1)}),
+            1u);
+        EXPECT_EQ(stPlatform.astFaults.size(), 2u);  // the parse's own
+    }
+}
+
+TEST_F(MonitorListTest, WhatIsJsonIsHandedOutAsItStands) {
+    const std::string sDeep = std::string(29, '[') + std::string(29, ']');
+    const std::string asPairs[][2] = {{" a ", "[ \"1\" , 2 ] "}, {"a", sDeep}, {"\\u0041", "[]"}};
+    for (const auto &asPair : asPairs) {
+        SCOPED_TRACE(asPair[0]);
+        AnswerRegistry(stWorld, 1, 1, asPair[0] + asPair[1] + '\0');
+        EXPECT_EQ(Ask(), 0u);
+        EXPECT_EQ(sText, "{\"Result\":0,\"List\":[{\"BundleName\":\"" + asPair[0] +
+                             "\",\"DestAddressList\":" + asPair[1] + "}]}");
+        EXPECT_TRUE(stPlatform.astFaults.empty());
+    }
+}
+
 // ---- the room for the answer ----
 
 /// A list of one bundle whose text has so many characters.

@@ -68,7 +68,7 @@ TEST_F(RegistryTextTest, WhatIsNoRecordIsLeftOut) {
     }
 }
 
-// Whoever writes the registry is bound to write JSON there; nobody looks.
+// Whether it is JSON is looked at where an answer is made of it, not here.
 TEST_F(RegistryTextTest, AddressesAreTakenAsTheyStand) {
     EXPECT_EQ(Convert("a[ \"1\" , 2 ] "), List(Record("a", "[ \"1\" , 2 ] ")));
     EXPECT_EQ(Convert("a[1"), List(Record("a", "[1")));

@@ -54,26 +54,10 @@ TEST_P(MappingEntryTest, AnswersItsFailureWhenRefusedAndWorksAgain) {
     EXPECT_EQ(stEntry.fnCall(stEnv), stEntry.stGood);
 }
 
-// -1 for texts that do not arrive, null for an answer that does not; numbers need no Java.
+// Numbers need no Java.
 TEST_P(MappingEntryTest, SurvivesEveryFailureOfJava) {
-    (void)stEntry.fnCall(stEnv);
-    const uint32_t uiCalls = stWorld.Count(Op::kJni);
-    const bool bTexts = stEntry.sMethod == "addPortMapping";
-    EXPECT_EQ(uiCalls > 0, bTexts || stEntry.stGood.sText.has_value());
-    const Answer stWithoutJava = bTexts ? NumberAnswerOf(-1) : NullAnswer();
-    for (const bool bForever : {false, true}) {
-        for (uint32_t uiAt = 1; uiAt <= uiCalls; ++uiAt) {
-            SCOPED_TRACE(uiAt);
-            FurnishPortMapping(stWorld);
-            stWorld.Plan({Op::kJni, uiAt, bForever});
-            const Answer stAnswer = stEntry.fnCall(stEnv);
-            stWorld.Plan({});
-            EXPECT_EQ(stAnswer, stWithoutJava);
-            EXPECT_FALSE(stEnv.bPending);
-            stEnv.EndCall();
-            stWorld.ExpectClean();
-        }
-    }
+    EXPECT_EQ(ExpectNothingWithoutJava(stEntry, FurnishPortMapping) > 0,
+              stEntry.sMethod == "addPortMapping" || stEntry.stGood.sText.has_value());
 }
 
 TEST_P(MappingEntryTest, SurvivesEveryMissingAllocation) {

@@ -12,12 +12,9 @@
 namespace wap::test {
 
 inline constexpr uint32_t kWanIndex = 0x10101003;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNotMappable = 0xF7307006;
 inline constexpr uint32_t kRefusedByService = 0xF7307005;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
 
 inline constexpr uint32_t kAskWan = 0x47301049;
 inline constexpr uint32_t kAskEntryOfKind1 = 0x47309010;

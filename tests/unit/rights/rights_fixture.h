@@ -20,9 +20,6 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
 
 inline constexpr const char *kWorkerFile = "jni_access_right.cpp";

@@ -10,13 +10,11 @@ namespace {
 
 constexpr uint32_t kNoMemory = 0xF7108001;
 
-const char *const kFile = "jni_l3forward_route.cpp";
-
-std::string Row4(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
+std::string CurrentRow4(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
     return JsonRow4(sIndex, "0.0.0.0", "0.0.0.0", "100.64.0.1", sInterface);
 }
 
-std::string Row6(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
+std::string CurrentRow6(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
     return JsonRow6(sIndex, "::\\/0", "fe80::1", sInterface);
 }
 
@@ -64,7 +62,8 @@ class CurrentListTest : public RouteTest {
 
 TEST_F(CurrentListTest, Ipv4RequestsAndAnswer) {
     EXPECT_EQ(ListOf4({CurrentRoute4{}, {"wan3.4.ppp5", "10.0.0.0", "255.0.0.0", ""}}),
-              JsonList(Row4("1") + ", " + JsonRow4("2", "10.0.0.0", "255.0.0.0", "", kRouteAlias)));
+              JsonList(CurrentRow4("1") + ", " +
+                       JsonRow4("2", "10.0.0.0", "255.0.0.0", "", kRouteAlias)));
     ExpectRpcs({{"gulm", 53, kAskCurrent, Word(0), 16}, WanQuery(), WanQuery(0x20304005)});
     EXPECT_EQ(EntryTraces(stPlatform),
               (Calls{"GetL3Ipv4CurrentRouter uiNum :2, uivDataID:4097, uiCompressedLen:224, "
@@ -75,8 +74,9 @@ TEST_F(CurrentListTest, Ipv4RequestsAndAnswer) {
 }
 
 TEST_F(CurrentListTest, Ipv6RequestsAndAnswer) {
-    EXPECT_EQ(ListOf6({CurrentRoute6{}, {"wan3.4.ppp5", "2001:db8::/32", ""}}),
-              JsonList(Row6("1") + ", " + JsonRow6("2", "2001:db8::\\/32", "", kRouteAlias)));
+    EXPECT_EQ(
+        ListOf6({CurrentRoute6{}, {"wan3.4.ppp5", "2001:db8::/32", ""}}),
+        JsonList(CurrentRow6("1") + ", " + JsonRow6("2", "2001:db8::\\/32", "", kRouteAlias)));
     ExpectRpcs({{"gulm", 53, kAskCurrent, Word(1), 16}, WanQuery(), WanQuery(0x20304005)});
     EXPECT_EQ(EntryTraces(stPlatform),
               (Calls{"GetL3Ipv6CurrentRouter uiNum :2, uivDataID:4097, uiCompressedLen:440, "
@@ -91,10 +91,10 @@ TEST_F(CurrentListTest, OnlyConnectionsAreListedAndCounted) {
                        {.sInterface = ""},
                        {.sInterface = "lo"},
                        {.sInterface = "WAN1.2.ip4"}}),
-              JsonList(Row4("1") + ", " + Row4("2")));
+              JsonList(CurrentRow4("1") + ", " + CurrentRow4("2")));
     ExpectRpcs({{"gulm", 53, kAskCurrent, Word(0), 16}, WanQuery(), WanQuery(0x10102004)});
     EXPECT_EQ(ListOf6({{.sInterface = "br0"}, CurrentRoute6{}, {.sInterface = "wa1.2.ip3"}}),
-              JsonList(Row6("1")));
+              JsonList(CurrentRow6("1")));
     EXPECT_EQ(ListOf4({{.sInterface = "br0"}, {.sInterface = "eth0.2"}, CurrentRoute4{"ppp123"}}),
               kEmptyList);
 }
@@ -161,9 +161,10 @@ TEST_F(CurrentListTest, BlockMustHoldThatManyRoutes) {
     EXPECT_EQ(List(VT_JNI_GetL3Ipv6CurrentRouter, 1), "");
     // What the count leaves out is not there.
     AnswerBlock(1, s4);
-    EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter), JsonList(Row4("1")));
+    EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter), JsonList(CurrentRow4("1")));
     AnswerBlock(2, s4 + "x");
-    EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter), JsonList(Row4("1") + ", " + Row4("2")));
+    EXPECT_EQ(List(VT_JNI_GetL3Ipv4CurrentRouter),
+              JsonList(CurrentRow4("1") + ", " + CurrentRow4("2")));
 }
 
 TEST_F(CurrentListTest, LongTableIsCompressed) {

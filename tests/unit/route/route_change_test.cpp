@@ -10,7 +10,6 @@ namespace {
 
 constexpr uint32_t kAdd4 = 0x47209071;
 constexpr uint32_t kAdd6 = 0x47209073;
-constexpr uint32_t kUntouched = 0xA5A5A5A5;
 
 WantedRpc WansQuery() {
     return {"gulm", 48, kAskWans, Word(0), 2116};

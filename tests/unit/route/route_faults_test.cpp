@@ -98,8 +98,13 @@ TEST(RouteFaults, RouteThatTheListRefusesIsLeftOut) {
             FurnishRoutes(stWorld);
             stWorld.stPlatform.mapReplies[0x47100009] = {0, RouteIdBytes(auiIds)};
         };
-        const std::set<std::string> asOutcomes = OutcomesWithoutMemory(stSubject);
         const std::string sLess = TextOf(TextAnswerOf(JsonList(sWithout)));
+        const Look fnLook = [&](const Platform &stPlatform, const std::string &sOutcome) {
+            if (sOutcome == sLess) {
+                EXPECT_EQ(TimesRecorded(stPlatform, "jni_l3forward_route.cpp", 0xF7100000), 1u);
+            }
+        };
+        const std::set<std::string> asOutcomes = OutcomesWithoutMemory(stSubject, fnLook);
         const std::string sFailure = TextOf(stEntry.stFailure);
         // One refusal leads to the shorter list, every other one to none.
         EXPECT_TRUE(asOutcomes.contains(sLess));

@@ -12,14 +12,14 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-
 inline constexpr uint32_t kAskWans = 0x47302025;
 inline constexpr uint32_t kAskWan = 0x47301049;
 inline constexpr uint32_t kAskCurrent = 0x46345865;
 
+/// What the buffers hold before a call.
+inline constexpr uint32_t kUntouched = 0xA5A5A5A5;
+
+inline constexpr const char *kFile = "jni_l3forward_route.cpp";
 inline constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 
 inline std::string JsonRow4(const std::string &sIndex, const std::string &sDest,

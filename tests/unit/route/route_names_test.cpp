@@ -9,8 +9,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kUntouched = 0xA5A5A5A5;
-
 class ConnectionNameTest : public BridgeTest {
   protected:
     /// The WAN index of a name; kUntouched for none, which must have been recorded.

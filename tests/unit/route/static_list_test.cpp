@@ -14,13 +14,11 @@ constexpr uint32_t kAskRoute4 = 0x47304002;
 constexpr uint32_t kAskIds6 = 0x47100009;
 constexpr uint32_t kAskRoute6 = 0x47100004;
 
-const char *const kFile = "jni_l3forward_route.cpp";
-
-std::string Row4(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
+std::string StaticRow4(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
     return JsonRow4(sIndex, "10.20.0.0", "255.255.0.0", "100.64.0.1", sInterface);
 }
 
-std::string Row6(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
+std::string StaticRow6(const std::string &sIndex, const std::string &sInterface = kRouteAlias) {
     return JsonRow6(sIndex, "2001:db8:20::\\/48", "fe80::1", sInterface);
 }
 
@@ -61,9 +59,9 @@ class StaticListTest : public RouteTest {
 };
 
 TEST_F(StaticListTest, Ipv4RequestsAndAnswer) {
-    EXPECT_EQ(
-        ListOf4({{3, StaticRoute4{}}, {70000, {"10.0.0.0", "255.0.0.0", "", "wan1.1.ppp4"}}}),
-        JsonList(Row4("3") + ", " + JsonRow4("70000", "10.0.0.0", "255.0.0.0", "", kRouteAlias)));
+    EXPECT_EQ(ListOf4({{3, StaticRoute4{}}, {70000, {"10.0.0.0", "255.0.0.0", "", "wan1.1.ppp4"}}}),
+              JsonList(StaticRow4("3") + ", " +
+                       JsonRow4("70000", "10.0.0.0", "255.0.0.0", "", kRouteAlias)));
     ExpectRpcs({{"gulm", 53, kAskIds4, Word(0), 772},
                 {"gulm", 53, kAskRoute4, Word(3), 731},
                 WanQuery(),
@@ -74,9 +72,9 @@ TEST_F(StaticListTest, Ipv4RequestsAndAnswer) {
 }
 
 TEST_F(StaticListTest, Ipv6RequestsAndAnswer) {
-    EXPECT_EQ(
-        ListOf6({{3, StaticRoute6{}}, {70000, {"2001:db8:30::/56", "", "wan1.1.ppp4"}}}),
-        JsonList(Row6("3") + ", " + JsonRow6("70000", "2001:db8:30::\\/56", "", kRouteAlias)));
+    EXPECT_EQ(ListOf6({{3, StaticRoute6{}}, {70000, {"2001:db8:30::/56", "", "wan1.1.ppp4"}}}),
+              JsonList(StaticRow6("3") + ", " +
+                       JsonRow6("70000", "2001:db8:30::\\/56", "", kRouteAlias)));
     ExpectRpcs({{"gulm", 53, kAskIds6, Word(0), 772},
                 {"gulm", 53, kAskRoute6, Word(3), 621},
                 WanQuery(),
@@ -97,31 +95,33 @@ TEST_F(StaticListTest, NoRoutes) {
 
 // Every byte of the flag counts, wherever it is.
 TEST_F(StaticListTest, Ipv4RouteThatNobodySetIsLeftOut) {
-    EXPECT_EQ(ListOf4({{1, {.uiStatic = 0}}, {2, StaticRoute4{}}}), JsonList(Row4("2")));
+    EXPECT_EQ(ListOf4({{1, {.uiStatic = 0}}, {2, StaticRoute4{}}}), JsonList(StaticRow4("2")));
     EXPECT_EQ(Rpcs(), (Codes{kAskIds4, kAskRoute4, kAskRoute4, kAskWan}));
     for (const uint32_t uiStatic : {1u, 2u, 0x100u, 0x10000u, 0x01000000u, 0xFFFFFFFFu}) {
-        EXPECT_EQ(ListOf4({{1, {.uiStatic = uiStatic}}}), JsonList(Row4("1")));
+        EXPECT_EQ(ListOf4({{1, {.uiStatic = uiStatic}}}), JsonList(StaticRow4("1")));
     }
 }
 
 TEST_F(StaticListTest, RouteIntoTheLanIsLeftOut) {
     for (const char *pcBridge : {"br0", "BR0", "bR0"}) {
-        EXPECT_EQ(ListOf4({{1, {.sLan = pcBridge}}, {2, StaticRoute4{}}}), JsonList(Row4("2")));
+        EXPECT_EQ(ListOf4({{1, {.sLan = pcBridge}}, {2, StaticRoute4{}}}),
+                  JsonList(StaticRow4("2")));
         EXPECT_EQ(Rpcs(), (Codes{kAskIds4, kAskRoute4, kAskRoute4, kAskWan}));
         // Of IPv6 not even the prefix is looked at.
         EXPECT_EQ(ListOf6({{1, {.sPrefix = "none", .sInterface = pcBridge}}, {2, StaticRoute6{}}}),
-                  JsonList(Row6("2")));
+                  JsonList(StaticRow6("2")));
         EXPECT_EQ(Rpcs(), (Codes{kAskIds6, kAskRoute6, kAskRoute6, kAskWan}));
         EXPECT_TRUE(stPlatform.astFaults.empty());
     }
     for (const char *pcOther : {"", "br", "br00", "br0 "}) {
-        EXPECT_EQ(ListOf4({{1, {.sLan = pcOther}}}), JsonList(Row4("1")));
+        EXPECT_EQ(ListOf4({{1, {.sLan = pcOther}}}), JsonList(StaticRow4("1")));
     }
 }
 
 TEST_F(StaticListTest, Ipv6DefaultRouteIsLeftOut) {
     for (const char *pcPrefix : {"::/0", "0::/0", "0:0:0:0:0:0:0:0/0"}) {
-        EXPECT_EQ(ListOf6({{1, {.sPrefix = pcPrefix}}, {2, StaticRoute6{}}}), JsonList(Row6("2")));
+        EXPECT_EQ(ListOf6({{1, {.sPrefix = pcPrefix}}, {2, StaticRoute6{}}}),
+                  JsonList(StaticRow6("2")));
         EXPECT_EQ(Rpcs(), (Codes{kAskIds6, kAskRoute6, kAskRoute6, kAskWan}));
     }
     for (const char *pcPrefix : {"::/1", "8000::/0"}) {
@@ -137,8 +137,10 @@ TEST_F(StaticListTest, Ipv6PrefixThatIsNoneFailsTheList) {
 }
 
 TEST_F(StaticListTest, InterfaceThatIsNoConnectionKeepsItsName) {
-    EXPECT_EQ(ListOf4({{1, {.sConnection = "nbif1.2.ip3"}}}), JsonList(Row4("1", "nbif1.2.ip3")));
-    EXPECT_EQ(ListOf6({{1, {.sInterface = "nbif1.2.ip3"}}}), JsonList(Row6("1", "nbif1.2.ip3")));
+    EXPECT_EQ(ListOf4({{1, {.sConnection = "nbif1.2.ip3"}}}),
+              JsonList(StaticRow4("1", "nbif1.2.ip3")));
+    EXPECT_EQ(ListOf6({{1, {.sInterface = "nbif1.2.ip3"}}}),
+              JsonList(StaticRow6("1", "nbif1.2.ip3")));
     EXPECT_EQ(Rpcs(), (Codes{kAskIds6, kAskRoute6}));
 }
 
@@ -156,8 +158,8 @@ TEST_F(StaticListTest, IndexIsASignedNumberAsText) {
                        {0x7FFFFFFF, StaticRoute4{}},
                        {0x80000000, StaticRoute4{}},
                        {0xFFFFFFFF, StaticRoute4{}}}),
-              JsonList(Row4("0") + ", " + Row4("2147483647") + ", " + Row4("-2147483648") + ", " +
-                       Row4("-1")));
+              JsonList(StaticRow4("0") + ", " + StaticRow4("2147483647") + ", " +
+                       StaticRow4("-2147483648") + ", " + StaticRow4("-1")));
 }
 
 TEST_F(StaticListTest, OneHundredAndNinetyTwoRoutesAtMost) {
@@ -165,7 +167,7 @@ TEST_F(StaticListTest, OneHundredAndNinetyTwoRoutesAtMost) {
     std::string sRows;
     for (uint32_t i = 1; i <= 192; ++i) {
         auiIds.push_back(i);
-        sRows += (i == 1 ? "" : ", ") + Row6(std::to_string(i));
+        sRows += (i == 1 ? "" : ", ") + StaticRow6(std::to_string(i));
     }
     stPlatform.mapReplies[kAskIds6] = {0, RouteIdBytes(auiIds)};
     EXPECT_EQ(List(VT_JNI_GetAllL3Ipv6StaticRoute), JsonList(sRows));
@@ -180,7 +182,8 @@ TEST_F(StaticListTest, OneHundredAndNinetyTwoRoutesAtMost) {
 
 TEST_F(StaticListTest, IdsCutShortAreZeros) {
     stPlatform.mapReplies[kAskIds4] = {0, RouteIdBytes({0x0102, 9}).substr(0, 5)};
-    EXPECT_EQ(List(VT_JNI_GetAllL3Ipv4StaticRoute), JsonList(Row4("2") + ", " + Row4("0")));
+    EXPECT_EQ(List(VT_JNI_GetAllL3Ipv4StaticRoute),
+              JsonList(StaticRow4("2") + ", " + StaticRow4("0")));
 }
 
 TEST_F(StaticListTest, RefusedRequestsArePassedOn) {
@@ -266,7 +269,7 @@ TEST_F(StaticListTest, RecordsCutShort) {
             EXPECT_EQ(uiResult, 1u) << i;
             EXPECT_EQ(sText, "") << i;
         } else {
-            EXPECT_EQ(sText, JsonList(Row4("5"))) << i;
+            EXPECT_EQ(sText, JsonList(StaticRow4("5"))) << i;
         }
     }
 }
@@ -280,7 +283,7 @@ TEST_F(StaticListTest, TextsAreEscaped) {
 // 512 bytes for one route, and 256 more for each other id, listed or not. A control character takes
 // six of them.
 TEST_F(StaticListTest, AnswerMustFitItsBuffer) {
-    const size_t uiRoom = 511 - JsonList(Row4("1", "")).size();
+    const size_t uiRoom = 511 - JsonList(StaticRow4("1", "")).size();
     const size_t uiControls = (uiRoom - 127) / 5;
     const size_t uiQuotes = (uiRoom - 127) % 5;
     std::string sAlias = std::string(uiControls, '\x01') + std::string(uiQuotes, '"');
@@ -291,14 +294,15 @@ TEST_F(StaticListTest, AnswerMustFitItsBuffer) {
     }
     ASSERT_EQ(sPrinted.size(), uiRoom);
     AnswerAlias(sAlias);
-    EXPECT_EQ(ListOf4({{1, StaticRoute4{}}}), JsonList(Row4("1", sPrinted)));
+    EXPECT_EQ(ListOf4({{1, StaticRoute4{}}}), JsonList(StaticRow4("1", sPrinted)));
     sAlias.back() = '"';
     sPrinted.pop_back();
     sPrinted += "\\\"";
     AnswerAlias(sAlias);
     EXPECT_EQ(ListOf4({{1, StaticRoute4{}}}, 1), "");
     EXPECT_TRUE(HasRecorded(kFile, 1, {512, 0, 0, 0}));
-    EXPECT_EQ(ListOf4({{1, StaticRoute4{}}, {2, {.uiStatic = 0}}}), JsonList(Row4("1", sPrinted)));
+    EXPECT_EQ(ListOf4({{1, StaticRoute4{}}, {2, {.uiStatic = 0}}}),
+              JsonList(StaticRow4("1", sPrinted)));
 }
 
 TEST_F(StaticListTest, NullIsRefusedWithoutAsking) {

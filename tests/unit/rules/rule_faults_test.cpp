@@ -105,6 +105,35 @@ TEST(RuleFaults, NoRulesWithoutMemory) {
     }
 }
 
+/// Each run's records of the shared source when a listing lacks memory.
+std::vector<std::string> RecordsOf(const std::string &sMethod, std::optional<Reply> stReply = {}) {
+    const Entry stEntry = EntryOf(RulesEntries(), sMethod);
+    Subject stSubject = SubjectOf(stEntry);
+    stSubject.fnFurnish = [=](World &stWorld) {
+        FurnishRules(stWorld);
+        if (stReply) {
+            stWorld.stPlatform.mapReplies[stEntry.uiRpcId] = *stReply;
+        }
+    };
+    return RecordsWithoutMemory(stSubject, kSharedFile);
+}
+
+TEST(RuleFaults, WhatCanNotBeBuiltIsRecorded) {
+    using Runs = std::vector<std::string>;
+    // The block; the list; each row's object and members, with its place; the room and the text.
+    EXPECT_EQ(
+        RecordsOf("getMirroRuleInfo"),
+        (Runs{"f7108001(1001,2)", "ffffffff()", "f7100000() ffffffff()", "f7100000(1) ffffffff()",
+              "f7100000() ffffffff(1)", "f7100000(1) ffffffff(1)", "ffffffff(900)", "1(900)"}));
+    // A row's three lists come before its object; those of the first look like the whole list.
+    EXPECT_EQ(RecordsOf("getHTTPTrafficProcessRuleInfo"),
+              (Runs{"f7108001(1001,2)", "ffffffff()", "f7100000() ffffffff()",
+                    "f7100000(1) ffffffff()", "ffffffff(1)", "f7100000() ffffffff(1)",
+                    "f7100000(1) ffffffff(1)", "ffffffff(f00)", "1(f00)"}));
+    // The size of the fixed answer.
+    EXPECT_EQ(RecordsOf("getForwardRuleInfo", Reply{0, ""}), Runs{"ffffffff(17)"});
+}
+
 // The list has to grow for the 33rd rule. Without memory for that, it goes on without the rule.
 TEST(RuleFaults, RuleThatTheListRefusesIsLeftOut) {
     for (const Listing &stListing : Listings()) {
@@ -139,7 +168,12 @@ TEST(RuleFaults, RuleThatTheListRefusesIsLeftOut) {
         const std::string sFailed = TextOf(TextAnswerOf(kFailedList)) + " ";
         const std::string sUnprinted = TextOf(TextAnswerOf("{ \"Result\": 1 }")) + " ";
         size_t uiShorter = 0;
-        for (const std::string &sOutcome : OutcomesWithoutMemory(stSubject)) {
+        const Look fnLook = [&](const Platform &stPlatform, const std::string &sOutcome) {
+            if (asLess.contains(sOutcome)) {
+                EXPECT_EQ(TimesRecorded(stPlatform, kSharedFile, 0xF7100000), 1u);
+            }
+        };
+        for (const std::string &sOutcome : OutcomesWithoutMemory(stSubject, fnLook)) {
             uiShorter += asLess.count(sOutcome);
             EXPECT_TRUE(asLess.contains(sOutcome) || sOutcome == sFailed || sOutcome == sUnprinted)
                 << sOutcome;

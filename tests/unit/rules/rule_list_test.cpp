@@ -111,8 +111,10 @@ TEST_F(RuleListTest, PortThatIsNoNumberIsThatOfTheRuleBefore) {
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 
-// The other port of a forward rule, and both of an HTTP rule, are texts whatever they hold.
+// The port of the other side is a text whatever it holds.
 TEST_F(RuleListTest, RemotePortsAreTexts) {
+    const MirrorFacts stFirst = {.sPort = "no number"};
+    EXPECT_EQ(ListOf(stMirror, MirrorBytes(stFirst)), JsonList(JsonRow(stFirst, "9000")));
     const ForwardFacts stRule = {.sPort = "no number"};
     EXPECT_EQ(ListOf(stForward, ForwardBytes(stRule)), JsonList(JsonRow(stRule, "9000")));
     const HttpFacts stOther = {.sPort = "no number"};

@@ -1,5 +1,4 @@
 // Tables that are not what they should be, and answers that reach the end of their room.
-#include <algorithm>
 #include <string>
 
 #include "unit/rules/rules_fixture.h"
@@ -7,7 +6,7 @@
 namespace wap::test {
 namespace {
 
-/// A row of any kind, with every text of one byte and the number 9000 where there is one.
+/// A row of any kind, with the furnished texts and the number 9000.
 std::string RowOf(const Listing &stListing) {
     switch (stListing.uiRpcId) {
         case kGetMirrorRules:
@@ -107,7 +106,7 @@ TEST_P(RuleTableTest, DescriptorThatNamesNoBlock) {
     EXPECT_EQ(ListBytes("\x01"), kFailedList);
 }
 
-// Nothing of a row is a zero but the port, so that every text ends with its field.
+// Nothing of a row is a zero, so that every text ends with its field.
 TEST_P(RuleTableTest, TextsEndAtTheirFields) {
     const std::string sFull(sRow.size(), 'x');
     const std::string sAnswer = ListBlock(2, sFull + sFull);

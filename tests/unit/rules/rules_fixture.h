@@ -12,9 +12,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
 
 inline constexpr const char *kSharedFile = "traffic_rules.cpp";
 inline constexpr const char *kNoRules = "{\"Result\":0,\"List\":[]}";

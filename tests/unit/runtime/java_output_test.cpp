@@ -12,8 +12,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_runtime_info.cpp";
-
 /// The command to the letter; two blanks before the redirection.
 constexpr const char *kCommand =
     "export LD_LIBRARY_PATH=/lib:/lib/omci_module:/lib/oam_module:/usr/osgi/lib:"

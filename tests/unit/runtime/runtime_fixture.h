@@ -12,9 +12,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
-
+inline constexpr const char *kFile = "jni_runtime_info.cpp";
 inline constexpr uint32_t kReset = 0x47209051;
 inline constexpr uint32_t kLeds = 0x471030D3;
 inline constexpr uint32_t kPots = 0x47209061;

@@ -10,7 +10,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_runtime_info.cpp";
 constexpr const char *kJvm =
     "{ \"Result\": 0, \"Name\": \"OpenJDK Client VM \", \"Version\": \"1.8.0_212\", "
     "\"Vendor\": \"Oracle\" }";

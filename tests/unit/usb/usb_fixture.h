@@ -23,9 +23,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
 inline constexpr uint32_t kBusy = 0xF710403D;
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kAskOpen = 0x4710303F;
 inline constexpr uint32_t kAskRegister = 0x47103041;
 inline constexpr uint32_t kAskUnregister = 0x47103042;

@@ -7,7 +7,7 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_iptv_info.cpp";
+constexpr const char *kIptvFile = "jni_iptv_info.cpp";
 
 const WantedRpc kIptvQuery = {"gulm", 321, kAskIptv, Word(0), 20};
 const WantedRpc kUsersQuery = {"igmp", 54, kAskUsers, Word(0), 4};
@@ -125,7 +125,7 @@ TEST_F(IptvTest, FailedRequestsLeaveTheBuffer) {
         EXPECT_EQ(Status(kRefused), "untouched");
         EXPECT_EQ(stPlatform.astRpcs.back().uiRpcId, uiRpcId);
         const Args auiArgs = {uiRpcId == kAskIptvStatus ? 0x10102003u : 0u, 0, 0, 0};
-        EXPECT_EQ(TimesRecorded(kFile, kRefused, auiArgs), 1u);
+        EXPECT_EQ(TimesRecorded(kIptvFile, kRefused, auiArgs), 1u);
     }
 }
 
@@ -152,7 +152,7 @@ TEST_F(IptvTest, WordIsCutToTheBuffer) {
 TEST_F(IptvTest, NoBufferIsRefusedWithoutAsking) {
     char cByte = 'z';
     EXPECT_EQ(VT_JNI_GetIPTVStatus(nullptr, 32), 1u);
-    EXPECT_EQ(TimesRecorded(kFile, 1, {32, 0, 0, 0}), 1u);
+    EXPECT_EQ(TimesRecorded(kIptvFile, 1, {32, 0, 0, 0}), 1u);
     EXPECT_EQ(VT_JNI_GetIPTVStatus(&cByte, 0), 1u);
     EXPECT_EQ(cByte, 'z');
     EXPECT_TRUE(stPlatform.astRpcs.empty());

@@ -7,8 +7,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_vlan_bind.cpp";
-
 class VlanChangeTest : public VlanBindTest {
   protected:
     static WantedRpc Change(const std::string &sInterface, uint32_t uiOperation,

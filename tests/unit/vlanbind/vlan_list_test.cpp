@@ -13,7 +13,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kFile = "jni_vlan_bind.cpp";
 constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 constexpr uint32_t kJsonNoObject = 0xF7100000;
 constexpr uint32_t kJsonWrongType = 0xF7100007;
@@ -279,6 +278,7 @@ class RefusingListTest : public VlanListTest {
         for (size_t i = 0; i < uiBefore; ++i) {
             json_object_array_add(pstList, nullptr);
         }
+        stPlatform.ClearRecords();
         stWorld.Plan({Op::kAlloc, uiAt, false});
         const uint32_t uiResult = pfnAppend(pstList);
         stWorld.Plan({});
@@ -294,6 +294,7 @@ class RefusingListTest : public VlanListTest {
             const Outcome stOutcome = AppendTo(pfnAppend, uiBefore, uiAt);
             if (stOutcome.uiResult != 1 && stOutcome.uiLength != uiBefore + 2) {
                 astOutcomes.push_back(stOutcome);
+                EXPECT_EQ(TimesRecorded(kFile, kJsonNoObject), 1u);
             }
         }
         return astOutcomes;
@@ -306,14 +307,12 @@ TEST_F(RefusingListTest, LanPortThatIsRefusedFailsTheWorkButNotTheOthers) {
               (std::vector<Outcome>{{kJsonNoObject, 32}}));
     EXPECT_EQ(OutcomesOf(VT_API_GetLanVlanBindApi, 30),
               (std::vector<Outcome>{{kJsonNoObject, 31}}));
-    EXPECT_GE(TimesRecorded(kFile, kJsonNoObject), 2u);
 }
 
 TEST_F(RefusingListTest, LastSsidDecides) {
     EXPECT_EQ(OutcomesOf(VT_API_GetWlanVlanBindApi, 31), (std::vector<Outcome>{{0, 32}}));
     EXPECT_EQ(OutcomesOf(VT_API_GetWlanVlanBindApi, 30),
               (std::vector<Outcome>{{kJsonNoObject, 31}}));
-    EXPECT_GE(TimesRecorded(kFile, kJsonNoObject), 2u);
 }
 
 TEST_F(RefusingListTest, WhatIsNoListRefusesEverything) {

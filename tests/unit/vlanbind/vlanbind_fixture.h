@@ -13,8 +13,7 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
-
+inline constexpr const char *kFile = "jni_vlan_bind.cpp";
 inline constexpr uint32_t kChange = 0x47209075;
 inline constexpr uint32_t kAskLanPorts = 0x47301017;
 inline constexpr uint32_t kAskLanBind = 0x47603122;

@@ -14,7 +14,6 @@ namespace wap::test {
 
 inline constexpr uint32_t kIpWan = 0x10101001;
 inline constexpr uint32_t kPppWan = 0x20102003;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
 
 inline constexpr uint32_t kAskList = 0x47302025;
 inline constexpr uint32_t kAskIpDns = 0x4730100B;

@@ -10,7 +10,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 const std::string kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
 const std::string kOneWan =
     "{ \"Result\": 0, \"List\": [ { \"Index\": 269488129, \"Name\": \"1_TR069_R_VID_46\" } ] }";

@@ -6,10 +6,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kEntryFile = "AccessInfoQueryServiceJNI.cpp";
-constexpr const char *kWorkerFile = "jni_access_info.cpp";
-constexpr const char *kFault = "{\"Result\":-1}";
-
 /// A query whose answer is a text.
 struct TextQuery {
     const char *pcMethod;
@@ -64,7 +60,7 @@ TEST_P(TextQueryTest, AsksOnceAndPassesTheTextOn) {
     ExpectOnlyRpc(stPlatform,
                   {"app_m", 249, stQuery.uiRpcId, Word(stQuery.uiRequest), stQuery.uiReplyCap});
     EXPECT_EQ(EntryTraces(stPlatform), Calls{stQuery.pcTrace});
-    EXPECT_EQ(stPlatform.astTraces.at(0).sFile, kEntryFile);
+    EXPECT_EQ(stPlatform.astTraces.at(0).sFile, kAccessEntries);
     EXPECT_TRUE(stPlatform.astFaults.empty());
 }
 
@@ -72,17 +68,17 @@ TEST_P(TextQueryTest, AnswersItsFallbackByTheCode) {
     for (const uint32_t uiStatus : {kMinusOne, kRefused, 1u, 0xFFFFFFFDu, 0x7FFFFFFFu}) {
         EXPECT_EQ(CallWith({uiStatus, "rubbish"}), TextAnswerOf(stQuery.pcOnFailure)) << uiStatus;
         // The call, the worker and the entry.
-        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kWorkerFile, kEntryFile}));
+        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kAccessWorkers, kAccessEntries}));
     }
     EXPECT_EQ(CallWith({kMinusTwo, "rubbish"}), TextAnswerOf(stQuery.pcOnMinusTwo));
-    EXPECT_EQ(FilesOf(kMinusTwo), (Calls{"jni_rpc.cpp", kWorkerFile, kEntryFile}));
+    EXPECT_EQ(FilesOf(kMinusTwo), (Calls{"jni_rpc.cpp", kAccessWorkers, kAccessEntries}));
 }
 
 TEST_P(TextQueryTest, NoTextIsAFailure) {
     for (const std::string &sNothing : {std::string(), std::string("\0behind", 7)}) {
         EXPECT_EQ(CallWith({0, sNothing}), TextAnswerOf(stQuery.pcOnFailure));
-        EXPECT_EQ(FilesOf(kMinusOne), (Calls{kWorkerFile, kEntryFile}));
-        EXPECT_TRUE(HasRecorded(kWorkerFile, kMinusOne, {stQuery.uiRequest, 0, 0, 0}));
+        EXPECT_EQ(FilesOf(kMinusOne), (Calls{kAccessWorkers, kAccessEntries}));
+        EXPECT_TRUE(HasRecorded(kAccessWorkers, kMinusOne, {stQuery.uiRequest, 0, 0, 0}));
     }
 }
 
@@ -150,7 +146,7 @@ TEST_P(TextWorkerTest, NoBufferIsRefusedWithoutAsking) {
     EXPECT_EQ(GetParam().fnCall(acBuf, 0), 1u);
     EXPECT_EQ(acBuf[0], 'b');
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_EQ(FilesOf(1), (Calls{kWorkerFile, kWorkerFile}));
+    EXPECT_EQ(FilesOf(1), (Calls{kAccessWorkers, kAccessWorkers}));
 }
 
 TEST_P(TextWorkerTest, GivesTheCodeOfTheRequest) {
@@ -189,7 +185,7 @@ TEST_F(NumberQueryTest, FailedInternetWanIsMinusOne) {
         stPlatform.mapReplies[0x4710308E] = {uiStatus, Word(7)};
         EXPECT_EQ(Call("getInternetWANIndex"), NumberAnswerOf(-1));
         EXPECT_TRUE(HasEntryTrace(stPlatform, "getInternetWANIndex uiWanIndex: 4294967295"));
-        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kWorkerFile, kEntryFile}));
+        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kAccessWorkers, kAccessEntries}));
     }
 }
 
@@ -213,11 +209,11 @@ TEST_F(NumberQueryTest, UpTimeIsAskedAndGiven) {
 TEST_F(NumberQueryTest, FailedUpTimeIsToldByTheCode) {
     stPlatform.mapReplies[0x471030D0] = {kMinusTwo, Word(7)};
     EXPECT_EQ(Call("getPONIfUpTime"), NumberAnswerOf(-2));
-    EXPECT_EQ(FilesOf(kMinusTwo), (Calls{"jni_rpc.cpp", kWorkerFile, kEntryFile}));
+    EXPECT_EQ(FilesOf(kMinusTwo), (Calls{"jni_rpc.cpp", kAccessWorkers, kAccessEntries}));
     for (const uint32_t uiStatus : {kRefused, kMinusOne, 1u, 0xFFFFFFFDu}) {
         stPlatform.mapReplies[0x471030D0] = {uiStatus, Word(7)};
         EXPECT_EQ(Call("getPONIfUpTime"), NumberAnswerOf(-1)) << uiStatus;
-        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kWorkerFile, kEntryFile}));
+        EXPECT_EQ(FilesOf(uiStatus), (Calls{"jni_rpc.cpp", kAccessWorkers, kAccessEntries}));
     }
 }
 
@@ -226,7 +222,7 @@ TEST_F(NumberQueryTest, WorkersWriteOnSuccessOnly) {
         stPlatform.ClearRecords();
         EXPECT_EQ(pfnWorker(nullptr), 1u);
         EXPECT_TRUE(stPlatform.astRpcs.empty());
-        EXPECT_EQ(FilesOf(1), Calls{kWorkerFile});
+        EXPECT_EQ(FilesOf(1), Calls{kAccessWorkers});
         stPlatform.astNextReplies.push_back({kRefused, Word(7)});
         uint32_t uiNumber = 42;
         EXPECT_EQ(pfnWorker(&uiNumber), kRefused);
@@ -245,7 +241,7 @@ TEST_F(NumberQueryTest, WanInfoNeedsMemoryOfItsOwn) {
     EXPECT_EQ(stWorld.Count(Op::kAlloc), 1u);
     stWorld.Plan({});
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_EQ(FilesOf(kNoMemory), Calls{kEntryFile});
+    EXPECT_EQ(FilesOf(kNoMemory), Calls{kAccessEntries});
     stWorld.stAllocs.ClearRecords();
     EXPECT_EQ(Call("getWANIfInfo"), TextAnswerOf(kWanInfoText));
     ASSERT_EQ(stWorld.stAllocs.astLog.size(), 1u);

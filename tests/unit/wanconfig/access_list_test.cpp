@@ -6,9 +6,6 @@ namespace wap::test {
 namespace {
 
 constexpr const char *kEmptyList = "{ \"Result\": 0, \"List\": [ ] }";
-constexpr const char *kFault = "{\"Result\":-1}";
-constexpr const char *kEntryFile = "AccessInfoQueryServiceJNI.cpp";
-constexpr const char *kWorkerFile = "jni_access_info.cpp";
 
 class WanListTest : public WanConfigTest {
   protected:
@@ -34,7 +31,7 @@ TEST_F(WanListTest, FailedRequestIsAnEmptyList) {
         // With a list that must not be believed.
         EXPECT_EQ(CallWith({uiStatus, WanListBytes({{1, "a name"}})}), TextAnswerOf(kEmptyList));
         EXPECT_EQ(FilesOf(uiStatus).front(), "jni_rpc.cpp");
-        EXPECT_EQ(FilesOf(uiStatus).back(), kWorkerFile);
+        EXPECT_EQ(FilesOf(uiStatus).back(), kAccessWorkers);
     }
 }
 
@@ -75,7 +72,7 @@ TEST_F(WanListTest, ListOfExactlyTheBuffersSize) {
                            std::string(uiLongest, 'a') + "\" }, { \"Index\": 2, \"Name\": \"" +
                            std::string(uiRest, 'b') + "\" } ] }"));
     EXPECT_EQ(CallWith({0, Wans(uiRest + 1)}), TextAnswerOf(kFault));
-    EXPECT_EQ(FilesOf(1).back(), kEntryFile);
+    EXPECT_EQ(FilesOf(1).back(), kAccessEntries);
 }
 
 TEST_F(WanListTest, NamesWithoutAnEndStayInTheirFields) {
@@ -111,7 +108,7 @@ TEST_F(WanListTest, WorkerRefusesNoBuffer) {
     EXPECT_EQ(VT_JNI_GetWANIfList(acBuf, 0), 1u);
     EXPECT_STREQ(acBuf, "abc");
     EXPECT_TRUE(stPlatform.astRpcs.empty());
-    EXPECT_EQ(FilesOf(1), (Calls{kWorkerFile, kWorkerFile}));
+    EXPECT_EQ(FilesOf(1), (Calls{kAccessWorkers, kAccessWorkers}));
     EXPECT_EQ(VT_JNI_GetWANIfList(acBuf, sizeof(acBuf)), 1u);
     EXPECT_STREQ(acBuf, "abc");
 }

@@ -9,9 +9,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kWorkerFile = "jni_wan_config.cpp";
-constexpr const char *kEntryFile = "WanConfigServiceJNI.cpp";
-
 class AddWanTest : public WanConfigTest {
   protected:
     void SetUp() override {
@@ -81,8 +78,8 @@ TEST_F(AddWanTest, ModesAndVlansHaveBounds) {
     };
     for (const auto &stBeyond : astBeyond) {
         EXPECT_EQ(Add(stBeyond.pcMode, stBeyond.pcVlan, u"IP_Routed"), -1);
-        EXPECT_TRUE(HasRecorded(kWorkerFile, 1, stBeyond.auiArgs));
-        EXPECT_EQ(FilesOf(kMinusOne), Calls{kEntryFile});
+        EXPECT_TRUE(HasRecorded(kWanWorkers, 1, stBeyond.auiArgs));
+        EXPECT_EQ(FilesOf(kMinusOne), Calls{kWanEntries});
         EXPECT_TRUE(stPlatform.astRpcs.empty());
         // Nothing but the entry's name: what was refused is not traced.
         EXPECT_EQ(EntryTraces(stPlatform).size(), 1u);
@@ -96,7 +93,7 @@ TEST_F(AddWanTest, TextsThatAreNoNumbersAreRefused) {
         EXPECT_EQ(stPlatform.astFaults.size(), 2u);
         EXPECT_EQ(Add(u"1", pcNone, u"IP_Routed"), -1);
         EXPECT_EQ(stPlatform.astFaults.size(), 2u);
-        EXPECT_EQ(stPlatform.astFaults.at(0).sFile, kWorkerFile);
+        EXPECT_EQ(stPlatform.astFaults.at(0).sFile, kWanWorkers);
         // The code of the conversion.
         EXPECT_EQ(stPlatform.astFaults.at(0).uiCode, 0x0C0C0001u);
         EXPECT_TRUE(stPlatform.astRpcs.empty());
@@ -120,7 +117,7 @@ TEST_F(AddWanTest, FourTypesInAnyCase) {
     for (const char16_t *pcType : {u"IPoE_Routed", u"IP_Routed ", u"IP_Route", u"IP", u"x"}) {
         EXPECT_EQ(Add(u"1", u"5", pcType), -1);
         EXPECT_TRUE(stPlatform.astRpcs.empty());
-        EXPECT_TRUE(HasRecorded(kWorkerFile, 1, {5, 1, 0, 0}));
+        EXPECT_TRUE(HasRecorded(kWanWorkers, 1, {5, 1, 0, 0}));
         EXPECT_EQ(EntryTraces(stPlatform).size(), 2u);
     }
 }
@@ -155,8 +152,8 @@ TEST_F(AddWanTest, FailedRequestsAreRecordedWithVlanAndMode) {
         Refuse(uiRpcId);
         EXPECT_EQ(Add(u"2", u"200", u"IP_Routed"), -1);
         EXPECT_EQ(Rpcs().back(), uiRpcId);
-        EXPECT_TRUE(HasRecorded(kWorkerFile, kRefused, {200, 2, 0, 0}));
-        EXPECT_EQ(stPlatform.astFaults.back().sFile, kEntryFile);
+        EXPECT_TRUE(HasRecorded(kWanWorkers, kRefused, {200, 2, 0, 0}));
+        EXPECT_EQ(stPlatform.astFaults.back().sFile, kWanEntries);
         EXPECT_EQ(stPlatform.astFaults.back().uiCode, kMinusOne);
     }
     // The proxy's own -2 is not the one of a VLAN in use.
@@ -172,7 +169,7 @@ TEST_F(AddWanTest, MissingTextIsRefusedWithoutAsking) {
             apcTexts[i] = pcMissing;
             EXPECT_EQ(Add(apcTexts[0], apcTexts[1], apcTexts[2]), -1);
             EXPECT_TRUE(stPlatform.astRpcs.empty());
-            EXPECT_EQ(FilesOf(kMinusOne), Calls{kEntryFile});
+            EXPECT_EQ(FilesOf(kMinusOne), Calls{kWanEntries});
         }
     }
 }

@@ -8,14 +8,12 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kWorkerFile = "jni_wan_config.cpp";
-constexpr const char *kEntryFile = "WanConfigServiceJNI.cpp";
 /// A PPP connection: device 0x12, connection device 0x34, instance 0x567.
-constexpr uint32_t kWan = 0x21234567;
+constexpr uint32_t kDeletedWan = 0x21234567;
 
 class DeleteWanTest : public WanConfigTest {
   protected:
-    jint Delete(uint32_t uiWanIndex = kWan) {
+    jint Delete(uint32_t uiWanIndex = kDeletedWan) {
         stPlatform.ClearRecords();
         return WAP_METHOD(WanConfig, deleteWANIf)(&stEnv, stEnv.JavaObject(),
                                                   static_cast<jint>(uiWanIndex));
@@ -92,17 +90,17 @@ TEST_F(DeleteWanTest, EachFailedRequestEndsIt) {
         Codes auiAsked;
         Args auiArgs;
     } astFailures[] = {
-        {kDelete, {kDelete}, {kWan, 0, 0, 0}},
-        {kCountPpp, {kDelete, kCountPpp}, {kCountPpp, kWan, 0, 0}},
-        {kCountIp, {kDelete, kCountPpp, kCountIp}, {kCountIp, kWan, 0, 0}},
+        {kDelete, {kDelete}, {kDeletedWan, 0, 0, 0}},
+        {kCountPpp, {kDelete, kCountPpp}, {kCountPpp, kDeletedWan, 0, 0}},
+        {kCountIp, {kDelete, kCountPpp, kCountIp}, {kCountIp, kDeletedWan, 0, 0}},
     };
     for (const auto &stFailure : astFailures) {
         FurnishWanConfig(stWorld);
         Refuse(stFailure.uiRpcId);
         EXPECT_EQ(Delete(), -1);
         EXPECT_EQ(Rpcs(), stFailure.auiAsked);
-        EXPECT_TRUE(HasRecorded(kWorkerFile, kRefused, stFailure.auiArgs));
-        EXPECT_TRUE(HasRecorded(kEntryFile, kMinusOne, {kWan, 0, 0, 0}));
+        EXPECT_TRUE(HasRecorded(kWanWorkers, kRefused, stFailure.auiArgs));
+        EXPECT_TRUE(HasRecorded(kWanEntries, kMinusOne, {kDeletedWan, 0, 0, 0}));
     }
 }
 
@@ -115,14 +113,14 @@ TEST_F(DeleteWanTest, FailedRemovalOfTheDeviceIsRecordedAsACount) {
     };
     EXPECT_EQ(Delete(), -1);
     EXPECT_EQ(Rpcs(), (Codes{kDelete, kCountPpp, kCountIp, kDelete}));
-    EXPECT_TRUE(HasRecorded(kWorkerFile, kRefused, {kCountIp, kWan, 0, 0}));
-    EXPECT_TRUE(HasRecorded(kEntryFile, kMinusOne, {kWan, 0, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kWanWorkers, kRefused, {kCountIp, kDeletedWan, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kWanEntries, kMinusOne, {kDeletedWan, 0, 0, 0}));
 }
 
 TEST_F(DeleteWanTest, WorkerKnowsOneCode) {
-    EXPECT_EQ(VT_JNI_DeleteWANIf(kWan), 0u);
+    EXPECT_EQ(VT_JNI_DeleteWANIf(kDeletedWan), 0u);
     Refuse(kDelete, 5);
-    EXPECT_EQ(VT_JNI_DeleteWANIf(kWan), kMinusOne);
+    EXPECT_EQ(VT_JNI_DeleteWANIf(kDeletedWan), kMinusOne);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 namespace wap::test {
 namespace {
 
-constexpr uint32_t kWan = 0x10101001;
 const std::string kNothing(1080 - 16, '\0');
 
 class WanJsonTest : public WanConfigTest {

@@ -14,7 +14,6 @@
 namespace wap::test {
 namespace {
 
-constexpr jint kWan = 0x10101001;
 const std::string kUser = kPppUser;
 const std::string kPassword = kPppPassword;
 const std::string kCredentials =

@@ -8,9 +8,6 @@
 namespace wap::test {
 namespace {
 
-constexpr const char *kWorkerFile = "jni_wan_config.cpp";
-constexpr const char *kEntryFile = "WanConfigServiceJNI.cpp";
-constexpr uint32_t kWan = 0x10101001;
 constexpr const char *kSplitTrace = "etype:1, Id1:1, id2:1, Id3:1 \r\n";
 
 class SetWanTest : public WanConfigTest {
@@ -116,8 +113,8 @@ TEST_F(SetWanTest, SecondManagementConnectionIsRefused) {
     // The furnished one is 0x20101002.
     EXPECT_EQ(Set(R"({"ServiceList":"TR069"})"), -1);
     EXPECT_EQ(Rpcs(), Codes{kAskList});
-    EXPECT_TRUE(HasRecorded(kWorkerFile, 1, {kWan, 0, 0, 0}));
-    EXPECT_EQ(stPlatform.astFaults.back().sFile, kEntryFile);
+    EXPECT_TRUE(HasRecorded(kWanWorkers, 1, {kWan, 0, 0, 0}));
+    EXPECT_EQ(stPlatform.astFaults.back().sFile, kWanEntries);
     EXPECT_EQ(Set(R"({"ServiceList":"INTERNET,tr069"})"), -1);
     EXPECT_EQ(Set(R"({"ServiceList":"TR069"})", 0x20101002), 0);
     EXPECT_EQ(Rpcs(), (Codes{kAskList, kSet}));
@@ -131,8 +128,8 @@ TEST_F(SetWanTest, RefusedSettingsAreNotSent) {
         EXPECT_EQ(Set(pcJson), -1) << pcJson;
         EXPECT_EQ(Sent(), "") << pcJson;
         // The worker twice: where the settings are refused, and for Java.
-        EXPECT_TRUE(HasRecorded(kWorkerFile, 1, {kWan, 0, 0, 0})) << pcJson;
-        EXPECT_EQ(stPlatform.astFaults.back().sFile, kEntryFile) << pcJson;
+        EXPECT_TRUE(HasRecorded(kWanWorkers, 1, {kWan, 0, 0, 0})) << pcJson;
+        EXPECT_EQ(stPlatform.astFaults.back().sFile, kWanEntries) << pcJson;
         EXPECT_EQ(stPlatform.astFaults.back().uiCode, kMinusOne) << pcJson;
     }
 }
@@ -159,8 +156,8 @@ TEST_F(SetWanTest, FailedRequestsEndIt) {
         Refuse(stFailure.uiRpcId);
         EXPECT_EQ(Set(R"({"DNSServers":"192.0.2.9","IPv6DNSServers":"2001:db8::9"})"), -1);
         EXPECT_EQ(Rpcs(), stFailure.auiAsked);
-        EXPECT_TRUE(HasRecorded(kWorkerFile, kRefused, {kWan, 0, 0, 0}));
-        EXPECT_EQ(stPlatform.astFaults.back().sFile, kEntryFile);
+        EXPECT_TRUE(HasRecorded(kWanWorkers, kRefused, {kWan, 0, 0, 0}));
+        EXPECT_EQ(stPlatform.astFaults.back().sFile, kWanEntries);
     }
 }
 
@@ -171,9 +168,9 @@ TEST_F(SetWanTest, Ipv6DnsServersNeedAConnection) {
 
 TEST_F(SetWanTest, WorkersRefuseNullArguments) {
     EXPECT_EQ(VT_JNI_SetWANIf(kWan, nullptr), kMinusOne);
-    EXPECT_TRUE(HasRecorded(kWorkerFile, kNoJson, {kWan, 0, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kWanWorkers, kNoJson, {kWan, 0, 0, 0}));
     EXPECT_EQ(VT_API_SetIPWANIf(nullptr, kWan), 1u);
-    EXPECT_TRUE(HasRecorded(kWorkerFile, 1, {kWan, 0, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kWanWorkers, 1, {kWan, 0, 0, 0}));
     EXPECT_TRUE(stPlatform.astRpcs.empty());
 }
 
@@ -201,10 +198,10 @@ TEST_F(SetWanTest, RecordIsTakenFromThePlatform) {
 
 TEST_F(SetWanTest, MissingTextIsRefusedWithoutAsking) {
     EXPECT_EQ(Set(""), -1);
-    EXPECT_EQ(FilesOf(kMinusOne), Calls{kEntryFile});
+    EXPECT_EQ(FilesOf(kMinusOne), Calls{kWanEntries});
     stPlatform.ClearRecords();
     EXPECT_EQ(WAP_METHOD(WanConfig, setWANIf)(&stEnv, stEnv.JavaObject(), 5, nullptr), -1);
-    EXPECT_TRUE(HasRecorded(kEntryFile, kMinusOne, {5, 0, 0, 0}));
+    EXPECT_TRUE(HasRecorded(kWanEntries, kMinusOne, {5, 0, 0, 0}));
     EXPECT_TRUE(stPlatform.astRpcs.empty());
 }
 

@@ -13,12 +13,17 @@
 
 namespace wap::test {
 
-inline constexpr uint32_t kMinusOne = 0xFFFFFFFF;
 inline constexpr uint32_t kMinusTwo = 0xFFFFFFFE;
-inline constexpr uint32_t kNullArgument = 0xF7702001;
 inline constexpr uint32_t kNoMemory = 0xF7108001;
 inline constexpr uint32_t kNoJson = 0xF7100000;
-inline constexpr uint32_t kRefused = 0x00C0FFEE;
+inline constexpr const char *kFault = "{\"Result\":-1}";
+
+inline constexpr const char *kAccessEntries = "AccessInfoQueryServiceJNI.cpp";
+inline constexpr const char *kAccessWorkers = "jni_access_info.cpp";
+inline constexpr const char *kWanEntries = "WanConfigServiceJNI.cpp";
+inline constexpr const char *kWanWorkers = "jni_wan_config.cpp";
+/// The index of an IP connection.
+inline constexpr uint32_t kWan = 0x10101001;
 
 inline constexpr uint32_t kAskList = 0x47302025;
 inline constexpr uint32_t kAdd = 0x47209076;

@@ -13,7 +13,7 @@ import java.util.Arrays;
 
 /** The services of the LAN, who is on it, and how answers about it are written. */
 final class Lan {
-    /** WAN indexes of the home as shipped: two that may have port mappings, and one that may not. */
+    /** WAN indexes of the home as shipped: two that may have port mappings, one that may not. */
     static final int kFirst = 0x10101001;
     static final int kSecond = 0x10102001;
     static final int kThird = 0x10103001;

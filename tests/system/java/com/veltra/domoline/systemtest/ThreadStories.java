@@ -171,7 +171,7 @@ final class ThreadStories {
         overtakable(Lan.kLimits, "setLANHostSpeedLimit", mac, iUp, 1);
         String limits = text(Lan.kHosts, "getLANHostSpeedLimitInfo", (Object) Lan.macs(mac));
         lists(limits, "");
-        step(Lan.kNames, "setLANHostName", Lan.kTv, "living-room-tv");
+        step(Lan.kAddressConfig, "setLANHostIP", "192.168.1.1", "255.255.255.0");
     }
 
     void storageStory() {

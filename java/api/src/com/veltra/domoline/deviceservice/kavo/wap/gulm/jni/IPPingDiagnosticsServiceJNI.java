@@ -32,7 +32,9 @@ public class IPPingDiagnosticsServiceJNI {
      * @param sParameters a JSON object with the integers {@code NumberOfRepetitions}, {@code
      *     Timeout}, {@code DataBlockSize} and {@code DSCP}, in the gateway's units; {@code null} or
      *     empty for none. What is missing, or is no integer (the text {@code "5"} is none), is sent
-     *     as 0. The text must be JSON and nothing else: nothing may follow the value
+     *     as 0, and an integer beyond 32 bits as the nearest within them. The text must be JSON and
+     *     nothing else: nothing may follow the value. JSON that is no object starts a ping with
+     *     zeros, and {@code "null"} is refused
      * @return the gateway's start status; -1 when the host is {@code null} or empty or the
      *     parameters are no JSON (nobody is asked then), or when the process doesn't answer or
      *     refuses; -2 when the host is longer than 255 bytes (nobody is asked then)

@@ -28,7 +28,9 @@ public class TrafficDetailProcessServiceJNI {
      * Adds a rule. Asks {@code gulm}, at most 5 seconds.
      *
      * <p>Each of the three lists travels as one text, with commas between its elements. Null and
-     * empty elements are left out; a list without any other, and null, is an empty text.
+     * empty elements are left out; a list without any other, and null, is an empty text. Each
+     * element takes local references of the virtual machine, which grants so many to one call;
+     * lists with more elements together are refused.
      *
      * <p>Example: {@code addHTTPTrafficProcessRule("203.0.113.80", 80, "UP", "00:11:22:33:44:55",
      * {"GET", "POST"}, {"200"}, {"Host", "User-Agent"})} answers {@code 1}.
@@ -41,8 +43,8 @@ public class TrafficDetailProcessServiceJNI {
      * @param asStatusCodes the status codes of the replies, at most 253 bytes with the commas
      * @param asHeaders the headers, at most 253 bytes with the commas
      * @return the rule's number; -1 when the direction is missing or empty, when a text or list is
-     *     too long or can't be converted (nobody is asked then); when the gateway refuses the rule;
-     *     or when it doesn't answer
+     *     too long, has too many elements or can't be converted (nobody is asked then); when the
+     *     gateway refuses the rule; or when it doesn't answer
      */
     public native int addHTTPTrafficProcessRule(String sRemoteAddress, int iRemotePort,
             String sDirection, String sHostMAC, String[] asMethods, String[] asStatusCodes,

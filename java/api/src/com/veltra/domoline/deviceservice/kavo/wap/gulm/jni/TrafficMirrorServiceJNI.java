@@ -81,7 +81,8 @@ public class TrafficMirrorServiceJNI {
      *
      * <p>What a rule leaves open is an empty text. The rules' numbers are not told. A collector's
      * port that the gateway tells as something else than a number is listed as that of the rule
-     * before it, 0 with the first. A rule for which the list cannot grow is left out of it.
+     * before it, 0 with the first; one above 2147483647 is listed as a negative number, less by
+     * 4294967296. A rule for which the list cannot grow is left out of it.
      *
      * @return the list; <code>{"Result":0,"List":[]}</code> (no blanks) when there are no rules; a
      *     failure otherwise, never null because of the gateway: <code>{ "Result": -1 }</code> when
