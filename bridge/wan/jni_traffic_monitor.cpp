@@ -91,6 +91,56 @@ class Records {
     const char *m_pcNext;
 };
 
+/// Where a text of JSON ends that begins with stRest: at the next quote, or at the end of stRest
+/// when there is none. Nowhere (npos) when a control character stands in it, which json-c lets
+/// pass, or when the end cuts an escape.
+size_t EndOfText(std::string_view stRest) {
+    for (size_t i = 0; i < stRest.size(); ++i) {
+        if (stRest[i] == '"') {
+            return i;
+        }
+        i += stRest[i] == '\\' ? 1 : 0;
+        if (i == stRest.size() || static_cast<unsigned char>(stRest[i]) < ' ') {
+            return std::string_view::npos;
+        }
+    }
+    return stRest.size();
+}
+
+/// Whether a list ends with its text. What else is between its brackets is for a parser to say.
+bool IsOneList(std::string_view stList) {
+    int32_t iDepth = 0;
+    for (size_t i = 0; i < stList.size(); ++i) {
+        const char cByte = stList[i];
+        if (cByte == '"') {
+            const std::string_view stRest(&stList[i] + 1, stList.size() - i - 1);
+            const size_t uiEnd = EndOfText(stRest);
+            if (uiEnd >= stRest.size()) {
+                return false;
+            }
+            i += uiEnd + 1;
+        } else if (cByte == '[' || cByte == '{') {
+            ++iDepth;
+        } else if ((cByte == ']' || cByte == '}') && --iDepth == 0) {
+            return strspn(&stList[i] + 1, " \t\r\n") >= stList.size() - i - 1;
+        }
+    }
+    return false;
+}
+
+/// Whether no name and no list of the registry reaches into what stands around it in an answer.
+bool StayInTheirPlaces(const char *pcRegistry) {
+    Records stRecords(pcRegistry);
+    std::string_view stName;
+    std::string_view stList;
+    while (stRecords.Next(stName, stList)) {
+        if (EndOfText(stName) != stName.size() || !IsOneList(stList)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// Fetches the registry text, which is there, and makes the answer of it.
 uint32_t MakeAnswer(const TrafficMonitorInfoReply &stInfo, PlatformBlock &stAnswer) {
     BulkBlock stRegistry;
@@ -99,7 +149,7 @@ uint32_t MakeAnswer(const TrafficMonitorInfoReply &stInfo, PlatformBlock &stAnsw
         return uiResult;
     }
     const char *pcRegistry = stRegistry.LendText();
-    if (pcRegistry == nullptr) {
+    if (pcRegistry == nullptr || !StayInTheirPlaces(pcRegistry)) {
         return Recorded(WAP_SPOT, kErrFailed, stInfo.stRegistry.uiOriginalLen);
     }
     const uint64_t ulCap = stInfo.uiBundles * kTextPerBundle + stInfo.uiAddresses * kTextPerAddress;

@@ -59,7 +59,8 @@ WAP_EXPORT uint32_t VT_API_TrafficMonitoringNotifyAppM(const char *pcList, uint3
  * @param ppcText receives the text, released with VT_OS_MemFreeD by the caller; null when the
  *                registry is empty. Written on success only
  * @return 0; 1 for null and when there is no memory for the text; the code of the request or of
- *         the read; -1 (as unsigned) for a block in which no text ends
+ *         the read; -1 (as unsigned) for a block in which no text ends,
+ *         or whose names and lists would be no JSON in the answer, or reach beyond their places
  */
 WAP_EXPORT uint32_t VT_JNI_getTrafficMonitoringDestAddressInfo(char **ppcText);
 

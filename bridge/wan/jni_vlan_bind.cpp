@@ -24,10 +24,6 @@ constexpr uint32_t kErrNoList = 1;
 constexpr uint32_t kCheckedMax = 128;
 constexpr uint32_t kListMax = 1088;
 
-bool HasText(const char *pcText) {
-    return pcText != nullptr && pcText[0] != '\0';
-}
-
 struct VlanPair {
     int64_t lUser = 0;
     int64_t lWan = 0;
@@ -147,7 +143,7 @@ uint32_t JNI_MSG_VlanBindRpcCall(const char *, uint32_t uiSndMid, uint32_t uiRpc
 }
 
 uint32_t VT_JNI_SetVlanBind(const char *pcInterface, const char *pcBind) {
-    if (!HasText(pcInterface) || !HasText(pcBind)) {
+    if (HasNoText(pcInterface) || HasNoText(pcBind)) {
         return Recorded(WAP_SPOT, kErrRefused);
     }
     const uint32_t uiResult = VT_JNI_CheckVlanBind(pcBind);

@@ -68,6 +68,49 @@ bool IsJson(const std::string &sText) {
     return IsJsonWithin(sText, kDepth);
 }
 
+/// A text of JSON without its escapes, which are two letters each then.
+std::string WithoutEscapes(std::string sText) {
+    for (size_t i = 0; i + 1 < sText.size(); ++i) {
+        if (sText[i] == '\\') {
+            sText[i] = 'x';
+            sText[++i] = 'x';
+        }
+    }
+    return sText;
+}
+
+bool IsControl(char cByte) {
+    return static_cast<unsigned char>(cByte) < ' ';
+}
+
+bool HasControlInText(const std::string &sList) {
+    bool bInText = false;
+    bool bFound = false;
+    for (const char cByte : WithoutEscapes(sList)) {
+        bInText ^= cByte == '"';
+        bFound |= bInText && IsControl(cByte);
+    }
+    return bFound;
+}
+
+/// Whether each name and each list of a text is JSON by itself, the name between quotes.
+bool AreApart(const std::string &sText) {
+    const size_t uiName = std::string("{\"BundleName\":\"").size();
+    const size_t uiBetween = std::string("\",\"DestAddressList\":").size();
+    for (const std::string &sRecord : RecordsOf(sText)) {
+        const size_t uiBracket = sRecord.find('[');
+        const std::string sName = sRecord.substr(uiName, uiBracket - uiBetween - uiName);
+        const std::string sList = sRecord.substr(uiBracket, sRecord.size() - uiBracket - 1);
+        const std::string sPlain = WithoutEscapes(sName);
+        if (sPlain.find('"') != std::string::npos || sPlain.ends_with('\\') ||
+            std::any_of(sName.begin(), sName.end(), IsControl) || HasControlInText(sList) ||
+            !IsJson(sList)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The conversion alone, into a buffer that ends where it says.
 void CheckConversion(const std::string &sText, uint32_t uiCap) {
     World stWorld;
@@ -109,7 +152,8 @@ void CheckQuery(const std::string &sBlock, uint32_t uiBundles, uint32_t uiAddres
         Require(uiResult == 1 && pcText == nullptr, "a list has a size that can be");
     } else {
         const std::string sExpected = Expected(sBlock.substr(0, uiEnd), ulCap);
-        if (IsJsonWithin(sExpected, JSON_TOKENER_DEFAULT_DEPTH)) {
+        if (AreApart(sBlock.substr(0, uiEnd)) &&
+            IsJsonWithin(sExpected, JSON_TOKENER_DEFAULT_DEPTH)) {
             Require(uiResult == 0 && pcText != nullptr, "a text of JSON becomes a list");
             Require(sExpected == pcText, "it is that of the text");
         } else {

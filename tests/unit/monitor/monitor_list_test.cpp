@@ -1,5 +1,6 @@
 // The list of the registry: what is asked, fetched and handed out.
 #include <string>
+#include <vector>
 
 #include "unit/monitor/monitor_fixture.h"
 
@@ -29,6 +30,20 @@ class MonitorListTest : public MonitorTest {
     void AnswerDesc(uint32_t uiBlock, uint32_t uiOriginal, uint32_t uiCompressed) {
         stPlatform.mapReplies[kAskMonitored] = {
             0, Word(2) + Word(3) + Word(uiBlock) + Word(uiOriginal) + Word(uiCompressed)};
+    }
+
+    /// Each registry is a failure, recorded with its length, and so many records are there in all.
+    void ExpectFailures(const std::vector<std::string> &asRegistries, size_t uiRecords) {
+        for (const std::string &sRegistry : asRegistries) {
+            SCOPED_TRACE(sRegistry);
+            AnswerRegistry(stWorld, 2, 2, sRegistry + '\0');
+            EXPECT_EQ(Ask(), 0xFFFFFFFFu);
+            EXPECT_EQ(sText, "(unwritten)");
+            EXPECT_EQ(TimesRecorded(kMonitorFile, 0xFFFFFFFF,
+                                    {static_cast<uint32_t>(sRegistry.size() + 1)}),
+                      1u);
+            EXPECT_EQ(stPlatform.astFaults.size(), uiRecords);
+        }
     }
 
     std::string sText;
@@ -139,27 +154,48 @@ TEST_F(MonitorListTest, TextEndsWithItsFirstZero) {
 // ---- what would be no JSON ----
 
 TEST_F(MonitorListTest, WhatIsNoJsonIsAFailure) {
-    const std::string asTexts[] = {
-        "a[1",     "a[",       "a[\"1]",   "a[1]x",
-        "a[1]]",   "a[1,]",    "a[x]",     "a[1]}",
-        "a[1],{}", "a\"b[1]",  "\"[1]",    "a\\[1]",
-        "a\\x[1]", "c[3];a[1", "a[1;c[3]", "a[" + std::string(29, '[') + std::string(29, ']') + "]",
-    };
-    for (const std::string &sRegistry : asTexts) {
-        SCOPED_TRACE(sRegistry);
-        AnswerRegistry(stWorld, 2, 2, sRegistry + '\0');
-        EXPECT_EQ(Ask(), 0xFFFFFFFFu);
-        EXPECT_EQ(sText, "(unwritten)");
-        EXPECT_EQ(
-            TimesRecorded(kMonitorFile, 0xFFFFFFFF, {static_cast<uint32_t>(sRegistry.size() + 1)}),
-            1u);
-        EXPECT_EQ(stPlatform.astFaults.size(), 2u);  // the parse's own
-    }
+    // With the parse's own record.
+    ExpectFailures({"a[1,]", "a[x]", "a[01x]", "a[1}", "a\\x[1]", "c[3];a[1 2]",
+                    "a[" + std::string(29, '[') + std::string(29, ']') + "]"},
+                   2);
+}
+
+// Of some of them JSON would come, but not of what the registry's bundles are.
+TEST_F(MonitorListTest, WhatReachesBeyondItsPlaceIsAFailure) {
+    ExpectFailures({"a[1",
+                    "a[",
+                    "a[\"1]",
+                    "a[1]x",
+                    "a[1]]",
+                    "a[1]}",
+                    "a[1],{}",
+                    "c[3];a[1",
+                    "a[1;c[3]",
+                    "a\\[1]",
+                    "a\"b[1]",
+                    "a\\\n[1]",
+                    "\"[1]",
+                    "x\",\"y\":\"z[1]",
+                    "x\",\"BundleName\":\"c[1]",
+                    "a[1],\"BundleName\":\"b\"",
+                    "a[1]},{\"BundleName\":\"b\",\"DestAddressList\":[2]",
+                    "c[3];a[1],\"x\":[2]",
+                    "a\n[1]",
+                    "a\x1F[1]",
+                    "a[\"1\n\"]",
+                    "a[{\"x\":\"\x01\"}]",
+                    "a[\"\\"},
+                   1);
 }
 
 TEST_F(MonitorListTest, WhatIsJsonIsHandedOutAsItStands) {
     const std::string sDeep = std::string(29, '[') + std::string(29, ']');
-    const std::string asPairs[][2] = {{" a ", "[ \"1\" , 2 ] "}, {"a", sDeep}, {"\\u0041", "[]"}};
+    const std::string asPairs[][2] = {{" a ", "[ \"1\" , 2 ] "},
+                                      {"a", sDeep},
+                                      {"\\u0041\\\"", "[]"},
+                                      {"a:b", "[\"2001:db8::1\",\"::\"]"},
+                                      {"a", "[\n{\"x\":[\"]\",\"\\\"]\"]} ]\t\r\n"},
+                                      {"a", "[NaN]"}};
     for (const auto &asPair : asPairs) {
         SCOPED_TRACE(asPair[0]);
         AnswerRegistry(stWorld, 1, 1, asPair[0] + asPair[1] + '\0');
