@@ -93,8 +93,9 @@ std::string &BodyOf(HostileReply &stReply) {
 }
 
 void AddFills(std::vector<Spoiling> &astAll) {
-    for (const auto &[cByte, pcName] : {std::pair('\xFF', "ones"), std::pair('\0', "zeros"),
+    for (const auto &[cFill, pcName] : {std::pair('\xFF', "ones"), std::pair('\0', "zeros"),
                                         std::pair('x', "a text without an end")}) {
+        const char cByte = cFill;  // a lambda takes a name alone
         astAll.push_back({std::string("all ") + pcName, [=](HostileReply &stReply) {
                               stReply.sBytes.assign(stReply.uiRoom, cByte);
                           }});

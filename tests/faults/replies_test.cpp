@@ -191,7 +191,7 @@ struct Trial {
 };
 Trial g_stTrial;
 
-void SayTrial() {
+[[maybe_unused]] void SayTrial() {
     std::fprintf(stderr, "replying to %08X in %s: %s, %llu, seed %llu\n",
                  static_cast<unsigned>(g_stTrial.uiRpcId),
                  g_stTrial.pstCase == nullptr ? "?" : g_stTrial.pstCase->Name().c_str(),
