@@ -107,7 +107,43 @@ size_t EndOfText(std::string_view stRest) {
     return stRest.size();
 }
 
-/// Whether a list ends with its text. What else is between its brackets is for a parser to say.
+size_t CountDigits(std::string_view stRest) {
+    size_t uiCount = 0;
+    while (uiCount < stRest.size() && stRest[uiCount] >= '0' && stRest[uiCount] <= '9') {
+        ++uiCount;
+    }
+    return uiCount;
+}
+
+/// How long the number of JSON is that stRest begins with; 0 when it is none, or more follows than
+/// may stand behind one.
+size_t NumberLength(std::string_view stRest) {
+    const auto Is = [stRest](size_t uiAt, std::string_view stOf) {
+        return uiAt < stRest.size() && memchr(stOf.data(), stRest[uiAt], stOf.size()) != nullptr;
+    };
+    const auto Digits = [stRest](size_t uiAt) {
+        return CountDigits({stRest.data() + uiAt, stRest.size() - uiAt});
+    };
+    size_t uiAt = Is(0, "-") ? 1 : 0;
+    size_t uiDigits = Digits(uiAt);
+    bool bGood = uiDigits == 1 || (uiDigits > 1 && !Is(uiAt, "0"));
+    uiAt += uiDigits;
+    if (Is(uiAt, ".")) {
+        uiDigits = Digits(++uiAt);
+        bGood = bGood && uiDigits > 0;
+        uiAt += uiDigits;
+    }
+    if (Is(uiAt, "eE")) {
+        uiAt += Is(uiAt + 1, "+-") ? 2 : 1;
+        uiDigits = Digits(uiAt);
+        bGood = bGood && uiDigits > 0;
+        uiAt += uiDigits;
+    }
+    return bGood && Is(uiAt, ",]} \t\r\n") ? uiAt : 0;
+}
+
+/// Whether a list ends with its text, and holds nothing that json-c lets pass and JSON does not
+/// know: names in single quotes, NaN, 00. The rest is for the parser to say.
 bool IsOneList(std::string_view stList) {
     int32_t iDepth = 0;
     for (size_t i = 0; i < stList.size(); ++i) {
@@ -121,8 +157,18 @@ bool IsOneList(std::string_view stList) {
             i += uiEnd + 1;
         } else if (cByte == '[' || cByte == '{') {
             ++iDepth;
-        } else if ((cByte == ']' || cByte == '}') && --iDepth == 0) {
-            return strspn(&stList[i] + 1, " \t\r\n") >= stList.size() - i - 1;
+        } else if (cByte == ']' || cByte == '}') {
+            if (--iDepth == 0) {
+                return strspn(&stList[i] + 1, " \t\r\n") >= stList.size() - i - 1;
+            }
+        } else if (cByte == '-' || (cByte >= '0' && cByte <= '9')) {
+            const size_t uiNumber = NumberLength({&stList[i], stList.size() - i});
+            if (uiNumber == 0) {
+                return false;
+            }
+            i += uiNumber - 1;
+        } else if ((cByte < 'a' || cByte > 'z') && memchr(",: \t\r\n", cByte, 6) == nullptr) {
+            return false;
         }
     }
     return false;
@@ -162,7 +208,7 @@ uint32_t MakeAnswer(const TrafficMonitorInfoReply &stInfo, PlatformBlock &stAnsw
     if (uiConverted != 0) {
         return uiConverted;
     }
-    // Names and lists stand in it as they came: nobody has looked at them yet.
+    // Names and lists stand in it as they came: whether they are well-formed nobody has looked yet.
     const JsonValue stParsed(ParseJson(WAP_SPOT, pcAnswer, Grammar::kStrict, Secrecy::kPlain));
     return stParsed ? 0 : Recorded(WAP_SPOT, kErrFailed, stInfo.stRegistry.uiOriginalLen);
 }

@@ -155,7 +155,7 @@ TEST_F(MonitorListTest, TextEndsWithItsFirstZero) {
 
 TEST_F(MonitorListTest, WhatIsNoJsonIsAFailure) {
     // With the parse's own record.
-    ExpectFailures({"a[1,]", "a[x]", "a[01x]", "a[1}", "a\\x[1]", "c[3];a[1 2]",
+    ExpectFailures({"a[1,]", "a[x]", "a[1}", "a\\x[1]", "c[3];a[1 2]",
                     "a[" + std::string(29, '[') + std::string(29, ']') + "]"},
                    2);
 }
@@ -184,7 +184,22 @@ TEST_F(MonitorListTest, WhatReachesBeyondItsPlaceIsAFailure) {
                     "a\x1F[1]",
                     "a[\"1\n\"]",
                     "a[{\"x\":\"\x01\"}]",
-                    "a[\"\\"},
+                    "a[\"\\",
+                    "a[NaN]",
+                    "a[Infinity]",
+                    "a[-Infinity]",
+                    "a[00]",
+                    "a[-01]",
+                    "a[1.]",
+                    "a[1.e5]",
+                    "a[1e]",
+                    "a[1e+]",
+                    "a[-]",
+                    "a[1x]",
+                    "a[{'x':1}]",
+                    "a[{'\n':1}]",
+                    "a[{'\"':1}]},{\"BundleName\":\"b\",\"DestAddressList\":[{'\"':1}]",
+                    std::string(254, 'n') + "\\\"[1]"},
                    1);
 }
 
@@ -195,7 +210,7 @@ TEST_F(MonitorListTest, WhatIsJsonIsHandedOutAsItStands) {
                                       {"\\u0041\\\"", "[]"},
                                       {"a:b", "[\"2001:db8::1\",\"::\"]"},
                                       {"a", "[\n{\"x\":[\"]\",\"\\\"]\"]} ]\t\r\n"},
-                                      {"a", "[NaN]"}};
+                                      {"a", "[0,-1,10,1.50,-0.5e+7,2E3,4e-1,true,false,null]"}};
     for (const auto &asPair : asPairs) {
         SCOPED_TRACE(asPair[0]);
         AnswerRegistry(stWorld, 1, 1, asPair[0] + asPair[1] + '\0');
@@ -204,6 +219,27 @@ TEST_F(MonitorListTest, WhatIsJsonIsHandedOutAsItStands) {
                              "\",\"DestAddressList\":" + asPair[1] + "}]}");
         EXPECT_TRUE(stPlatform.astFaults.empty());
     }
+}
+
+TEST_F(MonitorListTest, NamesCountAsTheyAreCut) {
+    const std::string sCut(255, 'n');
+    AnswerRegistry(stWorld, 2, 2, sCut + "\"[1]" + '\0');
+    EXPECT_EQ(Ask(), 0u);
+    EXPECT_EQ(sText, "{\"Result\":0,\"List\":[{\"BundleName\":\"" + sCut +
+                         "\",\"DestAddressList\":[1]}]}");
+    // Cut within an escape that is not over with its second letter.
+    ExpectFailures({std::string(251, 'n') + "\\u0041[1]"}, 2);
+}
+
+// The list ends at what does not fit; what it is made of, is judged all the same.
+TEST_F(MonitorListTest, RecordsBeyondTheRoomCount) {
+    const std::string sLong = "a[1];b[\"" + std::string(700, 'x') + "\"];c[";
+    AnswerRegistry(stWorld, 1, 1, sLong + "1]" + '\0');
+    EXPECT_EQ(Ask(), 0u);
+    EXPECT_EQ(sText, "{\"Result\":0,\"List\":[{\"BundleName\":\"a\",\"DestAddressList\":[1]}]}");
+    AnswerRegistry(stWorld, 1, 1, sLong + "1" + '\0');
+    EXPECT_EQ(Ask(), 0xFFFFFFFFu);
+    EXPECT_EQ(sText, "(unwritten)");
 }
 
 // ---- the room for the answer ----

@@ -64,11 +64,11 @@ public class TrafficMonitoringConfigServiceJNI {
      *   "10.0.0.2"]},{"BundleName":"com.example.shield","DestAddressList":["192.0.2.7"]}]}
      * }</pre>
      *
-     * <p>The answer is one line. The bundles come in the gateway's order, and the lists of
-     * addresses exactly as {@code gulm} writes them. A bundle's name is cut to 255 bytes, and what
-     * is left of it is inserted as it stands: when a name or a list would reach beyond its place,
-     * or the answer be no JSON, the call fails. (Numbers in a list are not looked at as closely:
-     * {@code NaN} and {@code 01} pass.) What has no name or no list of addresses is left out.
+     * <p>The answer is one line, and always JSON. The bundles come in the gateway's order, and the
+     * lists of addresses exactly as {@code gulm} writes them. A bundle's name is cut to 255 bytes,
+     * and what is left of it is inserted as it stands: when a name or a list would reach beyond its
+     * place, or the answer be no JSON, the call fails. What has no name or no list of addresses is
+     * left out.
      *
      * @return the list; <code>{"Result":0, "List":[]}</code> (a blank after the comma) when the
      *     registry is empty; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't
