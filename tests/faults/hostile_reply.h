@@ -60,7 +60,7 @@ class HostileDice {
     void Spoil(HostileReply &stReply);
 
   private:
-    size_t Below(size_t uiEnd) { return uiEnd == 0 ? 0 : stEngine() % uiEnd; }
+    size_t Below(size_t uiEnd) { return uiEnd == 0 ? 0 : static_cast<size_t>(stEngine() % uiEnd); }
     uint32_t Edge();
     void Fill(std::string &sBytes);
     void Flip(std::string &sBytes);

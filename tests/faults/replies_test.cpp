@@ -369,7 +369,7 @@ TEST_P(RepliesTest, MayBeCutAnywhere) {
 TEST_P(RepliesTest, MayBeAnyBytes) {
     const uint64_t ulCount = RandomReplies();
     for (uint64_t i = 0; i < ulCount; ++i) {
-        const Target &stTarget = Mine()[i % Mine().size()];
+        const Target &stTarget = Mine()[static_cast<size_t>(i % Mine().size())];
         // Each of them can be had again without those before it.
         HostileDice stDice(Seed() ^ GetParam() << 20 ^ i * 0x9E3779B97F4A7C15u);
         ++g_stTried.ulRandom;
