@@ -113,6 +113,7 @@ TEST(LeakControls, Secret) {
                   stWorld.stSecrets.Watch(sSecret);
                   auto *pcBlock = static_cast<char *>(std::malloc(64));
                   std::memcpy(pcBlock, sSecret.c_str(), sSecret.size() + 1);
+                  __asm__ volatile("" : : "r"(pcBlock) : "memory");  // it is written, then
                   std::free(pcBlock);
               }),
               "secret '" + sSecret + "' in a released block\n");
