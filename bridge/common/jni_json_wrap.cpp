@@ -46,7 +46,7 @@ uint32_t GetByKey(SourceSpot stSpot, json_object *pstObj, const char *pcKey, Out
 }
 
 /// False, recorded, when a value asked for without a type check is null.
-bool CheckLent(SourceSpot stSpot, json_object *pstValue) {
+bool CheckLent(SourceSpot stSpot, const json_object *pstValue) {
     if (pstValue == nullptr) {
         RecordFault(stSpot, kJsonErrNull);
         return false;

@@ -246,6 +246,7 @@ json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, 
                     JSON_C_VERSION_NUM);
         return nullptr;
     }
+    // cppcheck-suppress unassignedVariable ; what it does, it does while it is there
     const PlainLocale stLocale;
     Tokener stTokener(eGrammar, eSecrecy);
     if (!stLocale || !stTokener) {

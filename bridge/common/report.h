@@ -27,11 +27,11 @@ inline void RecordFault(SourceSpot stSpot, uint32_t uiStatus) {
 
 /// Records a code unless it is 0, with up to four numbers, and passes it on.
 template <class... Numbers>
-inline uint32_t Recorded(SourceSpot stSpot, uint32_t uiCode, Numbers... uiNumbers) {
-    if (uiCode != 0) {
-        RecordFault(stSpot, uiCode, uiNumbers...);
+inline uint32_t Recorded(SourceSpot stSpot, uint32_t uiResult, Numbers... uiNumbers) {
+    if (uiResult != 0) {
+        RecordFault(stSpot, uiResult, uiNumbers...);
     }
-    return uiCode;
+    return uiResult;
 }
 
 /// A pointer as the fault log's 32-bit number: its low half on a 64-bit host.

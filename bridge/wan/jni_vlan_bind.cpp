@@ -205,6 +205,7 @@ uint32_t VT_API_GetWlanVlanBindApi(json_object *pstList) {
               stBinds.uiCount);
     const uint32_t uiSsids = stBinds.uiCount < kWlanBindsMax ? stBinds.uiCount : kWlanBindsMax;
     uint32_t uiRefusal = 0;
+    // cppcheck-suppress knownConditionTrueFalse ; misses that the reply was written to stBinds
     for (uint32_t i = 0; i < uiSsids; ++i) {
         // Unlike with the LAN ports, a success forgets the refusals before it, deliberately.
         uiResult = AddSsid(pstList, stBinds.astBinds[i], uiRefusal);

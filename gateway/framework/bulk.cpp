@@ -27,6 +27,7 @@ struct BlockRelease {
 VDataDesc PublishBlock(std::string_view pcBytes) {
     const auto uiLength = static_cast<uint32_t>(pcBytes.size());
     VDataDesc stDesc = {0, uiLength, uiLength};
+    // cppcheck-suppress variableScope ; pcContent shows it below
     std::string acCompressed;
     std::string_view pcContent = pcBytes;
     if (pcBytes.size() > kPlainMax) {

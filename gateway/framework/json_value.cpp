@@ -133,9 +133,9 @@ std::string NamesIn(json_object *pstObject) {
     std::string acNames;
     json_object_object_foreach(pstObject, pcKey, pstMember) {
         (void)pstMember;
-        acNames += (acNames.empty() ? "" : ", ") + std::string(pcKey);
+        acNames += ", " + std::string(pcKey);
     }
-    return acNames;
+    return acNames.empty() ? acNames : acNames.substr(2);
 }
 
 std::optional<std::string> GetText(json_object *pstObject, const char *pcKey) {

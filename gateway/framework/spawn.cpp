@@ -13,8 +13,6 @@
 #include "framework/error.h"
 #include "framework/files.h"
 
-extern char **environ;
-
 namespace wap::gateway {
 
 namespace {

@@ -46,7 +46,7 @@ void WriteStats(json_object *pstHost, json_object *pstOut) {
 }
 
 /// The answer about some hosts, as a text in a bulk block.
-VDataDesc PublishHosts(HandlerContext &stContext, const HostFilter &fnWanted,
+VDataDesc PublishHosts(const HandlerContext &stContext, const HostFilter &fnWanted,
                        HostWriter pfnWriter) {
     JsonValue stList = MakeArray();
     {
@@ -101,7 +101,7 @@ uint32_t GetByMac(HandlerContext &stContext, std::string_view pcRequest, std::st
     return 0;
 }
 
-uint32_t GetBy(HandlerContext &stContext, const char *pcKey, const HostTextQuery &stRequest,
+uint32_t GetBy(const HandlerContext &stContext, const char *pcKey, const HostTextQuery &stRequest,
                VDataDesc &stReply) {
     const std::string acWanted = TextIn(stRequest.acText);
     stReply = PublishHosts(

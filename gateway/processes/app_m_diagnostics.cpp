@@ -179,7 +179,7 @@ uint32_t StartTraceRoute(HandlerContext &stContext, const TraceRouteDiagRequest 
         PutText(
             stHop.get(), "Address",
             uiHop == kHops ? AddressOf(stContext, acHost) : "198.51.100." + std::to_string(uiHop));
-        PutNumber(stHop.get(), "Ms", 2 * uiHop);
+        PutNumber(stHop.get(), "Ms", int64_t{2} * uiHop);
         Append(stHops.get(), std::move(stHop));
     }
     PutMember(stResult.get(), "Hops", std::move(stHops));
@@ -232,9 +232,8 @@ void NoteMonitorChange(HandlerContext &stContext, std::string_view pcBytes) {
         return;
     }
     memcpy(&stNotice, acNotice.data(), sizeof(stNotice));
-    const std::string acList(
-        acNotice.data() + sizeof(stNotice),
-        strnlen(acNotice.data() + sizeof(stNotice), acNotice.size() - sizeof(stNotice)));
+    std::string acList = acNotice.substr(sizeof(stNotice));
+    acList.resize(strnlen(acList.data(), acList.size()));
     HomeChange stChange(stContext.stHome);
     json_object *pstNotices = stChange.At("monitorNotices");
     const char *pcCount = stNotice.ucOperation == kNoticeAdd ? "added" : "deleted";

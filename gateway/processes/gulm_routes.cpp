@@ -47,7 +47,7 @@ bool IsIpv6Prefix(const std::string &acText) {
     return stRead.ec == std::errc() && stRead.ptr == pcEnd && uiBits <= kIpv6Bits;
 }
 
-uint32_t TellIds(HandlerContext &stContext, const char *pcPath, RouteIds &stReply) {
+uint32_t TellIds(const HandlerContext &stContext, const char *pcPath, RouteIds &stReply) {
     const HomeReader stHome(stContext.stHome);
     for (json_object *pstRoute : Elements(stHome.At(pcPath))) {
         if (stReply.uiCount < std::size(stReply.auiInstIds)) {

@@ -96,8 +96,8 @@ void UsbAdapter::Run() {
 
 void UsbAdapter::Exchange() {
     const std::scoped_lock stLock(m_stMutex);
-    char acPiece[1024];
     if (m_acPending.size() < kPendingMax) {
+        char acPiece[1024];
         const ssize_t iCount = read(m_stMaster.Get(), acPiece, sizeof(acPiece));
         if (iCount > 0) {
             m_acPending += m_pstDevice->Take({acPiece, static_cast<size_t>(iCount)});

@@ -4,6 +4,7 @@
 #include <spawn.h>
 #include <sys/select.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <climits>
@@ -14,8 +15,6 @@
 #include "writable_tree.h"
 
 using namespace wap::host;
-
-extern char **environ;
 
 namespace {
 

@@ -19,7 +19,7 @@ class MsgQueue {
     using Procedure = int32_t (*)(void *);
 
     /** Begins to take messages, uiCapacity of them at most; 0 chooses a default. */
-    void Open(uint32_t uiCapacity);
+    void Open(uint32_t uiWanted);
 
     /** Drops what is queued and wakes all who wait. */
     void Close();

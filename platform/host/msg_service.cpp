@@ -8,10 +8,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstring>
 #include <list>
 #include <new>
 #include <set>
+#include <thread>
 
 #include "msg_queue.h"
 #include "msg_wire.h"
@@ -21,13 +23,15 @@ namespace {
 
 constexpr size_t kMaxConnections = 1024;
 constexpr int kBacklog = 128;
+/// For who would try at once again, and in vain.
+constexpr std::chrono::milliseconds kBreak(10);
 
 /** Whether the running thread belongs to the service. */
 thread_local bool t_bServiceThread = false;
 
 class Service {
   public:
-    uint32_t Init(const char *pcName, uint32_t uiCapacity);
+    uint32_t Init(const char *pcWanted, uint32_t uiCapacity);
     uint32_t Serve(VtHostHandler pfnWanted, void *pvWanted);
     uint32_t OnLostReply(VtHostLostReply pfnWanted);
     uint32_t Stop();
@@ -259,7 +263,7 @@ uint32_t Service::Stop() {
         }
     }
     // With the accepting thread gone nobody else adds to the list or takes from it.
-    for (Connection &stConnection : stConnections) {
+    for (const Connection &stConnection : stConnections) {
         pthread_join(stConnection.stThread, nullptr);
     }
     {
@@ -277,6 +281,7 @@ void Service::Accept() {
     t_bServiceThread = true;
     int iListener = stListener.Get();
     while (!bStopping.load()) {
+        // cppcheck-suppress nullPointer ; the two may be null together
         Fd stSocket(accept4(iListener, nullptr, nullptr, SOCK_CLOEXEC));
         if (stSocket.Ok()) {
             pid_t iCaller = 0;
@@ -285,7 +290,7 @@ void Service::Accept() {
             }
         } else if (errno != EINTR && errno != ECONNABORTED && !bStopping.load()) {
             // Out of descriptors, most likely: those who call wait until others have hung up.
-            usleep(10000);
+            std::this_thread::sleep_for(kBreak);
             ReapDone();
         }
     }
@@ -328,7 +333,7 @@ void Service::ReapDone() {
             }
         }
     }
-    for (Connection &stConnection : stDone) {
+    for (const Connection &stConnection : stDone) {
         pthread_join(stConnection.stThread, nullptr);
     }
 }
@@ -453,7 +458,8 @@ uint32_t VT_MSG_RegisterMID(uint32_t uiMid, int32_t (*pfnProc)(void *pvMsg), uin
 uint32_t VT_MSG_GetAndDispatch(uint32_t, uint32_t) {
     uint32_t uiStatus = TheService().Queue().Dispatch();
     if (uiStatus == VT_HOST_ERR_STATE) {
-        usleep(10000);  // callers loop for ever without looking at the result
+        // Callers loop for ever without looking at the result.
+        std::this_thread::sleep_for(wap::host::kBreak);
     }
     return uiStatus;
 }

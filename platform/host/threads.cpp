@@ -75,6 +75,7 @@ uint32_t VT_OS_MutexInit(void *pvMutex) {
     if (pvMutex == nullptr || reinterpret_cast<uintptr_t>(pvMutex) % alignof(Mutex) != 0) {
         return VT_HOST_ERR_ARGUMENT;
     }
+    // cppcheck-suppress unreadVariable ; stays in the memory that the caller gave
     Mutex *pstMutex = new (pvMutex) Mutex{};
     pstMutex->uiState.store(kFree, std::memory_order_relaxed);
     pstMutex->uiMark.store(kMutexMark, std::memory_order_release);

@@ -140,7 +140,8 @@ TEST_P(TextFieldTest, KeepsWhatItSays) {
     ASSERT_EQ(stHarmless.Call(WithText(stField, sBefore + u"x" + sBehind)), TakenAnswer(stField));
     const auto asHarmless = SentBesides(stField, stHarmless.Gateway());
     for (const char16_t *pcTricky : kTexts) {
-        const std::u16string sText = sBefore + pcTricky + sBehind;
+        std::u16string sText = sBefore;
+        sText.append(pcTricky).append(sBehind);
         const std::string sBytes = ToUtf8(sText);
         SCOPED_TRACE(sBytes);
         if (sBytes.size() > stField.uiLimit) {

@@ -10,7 +10,7 @@ namespace wap::test {
 
 namespace {
 
-constexpr size_t kMega = 1024 * 1024;
+constexpr size_t kMega = size_t{1024} * 1024;
 constexpr size_t kVeryMany = 10000;
 /// Lengths that are tried where no limit is known, which no field has room for.
 constexpr size_t kUnknownLimits[] = {127, 255, 1023, 4095};

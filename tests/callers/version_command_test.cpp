@@ -89,7 +89,10 @@ TEST(VersionCommandTest, TakesNothingFromItsOutput) {
     for (const std::string_view stTricky : kTricky) {
         SCOPED_TRACE(stTricky);
         const std::string sTricky(stTricky);
-        ExpectTheCommand("version \"" + sTricky + "\"\n" + sTricky + " VM (" + sTricky + "\n");
+        std::string sOutput = "version \"";
+        sOutput.append(sTricky).append("\"\n").append(sTricky);
+        sOutput.append(" VM (").append(sTricky).append("\n");
+        ExpectTheCommand(sOutput);
         ExpectTheCommand(sTricky);
     }
 }

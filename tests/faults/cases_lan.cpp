@@ -61,7 +61,7 @@ std::string MappingList(const std::vector<uint32_t> &auiCounts) {
 }
 
 std::function<void(World &)> Mappings(std::vector<uint32_t> auiCounts) {
-    return [=](World &stWorld) {
+    return [auiCounts = std::move(auiCounts)](World &stWorld) {
         std::string sTable;
         uint32_t uiIndex = 0;
         uint32_t uiWan = 0x10101003;

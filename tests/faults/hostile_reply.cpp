@@ -93,9 +93,11 @@ std::string &BodyOf(HostileReply &stReply) {
 }
 
 void AddFills(std::vector<Spoiling> &astAll) {
-    for (const auto &[cFill, pcName] : {std::pair('\xFF', "ones"), std::pair('\0', "zeros"),
-                                        std::pair('x', "a text without an end")}) {
-        const char cByte = cFill;  // a lambda takes a name alone
+    for (const auto &stFill : {std::pair('\xFF', "ones"), std::pair('\0', "zeros"),
+                               std::pair('x', "a text without an end")}) {
+        // Not a structured binding: clang before 16 has none captured.
+        const char cByte = stFill.first;
+        const char *pcName = stFill.second;
         astAll.push_back({std::string("all ") + pcName, [=](HostileReply &stReply) {
                               stReply.sBytes.assign(stReply.uiRoom, cByte);
                           }});

@@ -23,6 +23,7 @@ const Answer kFault = TextAnswerOf("{\"Result\":-1}");
 
 std::vector<Answer> Texts(const std::set<std::string> &asTexts) {
     std::vector<Answer> astAnswers;
+    astAnswers.reserve(asTexts.size());
     for (const std::string &sText : asTexts) {
         astAnswers.push_back(TextAnswerOf(sText));
     }

@@ -70,7 +70,9 @@ std::vector<CaseRow> DiagnosticsCases();
 
 /// Has an RPC answered with something else.
 inline std::function<void(World &)> Answering(uint32_t uiRpcId, Reply stReply) {
-    return [=](World &stWorld) { stWorld.stPlatform.mapReplies[uiRpcId] = stReply; };
+    return [uiRpcId, stReply = std::move(stReply)](World &stWorld) {
+        stWorld.stPlatform.mapReplies[uiRpcId] = stReply;
+    };
 }
 
 }  // namespace wap::test

@@ -13,8 +13,6 @@
 
 #include "vt_ssp_host.h"
 
-extern char **environ;
-
 namespace wap::test {
 
 namespace {

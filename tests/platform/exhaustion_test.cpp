@@ -61,8 +61,9 @@ class Limit {
 /** The lowest descriptor that is free: as a limit, it leaves none. */
 rlim_t FirstFree() {
     const int iFd = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const auto uiFree = static_cast<rlim_t>(iFd);
     close(iFd);
-    return static_cast<rlim_t>(iFd);
+    return uiFree;
 }
 
 /**

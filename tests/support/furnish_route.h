@@ -25,7 +25,7 @@ struct StaticRoute4 {
     std::string sMask = "255.255.0.0";
     std::string sGateway = "100.64.0.1";
     std::string sConnection = "wan1.2.ip3";
-    std::string sLan = "";
+    std::string sLan{};
     uint32_t uiStatic = 1;
 };
 struct StaticRoute6 {

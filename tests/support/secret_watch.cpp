@@ -151,7 +151,10 @@ bool StackKeeps(const std::function<void()> &fnCall, const std::vector<std::stri
     }
     pthread_attr_t stAttr;
     pthread_attr_init(&stAttr);
-    pthread_attr_setstack(&stAttr, pvStack, kStackSize);
+    if (pthread_attr_setstack(&stAttr, pvStack, kStackSize) != 0) {
+        std::perror("pthread_attr_setstack");
+        std::abort();
+    }
     Job stJob{&fnCall, &asTexts, World::Current(), static_cast<const char *>(pvStack), false};
     pthread_t stThread;
     if (pthread_create(&stThread, &stAttr, RunJob, &stJob) != 0) {

@@ -55,7 +55,7 @@ bool World::Hit(Op eOp, std::string_view sName) {
 }
 
 void World::Plan(FaultPlan stNew) {
-    stPlan = stNew;
+    stPlan = std::move(stNew);
     auiCounts = {};
     mapTallies.clear();
 }

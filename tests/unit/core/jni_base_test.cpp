@@ -215,7 +215,7 @@ class Join : public JniBase {
         const uint32_t uiStatus = JNI_COMMON_GetStrFromObjArray(&stEnv, stEnv.JavaTexts(asTexts),
                                                                 pcSeparator, acOut.data(), uiSize);
         EXPECT_EQ(acOut.back(), '\0');
-        return {uiStatus, acOut.data()};
+        return {uiStatus, std::string(acOut.data())};
     }
 };
 

@@ -180,7 +180,7 @@ TEST_F(DiagnosticsStartEntryTest, StartStatusReachesJava) {
 class DiagnosticsResultEntryTest : public DiagnosticsTest {
   protected:
     std::string Taken(jstring jText) {
-        const std::string sText = stEnv.Utf8Of(jText).value_or("null");
+        std::string sText = stEnv.Utf8Of(jText).value_or("null");
         stEnv.EndCall();
         return sText;
     }

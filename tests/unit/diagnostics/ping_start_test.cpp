@@ -19,7 +19,7 @@ class PingStartTest : public DiagnosticsTest {
     void ExpectSent(const std::string &sRequest) {
         ExpectOnlyRpc(stPlatform, {"app_m", 249, kStartPing, sRequest, 4});
     }
-    void ExpectRefused(Codes auiCodes) {
+    void ExpectRefused(const Codes &auiCodes) {
         EXPECT_TRUE(stPlatform.astRpcs.empty());
         EXPECT_EQ(FaultCodes(stPlatform), auiCodes);
     }

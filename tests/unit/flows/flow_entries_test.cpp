@@ -127,7 +127,7 @@ class FlowFaultTest : public FlowTest {
     std::string Members() {
         const jstring jText =
             WAP_METHOD(TrafficQoS, getTrafficInfoByFlow)(&stEnv, stEnv.JavaObject(), 1);
-        const std::string sText = stEnv.Utf8Of(jText).value_or("null");
+        std::string sText = stEnv.Utf8Of(jText).value_or("null");
         stEnv.EndCall();
         return sText;
     }

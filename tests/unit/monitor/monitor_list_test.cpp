@@ -102,7 +102,7 @@ TEST_F(MonitorListTest, NoLengthIsNoText) {
                      "uiCompressedLen:0\r\n"}));
     const uint32_t auiLengths[][2] = {{0, 5}, {5, 0}, {0, 0}};
     for (const auto &auiPair : auiLengths) {
-        const uint32_t uiBlock = stPlatform.AddBlock("a[1]\0");
+        const uint32_t uiBlock = stPlatform.AddBlock(std::string("a[1]\0", 5));
         AnswerDesc(uiBlock, auiPair[0], auiPair[1]);
         EXPECT_EQ(Ask(), 0u);
         EXPECT_EQ(sText, "(null)");

@@ -160,7 +160,7 @@ TEST_P(ListedSecretTest, TheTextsCopyIsWiped) {
     ASSERT_NE(std::string(stService.pcText).find(kListedPassword), std::string::npos);
     const auto fnGet = [&] {
         const jstring jText = stService.pfnGetRight(&stEnv, stEnv.JavaObject());
-        const std::optional<std::string> sText = stEnv.Utf8Of(jText);
+        std::optional<std::string> sText = stEnv.Utf8Of(jText);
         stEnv.EndCall();
         stWorld.ExpectClean();
         return sText;

@@ -106,7 +106,8 @@ TEST(RuleFaults, NoRulesWithoutMemory) {
 }
 
 /// Each run's records of the shared source when a listing lacks memory.
-std::vector<std::string> RecordsOf(const std::string &sMethod, std::optional<Reply> stReply = {}) {
+std::vector<std::string> RecordsOf(const std::string &sMethod,
+                                   const std::optional<Reply> &stReply = {}) {
     const Entry stEntry = EntryOf(RulesEntries(), sMethod);
     Subject stSubject = SubjectOf(stEntry);
     stSubject.fnFurnish = [=](World &stWorld) {

@@ -71,7 +71,7 @@ class RulesTest : public BridgeTest {
     /// Calls an entry as its table has it, with nothing recorded before.
     Answer Call(const std::string &sMethod) {
         stPlatform.ClearRecords();
-        const Answer stAnswer = EntryOf(RulesEntries(), sMethod).fnCall(stEnv);
+        Answer stAnswer = EntryOf(RulesEntries(), sMethod).fnCall(stEnv);
         stEnv.EndCall();
         return stAnswer;
     }

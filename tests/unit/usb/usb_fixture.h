@@ -92,7 +92,7 @@ class PtyTest : public UsbTest {
         return stLine;
     }
     /// A device that sends bytes.
-    void Send(const std::string &sBytes) {
+    void Send(const std::string &sBytes) const {
         EXPECT_EQ(write(iDevice, sBytes.data(), sBytes.size()),
                   static_cast<ssize_t>(sBytes.size()));
     }

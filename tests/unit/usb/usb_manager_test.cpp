@@ -248,7 +248,9 @@ TEST_F(PtyTest, OpenedDeviceIsThatOfThePath) {
     const jint iHandle = WAP_USB(usbOpen)(&stEnv, nullptr, 3);
     ASSERT_GE(iHandle, 0);
     EXPECT_EQ(fcntl(iHandle, F_GETFL) & (O_ACCMODE | O_NONBLOCK), O_RDWR);
-    EXPECT_STREQ(ttyname(iHandle), sPath.c_str());
+    char acName[64] = {};
+    EXPECT_EQ(ttyname_r(iHandle, acName, sizeof acName), 0);
+    EXPECT_EQ(acName, sPath);
     EXPECT_EQ(WAP_USB(usbClose)(&stEnv, nullptr, iHandle), 0);
     EXPECT_EQ(fcntl(iHandle, F_GETFL), -1);
 }

@@ -218,7 +218,8 @@ TEST_F(NumberQueryTest, FailedUpTimeIsToldByTheCode) {
 }
 
 TEST_F(NumberQueryTest, WorkersWriteOnSuccessOnly) {
-    for (uint32_t (*pfnWorker)(uint32_t *) : {VT_JNI_GetInternetWANIndex, VT_JNI_GetPONIfUpTime}) {
+    using Worker = uint32_t (*)(uint32_t *);
+    for (const Worker pfnWorker : {&VT_JNI_GetInternetWANIndex, &VT_JNI_GetPONIfUpTime}) {
         stPlatform.ClearRecords();
         EXPECT_EQ(pfnWorker(nullptr), 1u);
         EXPECT_TRUE(stPlatform.astRpcs.empty());
