@@ -70,7 +70,10 @@ build_preset() {
     mkdir -p build/log
     pcLog=build/log/$pcPreset.log
     (
-        flock 8
+        if ! flock -n 8; then
+            echo "Waiting for build/$pcPreset, which is being built (log: $pcLog)"
+            flock 8
+        fi
         if ! cmake --preset "$pcPreset" >"$pcLog" 2>&1; then
             tail -n 60 "$pcLog"
             exit 1

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <barrier>
 #include <chrono>
 #include <cstring>
@@ -160,6 +161,7 @@ TEST(ManyThreads, CallAllEntries) {
 TEST(ManyThreads, CallEveryEntryOfEveryGroup) {
     ResetBridge();
     const auto stEnd = std::chrono::steady_clock::now() + LoadTime(kUsualTime);
+    std::atomic<uint64_t> ulCalls = 0;
     OnAllThreads([&](uint32_t uiThread) {
         World &stWorld = World::Get();
         FakeJni stEnv;
@@ -177,7 +179,11 @@ TEST(ManyThreads, CallEveryEntryOfEveryGroup) {
             stWorld.ExpectClean(stFurnished.stEntry.sMethod);
             stWorld.ClearRecords();
         } while (i < uiThread + astEntries.size() || std::chrono::steady_clock::now() < stEnd);
+        ulCalls += i - uiThread;
     });
+    // By ./test into the figures of the run.
+    std::printf("figure stress.threads %u\nfigure stress.entries %zu\nfigure stress.calls %llu\n",
+                kThreads, AllEntries().size(), static_cast<unsigned long long>(ulCalls));
     ResetBridge();
 }
 

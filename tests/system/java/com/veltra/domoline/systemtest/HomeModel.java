@@ -14,7 +14,9 @@ import java.util.function.UnaryOperator;
  * lights, has a value, and after a change whose answer was a failure two: it may have happened.
  *
  * <p>A change that was asked and not answered can still happen, for instance when the process that
- * was stopped goes on. Therefore an element that is uncertain stays so until the home is looked at.
+ * was stopped goes on. Therefore an element that is uncertain stays so until the home is looked at,
+ * and a change that keeps a part of an uncertain element's value is not followed: it would have to
+ * be tried in every order.
  */
 final class HomeModel {
     /** The value of what isn't there. */
@@ -37,7 +39,7 @@ final class HomeModel {
         });
     }
 
-    /** Whether only one value is possible. */
+    /** Whether only one value is possible, and nothing can still come that makes it another. */
     synchronized boolean isCertain(String key) {
         return element(key).bCertain;
     }
@@ -69,7 +71,8 @@ final class HomeModel {
         Element element = element(key);
         Set<String> before = new LinkedHashSet<>(element.values);
         before.forEach(value -> element.values.add(change.apply(value)));
-        if (element.values.size() > 1 && element.bCertain) {
+        // Also when it is what it would become: what comes late undoes what is done until then.
+        if (element.bCertain) {
             element.bCertain = false;
             lEverUncertain++;
         }

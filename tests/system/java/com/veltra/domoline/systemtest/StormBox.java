@@ -26,14 +26,16 @@ final class StormBox {
         private final AccountService service;
         private final String section;
         private final String user;
-        private final String right;
+        private final String access;
+        private final String state;
 
         Accounts(AccountService service) {
             super(service.name() + " ");
             this.service = service;
             section = service.name().toLowerCase(Locale.ROOT);
             user = prefix + "user ";
-            right = prefix + "right";
+            access = prefix + "access";
+            state = prefix + "state";
         }
 
         @Override
@@ -69,12 +71,12 @@ final class StormBox {
         private void setRight() {
             int iRight = roll(4);
             int iValue = roll(100);
+            Effect effect = Effect.set(state, (iRight == 0 ? 0 : 1) + " " + iValue);
             // Off: the flags stay as they were.
-            change("setting the right",
-                    Effect.map(right,
-                            value
-                            -> (iRight == 0 ? value.substring(0, 3) : flags(iRight)) + " "
-                                    + (iRight == 0 ? 0 : 1) + " " + iValue),
+            if (iRight != 0) {
+                effect.and(access, flags(iRight));
+            }
+            change("setting the right", effect,
                     () -> isDone("the right", service.set(iRight, iValue)));
         }
 
@@ -86,9 +88,8 @@ final class StormBox {
         Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
             JsonElement its = home.get(section);
-            rows.put(right,
-                    flag(its, "lanAccess") + " " + flag(its, "wanAccess") + " "
-                            + flag(its, "enabled") + " " + text(its, "value"));
+            rows.put(access, flag(its, "lanAccess") + " " + flag(its, "wanAccess"));
+            rows.put(state, flag(its, "enabled") + " " + text(its, "value"));
             for (JsonElement account : its.getAsJsonObject().getAsJsonArray("accounts")) {
                 put(rows, user + text(account, "user"), HomeModel.kPresent);
             }
@@ -99,9 +100,8 @@ final class StormBox {
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
             JsonObject info = answer(service.info());
-            rows.put(right,
-                    text(info, "LanAccess") + " " + text(info, "WanAccess") + " "
-                            + text(info, "Enable") + " " + text(info, "Value"));
+            rows.put(access, text(info, "LanAccess") + " " + text(info, "WanAccess"));
+            rows.put(state, text(info, "Enable") + " " + text(info, "Value"));
             for (JsonElement account : info.getAsJsonArray("List")) {
                 put(rows, user + text(account, "User"), HomeModel.kPresent);
             }

@@ -146,8 +146,8 @@ final class StormLan {
                         .stream()
                         .filter(key -> !key.equals(kMode))
                         .forEach(key -> all.and(key, HomeModel.kAbsent));
-                change("emptying the black list", all,
-                        () -> isDone("emptying", Lan.kAccess.deleteLANHostFromBlackList(null)));
+                holdBackUnless(change("emptying the black list", all,
+                        () -> isDone("emptying", Lan.kAccess.deleteLANHostFromBlackList(null))));
                 return;
             }
             // Present in all tables or in none, but for those that a storm has left in some.
