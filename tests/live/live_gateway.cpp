@@ -2,6 +2,8 @@
 
 #include <malloc.h>
 
+#include "support/entry_table_portmap.h"
+#include "support/entry_table_rights.h"
 #include "system/wap_msg_jni.h"
 #include "vt_ssp_host.h"
 
@@ -61,10 +63,39 @@ std::vector<LiveMethod> MakeMethods() {
         Text("getDeviceDefaultWebPassword", "osgi_proxy", "sim-web-pass"),
         Text("getDeviceDefaultSSID1Name", "osgi_proxy", "SimHome-1001"),
         Text("getDeviceDefaultSSID1Password", "osgi_proxy", "sim-wifi-pass"),
+        // By a bulk block, and by a segment of shared memory.
+        {"getPortMappingInfo", "gulm",
+         Exactly(
+             TextAnswerOf("{ \"Result\": 0, \"List\": [ { \"WANName\": \"1_INTERNET_R_VID_100\", "
+                          "\"MapList\": [ { \"PortMappingIndex\": 1, \"PortMappingEnabled\": "
+                          "\"TRUE\", \"ExternalPort\": 8443, \"InternalPort\": 443, "
+                          "\"PortMappingProtocol\": \"TCP\", \"InternalClient\": "
+                          "\"192.168.1.10\" } ] } ] }")),
+         TextAnswerOf("{\"Result\":-1}")},
+        Text("getSambaRightInfo", "osgi_proxy",
+             "{\"Result\":0,\"LanAccess\":0,\"WanAccess\":0,\"Enable\":0,\"Value\":0,"
+             "\"List\":[]}"),
     };
 }
 
+const std::vector<Entry> &LiveEntries() {
+    static const std::vector<Entry> s_astEntries = [] {
+        std::vector<Entry> astAll = BasicEntries();
+        for (const std::vector<Entry> &astMore : {PortMappingEntries(), RightsEntries()}) {
+            astAll.insert(astAll.end(), astMore.begin(), astMore.end());
+        }
+        return astAll;
+    }();
+    return s_astEntries;
+}
+
 }  // namespace
+
+Answer CallLive(FakeJni &stEnv, const LiveMethod &stMethod) {
+    Answer stAnswer = EntryOf(LiveEntries(), stMethod.sMethod).fnCall(stEnv);
+    stEnv.EndCall();
+    return stAnswer;
+}
 
 const std::vector<LiveMethod> &LiveMethods() {
     static const std::vector<LiveMethod> s_astMethods = MakeMethods();

@@ -12,7 +12,7 @@
 
 namespace wap::test {
 
-/// A method of the device services on the home as it is shipped.
+/// A query on the home as it is shipped.
 struct LiveMethod {
     std::string sMethod;
     std::string sProcess;  ///< whom it asks; empty for nobody
@@ -20,8 +20,12 @@ struct LiveMethod {
     Answer stFailure;  ///< when that process is away
 };
 
-/// The twelve methods, with answers written by hand.
+/// The device services' methods, one that gets a bulk block and one that gets a segment of shared
+/// memory, with answers written by hand.
 const std::vector<LiveMethod> &LiveMethods();
+
+/// Calls one of them.
+Answer CallLive(FakeJni &stEnv, const LiveMethod &stMethod);
 
 /// Bytes on the heap that nobody has freed.
 size_t HeapBytes();

@@ -1,4 +1,4 @@
-// Sixteen threads calling every method while a process of the gateway dies and comes back.
+// Sixteen threads calling queries of all kinds while a process of the gateway dies and comes back.
 // WAP_STRESS_SECONDS lengthens the run.
 #include <atomic>
 #include <chrono>
@@ -67,8 +67,7 @@ void Load::Work(uint32_t uiFirst) {
         const LiveMethod &stMethod = astMethods[i % astMethods.size()];
         const uint32_t uiBefore = uiChanges;
         const Phase eBefore = ePhase;
-        const Answer stAnswer = EntryOf(stMethod.sMethod).fnCall(stEnv);
-        stEnv.EndCall();
+        const Answer stAnswer = CallLive(stEnv, stMethod);
         ++ulCalls;
         // A call that a change overlapped may have met either state.
         const bool bSteady = uiBefore == uiChanges;
@@ -113,7 +112,7 @@ class LiveThreadsTest : public LiveGatewayTest {
 
 }  // namespace
 
-TEST_F(LiveThreadsTest, CallAllMethodsWhileAProcessDiesAndReturns) {
+TEST_F(LiveThreadsTest, QueryWhileAProcessDiesAndReturns) {
     // The first run is the warm-up: what is taken once is taken in it.
     const auto stTime = LoadTime(std::chrono::seconds(4));
     (void)LoadWithADeath(stTime / 4);
