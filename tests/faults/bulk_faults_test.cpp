@@ -63,7 +63,7 @@ Subject ReadSubject(const std::string &sData) {
     };
     stSubject.fnOutcome = [=](FakeJni &) {
         std::string sOutcome = Status(pstState->uiStatus);
-        if (World::Get().stPlatform.mapBlocks.count(pstState->stDesc.uiDataID) != 0) {
+        if (World::Get().stPlatform.mapBlocks.contains(pstState->stDesc.uiDataID)) {
             sOutcome += " block kept";
         }
         if (pstState->pvData != nullptr) {

@@ -54,7 +54,7 @@ std::string GoodRecord(const Entry &stEntry) {
 }
 
 std::string FieldText(const std::string &sRecord, size_t uiAt, size_t uiWidth) {
-    return sRecord.substr(uiAt, uiWidth).c_str();
+    return UpToZero(sRecord.substr(uiAt, uiWidth));
 }
 
 /// As Java sees a number.

@@ -221,7 +221,7 @@ TEST(JsonFaults, Parse) {
 std::string LongList(const std::string &sBefore, const std::string &sBehind) {
     std::string sList = "[ ";
     for (int i = 0; i < 70; ++i) {
-        sList += (i == 0 ? "" : ", ") + sBefore + std::to_string(i) + sBehind;
+        sList.append(i == 0 ? "" : ", ").append(sBefore).append(std::to_string(i)).append(sBehind);
     }
     return sList + " ]";
 }

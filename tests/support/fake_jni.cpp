@@ -171,6 +171,8 @@ jsize GetArrayLength(JNIEnv *pstEnv, jarray jArray) {
                                                                 : pstArray->apstElements.size());
 }
 
+// JNI's table says which pointers are to constants, here and below.
+// NOLINTNEXTLINE(readability-non-const-parameter)
 jbyte *GetByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jboolean *pbCopy) {
     FakeJni &stEnv = Env(pstEnv);
     if (!stEnv.Enter("GetByteArrayElements")) {
@@ -190,6 +192,7 @@ jbyte *GetByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jboolean *pbCopy)
     return pcElements;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter)
 void ReleaseByteArrayElements(JNIEnv *pstEnv, jbyteArray jArray, jbyte *pcElements, jint iMode) {
     FakeJni &stEnv = Env(pstEnv);
     stEnv.EnterAnyTime("ReleaseByteArrayElements");

@@ -140,9 +140,15 @@ int32_t VT_OS_Select(int32_t iNfds, void *pvRead, void *pvWrite, void *pvExcept,
     return Script().iReady;
 }
 
-// ---- of the C library ----
+// ---- of the C library, whose own declarations name the parameters otherwise ----
 
-int tcgetattr(int iFd, termios *pstLine) noexcept {
+int ScriptedTcgetattr(int iFd, termios *pstLine) noexcept __asm__("tcgetattr");
+int ScriptedTcsetattr(int iFd, int iWhen, const termios *pstLine) noexcept __asm__("tcsetattr");
+int ScriptedTcflush(int iFd, int iQueues) noexcept __asm__("tcflush");
+// The tests and the code under test are built for wide figures, which have this name inside.
+int ScriptedStatfs(const char *pcPath, struct statfs *pstVolume) noexcept __asm__("statfs64");
+
+int ScriptedTcgetattr(int iFd, termios *pstLine) noexcept {
     if (!GoesWell("tcgetattr", Text(iFd))) {
         return -1;
     }
@@ -153,7 +159,7 @@ int tcgetattr(int iFd, termios *pstLine) noexcept {
     return 0;
 }
 
-int tcsetattr(int iFd, int iWhen, const termios *pstLine) noexcept {
+int ScriptedTcsetattr(int iFd, int iWhen, const termios *pstLine) noexcept {
     if (!GoesWell("tcsetattr", Text(iFd) + (iWhen == TCSANOW ? " at once" : " later"))) {
         return -1;
     }
@@ -165,7 +171,7 @@ int tcsetattr(int iFd, int iWhen, const termios *pstLine) noexcept {
     return 0;
 }
 
-int tcflush(int iFd, int iQueues) noexcept {
+int ScriptedTcflush(int iFd, int iQueues) noexcept {
     if (!GoesWell("tcflush", Text(iFd) + (iQueues == TCIOFLUSH ? " both" : " one"))) {
         return -1;
     }
@@ -175,8 +181,7 @@ int tcflush(int iFd, int iQueues) noexcept {
     return 0;
 }
 
-// The tests and the code under test are built for wide figures, which have this name inside.
-int statfs(const char *pcPath, struct statfs *pstVolume) noexcept {
+int ScriptedStatfs(const char *pcPath, struct statfs *pstVolume) noexcept {
     if (!GoesWell("statfs", pcPath)) {
         return -1;
     }

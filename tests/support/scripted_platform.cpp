@@ -80,7 +80,7 @@ void *Platform::Symbol(World &stWorld, void *pvHandle, const char *pcName) {
         stWorld.Violation(std::string("dlsym of ") + pcName + " with a foreign handle");
         return nullptr;
     }
-    if (stWorld.Hit(Op::kPlatform, "dlsym") || setMissingSymbols.count(pcName)) {
+    if (stWorld.Hit(Op::kPlatform, "dlsym") || setMissingSymbols.contains(pcName)) {
         return nullptr;
     }
     const std::map<std::string, void *> mapSymbols = {
@@ -442,7 +442,7 @@ uint32_t VT_OS_GetMemUseRate(uint32_t *puiRate) {
 }
 
 uint32_t VT_Feature_IsSupport(uint32_t uiFeature) {
-    return World::Get().stPlatform.setFeatures.count(uiFeature) ? 1 : 0;
+    return World::Get().stPlatform.setFeatures.contains(uiFeature) ? 1 : 0;
 }
 
 // ---- console, trace and fault log ----

@@ -34,6 +34,11 @@ inline std::string Field(std::string_view pcText, size_t uiSize) {
     return sField;
 }
 
+/// What stands in a field or in front of its first zero.
+inline std::string UpToZero(std::string_view pcField) {
+    return std::string(pcField.substr(0, pcField.find('\0')));
+}
+
 /// How often a part stands in a text.
 inline size_t CountOf(std::string_view pcText, std::string_view pcPart) {
     size_t uiCount = 0;

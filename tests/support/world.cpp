@@ -55,7 +55,7 @@ bool World::Hit(Op eOp, std::string_view sName) {
 }
 
 void World::Plan(FaultPlan stNew) {
-    stPlan = std::move(stNew);
+    stPlan = stNew;
     auiCounts = {};
     mapTallies.clear();
 }
@@ -75,7 +75,7 @@ std::vector<std::string> World::TakeComplaints() {
         asAll.push_back("leak: " + sText);
     }
     for (const auto &[uiId, sBytes] : stPlatform.mapBlocks) {
-        if (!stPlatform.setKeptBlocks.count(uiId)) {
+        if (!stPlatform.setKeptBlocks.contains(uiId)) {
             asAll.push_back("bulk block " + std::to_string(uiId) + " was not freed");
         }
     }

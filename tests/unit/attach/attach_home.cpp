@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "support/furnish_macfilter.h"
+#include "support/wire_bytes.h"
 
 namespace wap::test {
 
@@ -18,7 +19,7 @@ constexpr uint32_t kWlanIndexId = 0x47309027;
 Record RecordAt(const std::string &sBytes, size_t uiAt, uint32_t uiInst) {
     Record stRecord;
     stRecord.uiInst = uiInst;
-    stRecord.sMac = std::string(sBytes.substr(uiAt, 32).c_str());
+    stRecord.sMac = UpToZero(sBytes.substr(uiAt, 32));
     stRecord.uiInternet = WordAt(sBytes, uiAt + 32);
     stRecord.uiStorage = WordAt(sBytes, uiAt + 36);
     stRecord.uiUp = WordAt(sBytes, uiAt + 40);
@@ -167,7 +168,7 @@ std::optional<Reply> AttachHome::AnswerTo(const RpcRecord &stRpc) {
 Requests AttachTest::Sent() {
     Requests astSent;
     for (const RpcRecord &stRpc : stPlatform.astRpcs) {
-        const std::string sReceiver = stRpc.sHead.substr(40, 32).c_str();
+        const std::string sReceiver = UpToZero(stRpc.sHead.substr(40, 32));
         const uint32_t uiSender = SenderOf(stRpc);
         ExpectRpc(stRpc,
                   {sReceiver.c_str(), uiSender, stRpc.uiRpcId, stRpc.sRequest, stRpc.uiRspCap});

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "support/entries.h"
 
@@ -95,8 +96,9 @@ TEST_F(Owners, SecretBlockIsWipedToItsEnd) {
         ASSERT_TRUE(stBlock);
         EXPECT_EQ(memcmp(stBlock.Lend(), std::string(64, '\0').data(), 64), 0);
         memcpy(stBlock.Lend(), kSecretHead, strlen(kSecretHead));
-        memcpy(static_cast<char *>(stBlock.Lend()) + 64 - strlen(kSecretTail), kSecretTail,
-               strlen(kSecretTail));
+        // Up to the last byte, with no place for a zero.
+        const std::string_view sTail = kSecretTail;
+        sTail.copy(static_cast<char *>(stBlock.Lend()) + 64 - sTail.size(), sTail.size());
     };
     {
         SecretBlock stBlock;

@@ -199,7 +199,7 @@ std::string FilterGateway::Perform(const RpcRecord &stRpc) {
             return pstRow == nullptr ? "" : WlanEntryBytes(pstRow->sSsidName, pstRow->sMac);
         }
         case 0x49350180:
-            return Word(setExcluded.count(uiWord) != 0 ? 1 : 0);
+            return Word(setExcluded.contains(uiWord) ? 1 : 0);
         case 0x47209093:
             Delete(astLan, uiWord);
             return Word(0);

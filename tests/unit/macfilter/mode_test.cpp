@@ -7,7 +7,7 @@ namespace {
 class ModeTest : public MacFltTest {
   protected:
     uint32_t Get() { return VT_API_getMacFltMode(&uiMode, &uiStatus); }
-    void ExpectUntouched() {
+    void ExpectUntouched() const {
         EXPECT_EQ(uiMode, 77u);
         EXPECT_EQ(uiStatus, 78u);
     }

@@ -317,7 +317,7 @@ TEST_F(WanCheckTest, FieldsWithoutAZeroEndWhereTheyEnd) {
         sOne[stPlace.uiFlagAt] = '\xFF';
         WanIfPara stPara = {};
         std::memcpy(&stPara, sOne.data(), sizeof(stPara));
-        const bool bChecked = asChecked.count(stPlace.pcKey) != 0;
+        const bool bChecked = asChecked.contains(stPlace.pcKey);
         EXPECT_EQ(VT_API_CheckWanPara(kIpWan, &stPara), bChecked ? 1u : 0u) << stPlace.pcKey;
         EXPECT_EQ(BytesOf(stPara), sOne) << stPlace.pcKey;
     }

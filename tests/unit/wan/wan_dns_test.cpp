@@ -1,6 +1,7 @@
 // The DNS servers of WAN connections: merging lists, asking for the present ones, setting new ones.
 #include <string>
 
+#include "support/wire_bytes.h"
 #include "unit/wan/wan_fixture.h"
 #include "wan/jni_wan_info.h"
 
@@ -24,7 +25,7 @@ class WanDnsTest : public WanTest {
             EXPECT_EQ(sField, sBefore);
             return "";
         }
-        std::string sText = sField.c_str();
+        std::string sText = UpToZero(sField);
         EXPECT_EQ(sField, Field(sText, 64));
         return sText;
     }
@@ -44,7 +45,7 @@ class WanDnsTest : public WanTest {
         if (uiWanted != 0) {
             EXPECT_EQ(sField, Field(sNew, 64));
         }
-        return sField.c_str();
+        return UpToZero(sField);
     }
 };
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "faults/fault_sweep.h"
+#include "support/wire_bytes.h"
 #include "unit/wan/wan_fixture.h"
 #include "wan/jni_wan_info.h"
 
@@ -29,7 +30,7 @@ class WanListJsonTest : public WanTest {
             EXPECT_EQ(sOut, std::string(uiCap, '~'));
             return "";
         }
-        return sOut.c_str();
+        return UpToZero(sOut);
     }
     std::string Convert(const std::vector<Wan> &astWans, uint32_t uiCap = 4096,
                         uint32_t uiWanted = 0) {

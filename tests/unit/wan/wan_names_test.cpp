@@ -1,6 +1,7 @@
 // WAN indexes and the interface names that they stand for.
 #include <string>
 
+#include "support/wire_bytes.h"
 #include "unit/wan/wan_fixture.h"
 #include "wan/jni_wan_info.h"
 
@@ -30,7 +31,7 @@ class WanNameTest : public WanTest {
         std::string sBuffer(40, '~');
         EXPECT_EQ(VT_API_GetWanIfName(uiWanIndex, sBuffer.data()), uiWanted);
         EXPECT_EQ(sBuffer.substr(32), "~~~~~~~~");
-        return uiWanted == 0 ? sBuffer.c_str() : sBuffer;
+        return uiWanted == 0 ? UpToZero(sBuffer) : sBuffer;
     }
 };
 

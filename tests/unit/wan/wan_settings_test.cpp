@@ -29,7 +29,7 @@ class WanSettingsTest : public WanTest {
         EXPECT_TRUE(stJson) << sJson;
         WanIfPara stPara = {};
         EXPECT_EQ(VT_API_GetWANIfFromJson(stJson.Lend(), &stPara), 0u);
-        const std::string sRecord = BytesOf(stPara);
+        std::string sRecord = BytesOf(stPara);
         Wipe(&stPara, sizeof(stPara));
         return sRecord;
     }
