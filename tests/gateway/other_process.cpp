@@ -92,7 +92,7 @@ RpcReply OtherProcess::Ask(const char *pcProcess, uint32_t uiRpcId, const std::s
     return {WordAt(acAnswer, 0), acAnswer.substr(4)};
 }
 
-void OtherProcess::Crash() {
+void OtherProcess::Crash() const {
     ASSERT_EQ(kill(m_iPid, SIGKILL), 0);
     siginfo_t stInfo = {};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(m_iPid), &stInfo, WEXITED | WNOWAIT), 0);

@@ -25,7 +25,7 @@ class OtherProcess {
                  size_t uiCapacity);
 
     /// Ends it as a crash would. It stays a zombie until this object goes.
-    void Crash();
+    void Crash() const;
 
   private:
     void Start();

@@ -86,7 +86,7 @@ class AccountsTest : public GatewayTest, public testing::WithParamInterface<Serv
         char *pcText = static_cast<char *>(VT_OS_ShmAt(iId, nullptr, 0));
         memset(pcText, '\x5A', uiSize);
         const uint32_t uiStatus = Change(GetParam().uiFillRpc, Word(uiClaimed));
-        const std::string acText(pcText, strnlen(pcText, uiSize));
+        std::string acText(pcText, strnlen(pcText, uiSize));
         EXPECT_EQ(VT_OS_ShmDt(pcText), 0);
         EXPECT_EQ(VT_OS_ShmCtl(iId, IPC_RMID, nullptr), 0);
         if (uiStatus != 0) {

@@ -90,7 +90,7 @@ TEST_F(WanGatewayTest, ConnectionsAreListed) {
               Word(4) + ListEntry(0x10101001, "1_INTERNET_R_VID_100") +
                   ListEntry(0x10102001, "2_OTHER_R_VID_200") +
                   ListEntry(0x10103001, "3_IPTV_B_VID_300") +
-                  ListEntry(0x20104001, "4_TR069_R_VID_46") + std::string(4 * 264, '\0'));
+                  ListEntry(0x20104001, "4_TR069_R_VID_46") + std::string(size_t{4} * 264, '\0'));
     EXPECT_EQ(CtlOk({"wan", "list"}),
               "INDEX       STATE TYPE           NAME\n"
               "0x10101001  up    IP_Routed      1_INTERNET_R_VID_100\n"
@@ -335,7 +335,7 @@ TEST_F(WanGatewayTest, PortsAndSsidsAreBound) {
     EXPECT_EQ(AddStatus(0x47209075, Bind("SSID5", 1, "30/300")), 0u);
     const auto Ssids = [](const std::string &acLast) {
         return Word(3) + Word(1) + std::string(136, '\0') + Word(2) + std::string(136, '\0') +
-               Word(5) + acLast + std::string(5 * 140, '\0');
+               Word(5) + acLast + std::string(size_t{5} * 140, '\0');
     };
     EXPECT_EQ(Call("app_m", 0x47103093, Word(0), 1124).acBytes,
               Ssids(Word(1) + Field("30/300", 132)));
