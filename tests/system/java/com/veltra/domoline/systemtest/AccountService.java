@@ -3,55 +3,14 @@ package com.veltra.domoline.systemtest;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.util.List;
+import java.util.Locale;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
 
 /** The two services that have accounts: how they are asked, and in what they differ. */
 enum AccountService {
-    FTP(Gateway.kTarn, "ftp", 256, 514, 0x47209038, 0x47209039) {
-        @Override
-        String info() {
-            return Box.kRights.getFTPRightInfo();
-        }
-        @Override
-        int set(int iRight, int iValue) {
-            return Box.kRightConfig.setFTPRight(iRight, iValue);
-        }
-        @Override
-        int add(String user, String password) {
-            return Box.kRightConfig.addFTPAccount(user, password);
-        }
-        @Override
-        int delete(String user) {
-            return Box.kRightConfig.deleteFTPAccount(user);
-        }
-        @Override
-        int deleteAll() {
-            return Box.kRightConfig.deleteAllFTPAccount();
-        }
-    },
-    SAMBA(Gateway.kUsbMngt, "samba", 64, 322, 0x4720903D, 0x4720903E) {
-        @Override
-        String info() {
-            return Box.kRights.getSambaRightInfo();
-        }
-        @Override
-        int set(int iRight, int iValue) {
-            return Box.kRightConfig.setSambaRight(iRight, iValue);
-        }
-        @Override
-        int add(String user, String password) {
-            return Box.kRightConfig.addSambaAccount(user, password);
-        }
-        @Override
-        int delete(String user) {
-            return Box.kRightConfig.deleteSambaAccount(user);
-        }
-        @Override
-        int deleteAll() {
-            return Box.kRightConfig.deleteAllSambaAccount();
-        }
-    };
+    FTP(Gateway.kTarn, "FTP", 256, 514, 0x47209038, 0x47209039),
+    SAMBA(Gateway.kUsbMngt, "Samba", 64, 322, 0x4720903D, 0x4720903E);
 
     /** Who owns the accounts. */
     final String owner;
@@ -61,27 +20,42 @@ enum AccountService {
     /** What osgi_proxy is asked to fill the segment with, and the first of the four changes. */
     final int iFillRpc;
     final int iSetRightRpc;
+    final String deleteAllMethod;
+    private final String name;
     private final String section;
 
-    AccountService(String owner, String section, int iPasswordMax, int iRoom, int iFillRpc,
+    /** @param name as the methods' names have it */
+    AccountService(String owner, String name, int iPasswordMax, int iRoom, int iFillRpc,
             int iSetRightRpc) {
         this.owner = owner;
-        this.section = section;
+        this.name = name;
+        section = name.toLowerCase(Locale.ROOT);
+        deleteAllMethod = "deleteAll" + name + "Account";
         this.iPasswordMax = iPasswordMax;
         this.iRoom = iRoom;
         this.iFillRpc = iFillRpc;
         this.iSetRightRpc = iSetRightRpc;
     }
 
-    abstract String info();
+    String info() {
+        return Natives.text(Box.kRights, "get" + name + "RightInfo");
+    }
 
-    abstract int set(int iRight, int iValue);
+    int set(int iRight, int iValue) {
+        return Natives.number(Box.kRightConfig, "set" + name + "Right", iRight, iValue);
+    }
 
-    abstract int add(String user, String password);
+    int add(String user, String password) {
+        return Natives.number(Box.kRightConfig, "add" + name + "Account", user, password);
+    }
 
-    abstract int delete(String user);
+    int delete(String user) {
+        return Natives.number(Box.kRightConfig, "delete" + name + "Account", user);
+    }
 
-    abstract int deleteAll();
+    int deleteAll() {
+        return Natives.number(Box.kRightConfig, deleteAllMethod);
+    }
 
     /** As the home has them, asked beside the library. */
     List<String> accounts() {

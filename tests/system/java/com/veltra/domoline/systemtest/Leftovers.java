@@ -48,6 +48,24 @@ final class Leftovers {
         }
     }
 
+    /** How many blocks there are when all is quiet: what is on its way may still arrive. */
+    static long blocksAtRest() {
+        Traffic.await(() -> blocks() == 0);
+        return blocks();
+    }
+
+    /** The terminals that this process has open. */
+    static List<String> terminals() {
+        try (Stream<Path> descriptors = Files.list(Path.of("/proc/self/fd"))) {
+            return descriptors.map(Leftovers::targetOf)
+                    .filter(target -> target.startsWith("/dev/pts/"))
+                    .sorted()
+                    .collect(Collectors.toList());
+        } catch (IOException e) {
+            throw new UncheckedIOException(e);
+        }
+    }
+
     /** The sizes of the System V segments that this process has made. */
     static List<String> segments() {
         String me = String.valueOf(ProcessHandle.current().pid());
@@ -70,6 +88,15 @@ final class Leftovers {
                     .collect(Collectors.toList());
         } catch (IOException e) {
             throw new UncheckedIOException(e);
+        }
+    }
+
+    /** "" for a descriptor that has just been closed. */
+    private static String targetOf(Path descriptor) {
+        try {
+            return Files.readSymbolicLink(descriptor).toString();
+        } catch (IOException e) {
+            return "";
         }
     }
 

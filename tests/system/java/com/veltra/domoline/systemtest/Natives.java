@@ -76,6 +76,21 @@ final class Natives {
         }
     }
 
+    /** The same for a method that answers a number. */
+    static int number(Object service, String name, Object... arguments) {
+        return (int) call(service, name, arguments);
+    }
+
+    /** The same for a method that answers a text. */
+    static String text(Object service, String name, Object... arguments) {
+        return (String) call(service, name, arguments);
+    }
+
+    /** Whether {@link #call} was asked to call a service's method before. */
+    static boolean wasCalled(Object service, String name) {
+        return called.contains(nameOf(service.getClass(), name));
+    }
+
     /** Those that {@link #call} was never asked to call. */
     static Set<String> neverCalled() {
         Set<String> names =
@@ -95,6 +110,10 @@ final class Natives {
     }
 
     private static String nameOf(Method method) {
-        return method.getDeclaringClass().getSimpleName() + "." + method.getName();
+        return nameOf(method.getDeclaringClass(), method.getName());
+    }
+
+    private static String nameOf(Class<?> type, String method) {
+        return type.getSimpleName() + "." + method;
     }
 }

@@ -44,7 +44,8 @@ final class StormBox {
                 setRight();
                 return;
             }
-            if (oneIn(25) && model().isAllCertain(user)) {
+            if (rarely(25, Box.kRightConfig, service.deleteAllMethod)
+                    && model().isAllCertain(user)) {
                 Effect all = new Effect();
                 model().keys(user, true).forEach(key -> all.and(key, HomeModel.kAbsent));
                 holdBackUnless(change("deleting all accounts", all,
@@ -123,7 +124,7 @@ final class StormBox {
             if (oneIn(2)) {
                 int iRight = roll(4);
                 change("setHTTPRight", prefix + "right", (iRight & 1) + " " + (iRight >> 1),
-                        () -> Box.kRightConfig.setHTTPRight(iRight));
+                        () -> Natives.number(Box.kRightConfig, "setHTTPRight", iRight));
             } else if (isCertain(prefix + "changes") || iUncertain++ < kMostUncertain) {
                 // The gateway counts them. What comes late is counted late, so that the order of
                 // two changes makes no difference.
@@ -132,7 +133,8 @@ final class StormBox {
                                 value -> String.valueOf(Integer.parseInt(value) + 1)),
                         ()
                                 -> isDone("setHTTPUserPassword",
-                                        Box.kRightConfig.setHTTPUserPassword("secret")));
+                                        Natives.number(Box.kRightConfig, "setHTTPUserPassword",
+                                                "secret")));
             }
         }
 
@@ -150,7 +152,7 @@ final class StormBox {
 
         @Override
         Map<String, String> told() {
-            JsonObject info = answer(Box.kRights.getHTTPRightInfo());
+            JsonObject info = answer(Natives.text(Box.kRights, "getHTTPRightInfo"));
             return Map.of(prefix + "right", text(info, "LanAccess") + " " + text(info, "WanAccess"),
                     prefix + "changes", text(info, "PasswordChanges"));
         }
@@ -165,7 +167,7 @@ final class StormBox {
         void act() {
             int iOn = roll(2);
             change("setLedSwitch", prefix + "on", iOn == 1 ? "true" : "false",
-                    () -> Box.kLights.setLedSwitch(iOn));
+                    () -> Natives.number(Box.kLights, "setLedSwitch", iOn));
         }
 
         @Override
@@ -192,10 +194,16 @@ final class StormBox {
             // A failure is the platform's code or the process's, which is any but 0.
             if (model().value(key).equals(HomeModel.kAbsent)) {
                 change("subscribing", Effect.set(key, HomeModel.kPresent),
-                        () -> Box.kVoiceEvents.getSubscribeVoIPEvent(bundle, kEvents) == 0);
+                        ()
+                                -> Natives.number(Box.kVoiceEvents, "getSubscribeVoIPEvent", bundle,
+                                           kEvents)
+                                == 0);
             } else {
                 change("unsubscribing", Effect.set(key, HomeModel.kAbsent),
-                        () -> Box.kVoiceEvents.getUnSubscribeVoIPEvent(bundle, null) == 0);
+                        ()
+                                -> Natives.number(Box.kVoiceEvents, "getUnSubscribeVoIPEvent",
+                                           bundle, null)
+                                == 0);
             }
         }
 

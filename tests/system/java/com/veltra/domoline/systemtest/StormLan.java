@@ -7,6 +7,7 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.Locale;
 import java.util.Map;
+import java.util.Set;
 import java.util.TreeMap;
 
 /** The LAN in a storm: names, addresses, the MAC filter, limits of hosts, port mappings. */
@@ -32,14 +33,16 @@ final class StormLan {
                     + " " + roll(1000);
             if (oneIn(3)) {
                 change("setGatewayName", prefix + "gateway", name,
-                        () -> Lan.kNames.setGatewayName(name));
+                        () -> Natives.number(Lan.kNames, "setGatewayName", name));
             } else if (oneIn(20)) {
                 refused("a name for nobody",
-                        () -> Lan.kNames.setLANHostName("02:A1:B2:00:20:FF", name));
+                        ()
+                                -> Natives.number(
+                                        Lan.kNames, "setLANHostName", "02:A1:B2:00:20:FF", name));
             } else {
                 String mac = oneOf(kHosts);
                 change("setLANHostName", prefix + mac, name,
-                        () -> Lan.kNames.setLANHostName(mac, name));
+                        () -> Natives.number(Lan.kNames, "setLANHostName", mac, name));
             }
         }
 
@@ -56,9 +59,25 @@ final class StormLan {
         @Override
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
-            rows.put(prefix + "gateway", Lan.kHosts.getGatewayName());
-            for (JsonElement host :
-                    answer(Lan.kHosts.getLANHostInfoByMAC(null)).getAsJsonArray("List")) {
+            String name = Natives.text(Lan.kHosts, "getGatewayName");
+            if (name.isEmpty()) {
+                throw new Disturbed("the gateway has no name");
+            }
+            rows.put(prefix + "gateway", name);
+            rows.putAll(hosts("getLANHostInfoByMAC", (Object) null));
+            Map<String, String> some = hosts("getLANHostInfoByClass", "PHONE");
+            some.putAll(hosts("getLANHostInfoByInterface", "LAN2"));
+            if (!some.keySet().equals(Set.of(prefix + Lan.kPhone, prefix + Lan.kTv))
+                    || !rows.entrySet().containsAll(some.entrySet())) {
+                throw new Disturbed(some + " are not among " + rows);
+            }
+            return rows;
+        }
+
+        private Map<String, String> hosts(String query, Object argument) {
+            Map<String, String> rows = new TreeMap<>();
+            String list = carrying(Gateway.kAppM, () -> Natives.text(Lan.kHosts, query, argument));
+            for (JsonElement host : answer(list).getAsJsonArray("List")) {
                 put(rows, prefix + text(host, "MAC"), text(host, "DevName"));
             }
             return rows;
@@ -77,17 +96,21 @@ final class StormLan {
                 String address = "192.168." + iNet + ".1";
                 String mask = oneOf("255.255.255.0", "255.255.0.0");
                 change("setLANHostIP", prefix + "own", address + " " + mask,
-                        () -> Lan.kAddressConfig.setLANHostIP(address, mask));
+                        () -> Natives.number(Lan.kAddressConfig, "setLANHostIP", address, mask));
             } else if (oneIn(10)) {
                 refused("a pool that is no address",
-                        () -> Lan.kAddressConfig.setLANDHCPInfo("TRUE", "pool", "pool", 1));
+                        ()
+                                -> Natives.number(Lan.kAddressConfig, "setLANDHCPInfo", "TRUE",
+                                        "pool", "pool", 1));
             } else {
                 String status = oneOf("TRUE", "FALSE");
                 String first = "192.168." + iNet + ".2";
                 String last = "192.168." + iNet + ".99";
                 change("setLANDHCPInfo", prefix + "pool",
                         String.join(" ", status, first, last, String.valueOf(iNet * 60)),
-                        () -> Lan.kAddressConfig.setLANDHCPInfo(status, first, last, iNet * 60));
+                        ()
+                                -> Natives.number(Lan.kAddressConfig, "setLANDHCPInfo", status,
+                                        first, last, iNet * 60));
             }
         }
 
@@ -102,8 +125,8 @@ final class StormLan {
 
         @Override
         Map<String, String> told() {
-            JsonObject own = answer(Lan.kAddress.getLANHostIP());
-            JsonObject pool = answer(Lan.kAddress.getLANDHCPInfo());
+            JsonObject own = answer(Natives.text(Lan.kAddress, "getLANHostIP"));
+            JsonObject pool = answer(Natives.text(Lan.kAddress, "getLANDHCPInfo"));
             return Map.of(prefix + "own", text(own, "LANHostIP") + " " + text(own, "LANHostMask"),
                     prefix + "pool",
                     String.join(" ", text(pool, "EnableDHCPServer"), text(pool, "DHCPStartIP"),
@@ -140,14 +163,18 @@ final class StormLan {
                 return;
             }
             boolean bTrust = model().value(kMode).startsWith("1");
-            if (oneIn(15) && !bTrust && model().isAllCertain(prefix)) {
+            if (rarely(15, Lan.kAccess, "deleteLANHostFromBlackList") && !bTrust
+                    && model().isAllCertain(prefix)) {
                 Effect all = new Effect();
                 model().keys(prefix, true)
                         .stream()
                         .filter(key -> !key.equals(kMode))
                         .forEach(key -> all.and(key, HomeModel.kAbsent));
                 holdBackUnless(change("emptying the black list", all,
-                        () -> isDone("emptying", Lan.kAccess.deleteLANHostFromBlackList(null))));
+                        ()
+                                -> isDone("emptying",
+                                        Natives.number(Lan.kAccess, "deleteLANHostFromBlackList",
+                                                (Object) null))));
                 return;
             }
             // Present in all tables or in none, but for those that a storm has left in some.
@@ -181,13 +208,15 @@ final class StormLan {
                 // The mode is kept if the gateway tells it.
                 boolean bDone = change("switching the filter off",
                         Effect.map(kMode, value -> value.charAt(0) + "/0"),
-                        () -> isDone("setMacFilterMode", Lan.kAccess.setMacFilterMode(0)));
+                        ()
+                                -> isDone("setMacFilterMode",
+                                        Natives.number(Lan.kAccess, "setMacFilterMode", 0)));
                 if (!bDone || !isCalm()) {
                     model().mayHaveChanged(kMode, value -> "0/0");
                 }
             } else {
                 change("setMacFilterMode", kMode, (iMode - 1) + "/1",
-                        () -> Lan.kAccess.setMacFilterMode(iMode));
+                        () -> Natives.number(Lan.kAccess, "setMacFilterMode", iMode));
             }
         }
 
@@ -208,12 +237,16 @@ final class StormLan {
             change((bAdd ? "adding " : "deleting ") + macs, effect, () -> {
                 if (bAdd) {
                     return isDone("adding",
-                            bTrust ? Lan.kAccess.addLANHostToTrustList(them)
-                                   : Lan.kAccess.addLANHostToBlackList(them));
+                            bTrust ? Natives.number(
+                                    Lan.kAccess, "addLANHostToTrustList", (Object) them)
+                                   : Natives.number(
+                                           Lan.kAccess, "addLANHostToBlackList", (Object) them));
                 }
                 return isDone("deleting",
-                        bTrust ? Lan.kAccess.deleteLANHostFromTrustList(them)
-                               : Lan.kAccess.deleteLANHostFromBlackList(them));
+                        bTrust ? Natives.number(
+                                Lan.kAccess, "deleteLANHostFromTrustList", (Object) them)
+                               : Natives.number(
+                                       Lan.kAccess, "deleteLANHostFromBlackList", (Object) them));
             });
         }
 
@@ -230,6 +263,23 @@ final class StormLan {
                         HomeModel.kPresent);
             }
             return rows;
+        }
+
+        /** 0 while the filter is off, whatever its mode; the lists are told by nobody. */
+        @Override
+        Map<String, String> toTell(Map<String, String> held) {
+            String mode = held.get(kMode);
+            boolean bOn = mode.endsWith("/1");
+            return Map.of(kMode, String.valueOf(bOn ? 1 + mode.charAt(0) - '0' : 0));
+        }
+
+        @Override
+        Map<String, String> told() {
+            int iMode = Natives.number(Lan.kHosts, "getMacFilterMode");
+            if (iMode == -1) {
+                throw new Disturbed("the filter's mode is " + iMode);
+            }
+            return Map.of(kMode, String.valueOf(iMode));
         }
     }
 
@@ -261,7 +311,9 @@ final class StormLan {
                 int iDown = iUp * 10;
                 if (isCertain(kLimit + mac)) {
                     change("setLANHostSpeedLimit", kLimit + mac, iUp + " " + iDown,
-                            () -> Lan.kLimits.setLANHostSpeedLimit(mac, iUp, iDown));
+                            ()
+                                    -> Natives.number(
+                                            Lan.kLimits, "setLANHostSpeedLimit", mac, iUp, iDown));
                 }
                 return;
             }
@@ -273,10 +325,12 @@ final class StormLan {
                         Effect.set(kStorage + mac, value).and(kStorage + other, value),
                         ()
                                 -> isDone("storage",
-                                        bBar ? Lan.kAccess.addLANHostToStorageBlackList(
-                                                Lan.macs(mac, other))
-                                             : Lan.kAccess.deleteLANHostFromStorageBlackList(
-                                                     Lan.macs(mac, other))));
+                                        bBar ? Natives.number(Lan.kAccess,
+                                                "addLANHostToStorageBlackList",
+                                                (Object) Lan.macs(mac, other))
+                                             : Natives.number(Lan.kAccess,
+                                                     "deleteLANHostFromStorageBlackList",
+                                                     (Object) Lan.macs(mac, other))));
             }
         }
 
@@ -308,7 +362,8 @@ final class StormLan {
             Map<String, String> rows = new TreeMap<>();
             int i = 0;
             for (JsonElement limit :
-                    answer(Lan.kHosts.getLANHostSpeedLimitInfo(macs)).getAsJsonArray("List")) {
+                    answer(Natives.text(Lan.kHosts, "getLANHostSpeedLimitInfo", (Object) macs))
+                            .getAsJsonArray("List")) {
                 rows.put(kLimit + macs[i++],
                         text(limit, "UpSpeed") + " " + text(limit, "DownSpeed"));
             }
@@ -330,8 +385,8 @@ final class StormLan {
         }
 
         /** The number of a mapping as the list tells it now; 0 when it doesn't. */
-        private static int number(int iWan, int iPort) {
-            String list = Lan.kMappings.getPortMappingInfo();
+        private int number(int iWan, int iPort) {
+            String list = list();
             JsonObject object = Home.object(list);
             if (object.get("Result").getAsInt() == 0) {
                 for (JsonElement wan : object.getAsJsonArray("List")) {
@@ -344,6 +399,10 @@ final class StormLan {
                 }
             }
             return 0;
+        }
+
+        private String list() {
+            return carrying(Gateway.kGulm, () -> Natives.text(Lan.kMappings, "getPortMappingInfo"));
         }
 
         private static String value(boolean bOn, int iInternal, String client) {
@@ -364,15 +423,15 @@ final class StormLan {
             if (now.equals(HomeModel.kAbsent)) {
                 change("addPortMapping", key, value(true, iInternal, client),
                         ()
-                                -> Lan.kMappingConfig.addPortMapping(
-                                        kWans[iWan], iPort, iInternal, "TCP", client));
+                                -> Natives.number(Lan.kMappingConfig, "addPortMapping", kWans[iWan],
+                                        iPort, iInternal, "TCP", client));
                 return;
             }
             if (oneIn(6)) {
                 refused("a mapping that is there already",
                         ()
-                                -> Lan.kMappingConfig.addPortMapping(
-                                        kWans[iWan], iPort, iInternal, "TCP", client));
+                                -> Natives.number(Lan.kMappingConfig, "addPortMapping", kWans[iWan],
+                                        iPort, iInternal, "TCP", client));
                 return;
             }
             int iNumber = number(iWan, iPort);
@@ -381,7 +440,9 @@ final class StormLan {
             }
             if (oneIn(2)) {
                 change("deletePortMapping", key, HomeModel.kAbsent,
-                        () -> Lan.kMappingConfig.deletePortMapping(kWans[iWan], iNumber));
+                        ()
+                                -> Natives.number(Lan.kMappingConfig, "deletePortMapping",
+                                        kWans[iWan], iNumber));
             } else {
                 boolean bOn = oneIn(2);
                 change("setPortMappingSwitch",
@@ -390,7 +451,7 @@ final class StormLan {
                                 -> (bOn ? "TRUE" : "FALSE") + value.substring(value.indexOf(' '))),
                         ()
                                 -> isDone("setPortMappingSwitch",
-                                        Lan.kMappingConfig.setPortMappingSwitch(
+                                        Natives.number(Lan.kMappingConfig, "setPortMappingSwitch",
                                                 kWans[iWan], iNumber, bOn)));
             }
         }
@@ -411,8 +472,7 @@ final class StormLan {
         @Override
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
-            for (JsonElement wan :
-                    answer(Lan.kMappings.getPortMappingInfo()).getAsJsonArray("List")) {
+            for (JsonElement wan : answer(list()).getAsJsonArray("List")) {
                 for (JsonElement mapping : wan.getAsJsonObject().getAsJsonArray("MapList")) {
                     put(rows, prefix + text(wan, "WANName") + " " + text(mapping, "ExternalPort"),
                             text(mapping, "PortMappingEnabled") + " "

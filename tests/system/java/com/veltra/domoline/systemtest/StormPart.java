@@ -8,8 +8,11 @@ import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.Random;
+import java.util.TreeMap;
+import java.util.concurrent.TimeUnit;
 import java.util.concurrent.atomic.AtomicLong;
 import java.util.function.BooleanSupplier;
+import java.util.function.Predicate;
 import java.util.function.Supplier;
 import java.util.function.UnaryOperator;
 
@@ -20,17 +23,36 @@ import java.util.function.UnaryOperator;
  */
 abstract class StormPart {
     private static final int kShownErrors = 10;
+    /** How long most methods wait for an answer, and how long a few do. */
+    private static final long kTimeOut = TimeUnit.SECONDS.toNanos(5);
+    private static final long kLongTimeOut = TimeUnit.SECONDS.toNanos(30);
 
     /** What all parts together have done. */
     static final class Tally {
         final AtomicLong lOperations = new AtomicLong();
+        /** Queries whose answers were looked at. */
+        final AtomicLong lLooks = new AtomicLong();
         /** Operations whose answer was the documented failure. */
         final AtomicLong lFailures = new AtomicLong();
         /** Operations that must be refused, and were. */
         final AtomicLong lRefusals = new AtomicLong();
+        /** Calls that lasted as long as most methods wait, and as a few do. */
+        final AtomicLong lTimeOuts = new AtomicLong();
+        final AtomicLong lLongTimeOuts = new AtomicLong();
+        /** Changes without blocks that failed while nothing was wrong but a full disk. */
+        final AtomicLong lFailuresOnFullDisk = new AtomicLong();
         /** Set by who makes trouble: nothing may fail meanwhile. */
         volatile boolean bCalm;
+        /** Set by who makes trouble: the disk is full, and nothing else is wrong. */
+        volatile boolean bOnlyDiskFull;
+        private final Map<String, Carriers> carriers =
+                Map.of(Gateway.kGulm, new Carriers(), Gateway.kAppM, new Carriers());
         private final List<String> errors = Collections.synchronizedList(new ArrayList<>());
+
+        /** Those of a process; null for one that makes and takes no blocks. */
+        Carriers carriers(String process) {
+            return carriers.get(process);
+        }
 
         void complain(String what) {
             errors.add(what);
@@ -41,6 +63,36 @@ abstract class StormPart {
             synchronized (errors) {
                 return String.join("\n", errors.subList(0, Math.min(kShownErrors, errors.size())));
             }
+        }
+    }
+
+    /** Calls with which a bulk block is under way, to or from one process: one with each. */
+    static final class Carriers {
+        private final AtomicLong lBegun = new AtomicLong();
+        private final AtomicLong lEnded = new AtomicLong();
+
+        void begin() {
+            lBegun.incrementAndGet();
+        }
+
+        void end() {
+            lEnded.incrementAndGet();
+        }
+
+        /** How many there were at any time of an action. */
+        long during(Runnable action) {
+            long lEndedBefore = lEnded.get();
+            action.run();
+            return lBegun.get() - lEndedBefore;
+        }
+    }
+
+    /** What may be in trouble: a query's failure, or two answers that don't agree. */
+    static final class Disturbed extends AssertionError {
+        private static final long serialVersionUID = 1;
+
+        Disturbed(String what) {
+            super(what);
         }
     }
 
@@ -87,6 +139,7 @@ abstract class StormPart {
     private Tally tally;
     private Random random;
     private boolean bHeldBack;
+    private long lCarried;
 
     StormPart(String prefix) {
         this.prefix = prefix;
@@ -109,11 +162,27 @@ abstract class StormPart {
 
     private void look() {
         boolean bCalmBefore = tally.bCalm;
+        tally.lLooks.incrementAndGet();
         try {
-            told();
-        } catch (AssertionError e) {
+            timed(this::told);
+        } catch (Disturbed e) {
             if (bCalmBefore && tally.bCalm && !canBeOvertaken()) {
                 throw e;
+            }
+        }
+    }
+
+    private <T> T timed(Supplier<T> call) {
+        long lBegin = System.nanoTime();
+        try {
+            return call.get();
+        } finally {
+            long lNanoseconds = System.nanoTime() - lBegin;
+            if (lNanoseconds >= kTimeOut) {
+                tally.lTimeOuts.incrementAndGet();
+            }
+            if (lNanoseconds >= kLongTimeOut) {
+                tally.lLongTimeOuts.incrementAndGet();
             }
         }
     }
@@ -143,8 +212,10 @@ abstract class StormPart {
     /** Does one operation, or none when all that it could do is uncertain. */
     abstract void act();
 
-    /** Tells what the processes that own the part hold, by key. */
-    abstract Map<String, String> held(JsonObject home);
+    /** Tells what the processes that own the part hold, by key; nothing of one without keys. */
+    Map<String, String> held(JsonObject home) {
+        return Map.of();
+    }
 
     /** Tells the same as far as the services' lists tell it; null for a part without any. */
     Map<String, String> told() {
@@ -154,6 +225,18 @@ abstract class StormPart {
     /** What the keys begin with that {@link #told} tells. */
     String toldPrefix() {
         return prefix;
+    }
+
+    /** What {@link #told} must tell of what is held. */
+    Map<String, String> toTell(Map<String, String> held) {
+        Map<String, String> rows = new TreeMap<>(held);
+        rows.keySet().removeIf(key -> !key.startsWith(toldPrefix()));
+        return rows;
+    }
+
+    /** What the processes still hold of this part beside the home, when it is at rest; or "". */
+    String leftInProcesses() {
+        return "";
     }
 
     /** Notes what the home says of instance numbers. The home is quiet. */
@@ -182,12 +265,18 @@ abstract class StormPart {
     /** Makes a change and follows it in the model. */
     final boolean change(String what, Effect effect, BooleanSupplier call) {
         boolean bCalmBefore = tally.bCalm;
-        boolean bDone = call.getAsBoolean();
+        boolean bFullBefore = tally.bOnlyDiskFull;
+        long lCarriedBefore = lCarried;
+        boolean bDone = timed(call::getAsBoolean);
         boolean bCalm = bCalmBefore && tally.bCalm;
         tally.lOperations.incrementAndGet();
         effect.apply(model, bDone, bCalm);
         if (!bDone) {
             tally.lFailures.incrementAndGet();
+            // A block takes a place on the disk, too; what counts is what the gateway keeps.
+            if (bFullBefore && tally.bOnlyDiskFull && lCarried == lCarriedBefore) {
+                tally.lFailuresOnFullDisk.incrementAndGet();
+            }
             if (bCalm && !canBeOvertaken()) {
                 tally.complain(what + " failed though nothing was wrong");
             }
@@ -217,6 +306,42 @@ abstract class StormPart {
         }
     }
 
+    /**
+     * Asks something, and insists on the answer.
+     *
+     * @param success what it may be at any time
+     * @param failure what it may be besides while something is wrong
+     * @return the answer
+     */
+    final Object asked(String what, Supplier<Object> call, Predicate<Object> success,
+            Predicate<Object> failure) {
+        boolean bCalmBefore = tally.bCalm;
+        Object answer = timed(call);
+        boolean bCalm = bCalmBefore && tally.bCalm;
+        tally.lLooks.incrementAndGet();
+        if (!success.test(answer) && (bCalm || !failure.test(answer))) {
+            tally.complain(
+                    what + " answered " + answer + (bCalm ? " though nothing was wrong" : ""));
+        }
+        return answer;
+    }
+
+    /** Makes a call with which one block is under way between the library and a process. */
+    final <T> T carrying(String process, Supplier<T> call) {
+        Carriers carriers = tally.carriers(process);
+        lCarried++;
+        carriers.begin();
+        try {
+            return call.get();
+        } finally {
+            carriers.end();
+        }
+    }
+
+    final Carriers carriers(String process) {
+        return tally.carriers(process);
+    }
+
     // ---- chance ----
 
     final int roll(int iSides) {
@@ -225,6 +350,11 @@ abstract class StormPart {
 
     final boolean oneIn(int iSides) {
         return roll(iSides) == 0;
+    }
+
+    /** One time in so many, but at once when this method has never been called. */
+    final boolean rarely(int iSides, Object service, String method) {
+        return oneIn(iSides) || !Natives.wasCalled(service, method);
     }
 
     @SafeVarargs
@@ -253,7 +383,7 @@ abstract class StormPart {
     static JsonObject answer(String text) {
         JsonObject object = text == null ? null : Home.object(text);
         if (object == null || object.get("Result").getAsInt() != 0) {
-            throw new AssertionError("a query was answered " + text);
+            throw new Disturbed("a query was answered " + text);
         }
         return object;
     }

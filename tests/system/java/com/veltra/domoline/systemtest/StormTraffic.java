@@ -23,12 +23,19 @@ final class StormTraffic {
         private static final int kBundles = 4;
         private static final int kAddresses = 10;
 
+        /** app_m may still have the notice of the last change before it. */
+        private boolean bNoticed;
+
         Monitored() {
             super("monitored ");
         }
 
         @Override
         void act() {
+            if (bNoticed) {
+                carriers(Gateway.kAppM).end();
+                bNoticed = false;
+            }
             String bundle = "com.example.meter-" + roll(kBundles);
             boolean bAdd = oneIn(2);
             Set<String> addresses = new TreeSet<>();
@@ -43,13 +50,16 @@ final class StormTraffic {
             }
             String[] them = addresses.toArray(new String[0]);
             if (them.length > 0) {
-                change(bAdd ? "monitoring" : "monitoring no longer", effect,
+                String name = (bAdd ? "add" : "delete") + "TrafficMonitoringDestAddress";
+                carriers(Gateway.kAppM).begin();
+                bNoticed = true;
+                change(name, effect,
                         ()
-                                -> isDone("monitoring",
-                                        bAdd ? Traffic.kMonitor.addTrafficMonitoringDestAddress(
-                                                them, bundle)
-                                             : Traffic.kMonitor.deleteTrafficMonitoringDestAddress(
-                                                     them, bundle)));
+                                -> isDone(name,
+                                        carrying(Gateway.kGulm,
+                                                ()
+                                                        -> Natives.number(Traffic.kMonitor, name,
+                                                                them, bundle))));
             }
         }
 
@@ -71,83 +81,67 @@ final class StormTraffic {
 
         @Override
         Map<String, String> told() {
-            String registry = Traffic.kMonitor.getTrafficMonitoringDestAddressInfo();
+            String registry = carrying(Gateway.kGulm,
+                    () -> Natives.text(Traffic.kMonitor, "getTrafficMonitoringDestAddressInfo"));
             return rows(answer(registry).getAsJsonArray("List"), "BundleName", "DestAddressList");
         }
     }
 
     private enum RuleKind {
-        MIRROR("mirrorRules") {
+        MIRROR("mirrorRules", Traffic.kMirror, "MirrorRule", "getMirroRuleInfo") {
             @Override
-            int add(String address, int iPort) {
-                return Traffic.kMirror.addMirrorRule(
-                        address, String.valueOf(iPort), "UP", "TCP", null, "192.168.1.100", 9000);
-            }
-            @Override
-            int delete(int iNumber) {
-                return Traffic.kMirror.deleteMirrorRule(iNumber);
-            }
-            @Override
-            int deleteAll() {
-                return Traffic.kMirror.deleteAllMirrorRule();
-            }
-            @Override
-            String list() {
-                return Traffic.kMirror.getMirroRuleInfo();
+            Object[] rule(String address, int iPort) {
+                return new Object[] {
+                        address, String.valueOf(iPort), "UP", "TCP", null, "192.168.1.100", 9000};
             }
         },
-        FORWARD("forwardRules") {
+        FORWARD("forwardRules", Traffic.kForward, "ForwardRule", "getForwardRuleInfo") {
             @Override
-            int add(String address, int iPort) {
-                return Traffic.kForward.addForwardRule(
-                        address, String.valueOf(iPort), "UDP", null, "192.168.1.100", 9000);
-            }
-            @Override
-            int delete(int iNumber) {
-                return Traffic.kForward.deleteForwardRule(iNumber);
-            }
-            @Override
-            int deleteAll() {
-                return Traffic.kForward.deleteAllForwardRule();
-            }
-            @Override
-            String list() {
-                return Traffic.kForward.getForwardRuleInfo();
+            Object[] rule(String address, int iPort) {
+                return new Object[] {
+                        address, String.valueOf(iPort), "UDP", null, "192.168.1.100", 9000};
             }
         },
-        HTTP("httpRules") {
+        HTTP("httpRules", Traffic.kHttp, "HTTPTrafficProcessRule",
+                "getHTTPTrafficProcessRuleInfo") {
             @Override
-            int add(String address, int iPort) {
-                return Traffic.kHttp.addHTTPTrafficProcessRule(address, iPort, "DOWN", null,
-                        new String[] {"GET"}, new String[] {"200"}, new String[] {"Host"});
-            }
-            @Override
-            int delete(int iNumber) {
-                return Traffic.kHttp.deleteHTTPTrafficProcessRule(iNumber);
-            }
-            @Override
-            int deleteAll() {
-                return Traffic.kHttp.deleteAllHTTPTrafficProcessRule();
-            }
-            @Override
-            String list() {
-                return Traffic.kHttp.getHTTPTrafficProcessRuleInfo();
+            Object[] rule(String address, int iPort) {
+                return new Object[] {address, iPort, "DOWN", null, Lan.macs("GET"), Lan.macs("200"),
+                        Lan.macs("Host")};
             }
         };
 
         final String section;
+        final Object service;
+        final String deleteAll;
+        private final String name;
+        private final String list;
 
-        RuleKind(String section) {
+        RuleKind(String section, Object service, String name, String list) {
             this.section = section;
+            this.service = service;
+            this.name = name;
+            this.list = list;
+            deleteAll = "deleteAll" + name;
         }
 
-        abstract int add(String address, int iPort);
+        abstract Object[] rule(String address, int iPort);
 
-        abstract int delete(int iNumber);
+        int add(String address, int iPort) {
+            return Natives.number(service, "add" + name, rule(address, iPort));
+        }
 
-        abstract int deleteAll();
+        int delete(int iNumber) {
+            return Natives.number(service, "delete" + name, iNumber);
+        }
 
-        abstract String list();
+        int deleteAll() {
+            return Natives.number(service, deleteAll);
+        }
+
+        String list() {
+            return Natives.text(service, list);
+        }
     }
 
     private static final class Rules extends StormPart {
@@ -163,7 +157,7 @@ final class StormTraffic {
 
         @Override
         void act() {
-            if (oneIn(30) && model().isAllCertain(prefix)) {
+            if (rarely(30, kind.service, kind.deleteAll) && model().isAllCertain(prefix)) {
                 Effect all = new Effect();
                 model().keys(prefix, true).forEach(key -> all.and(key, HomeModel.kAbsent));
                 holdBackUnless(change("deleting all rules", all, () -> kind.deleteAll() == 0));
@@ -214,7 +208,8 @@ final class StormTraffic {
 
         @Override
         Map<String, String> told() {
-            return rows(answer(kind.list()).getAsJsonArray("List"), "RemoteAddress", "RemotePort");
+            return rows(answer(carrying(Gateway.kGulm, kind::list)).getAsJsonArray("List"),
+                    "RemoteAddress", "RemotePort");
         }
     }
 
@@ -247,27 +242,31 @@ final class StormTraffic {
                 int iUp = roll(10000);
                 int iDown = roll(10000);
                 change("setSpeedLimitByFlow", limit(iFlow), iUp + " " + iDown,
-                        () -> Traffic.kFlows.setSpeedLimitByFlow(iFlow, iUp, iDown));
+                        ()
+                                -> Natives.number(
+                                        Traffic.kFlows, "setSpeedLimitByFlow", iFlow, iUp, iDown));
                 break;
             }
             case 1: {
                 int iMark = roll(64);
                 change("setDSCPRemarkByFlow", mark(iFlow), String.valueOf(iMark),
-                        () -> Traffic.kFlows.setDSCPRemarkByFlow(iFlow, iMark));
+                        () -> Natives.number(Traffic.kFlows, "setDSCPRemarkByFlow", iFlow, iMark));
                 break;
             }
             case 2:
-                if (oneIn(5) && model().isAllCertain(members(iFlow))) {
+                if (rarely(5, Traffic.kFlows, "deleteAllTrafficFromFlow")
+                        && model().isAllCertain(members(iFlow))) {
                     Effect all = new Effect();
                     model().keys(members(iFlow), true)
                             .forEach(key -> all.and(key, HomeModel.kAbsent));
                     holdBackUnless(change("deleteAllTrafficFromFlow", all,
                             ()
                                     -> isDone("deleteAllTrafficFromFlow",
-                                            Traffic.kFlows.deleteAllTrafficFromFlow(iFlow))));
+                                            Natives.number(Traffic.kFlows,
+                                                    "deleteAllTrafficFromFlow", iFlow))));
                 } else {
                     refused("a mark that is none",
-                            () -> Traffic.kFlows.setDSCPRemarkByFlow(iFlow, 64));
+                            () -> Natives.number(Traffic.kFlows, "setDSCPRemarkByFlow", iFlow, 64));
                 }
                 break;
             default:
@@ -283,10 +282,14 @@ final class StormTraffic {
             }
             if (model().value(key).equals(HomeModel.kAbsent)) {
                 change("addTrafficToFlow", key, "443",
-                        () -> Traffic.kFlows.addTrafficToFlow(address, "443", iFlow));
+                        ()
+                                -> Natives.number(
+                                        Traffic.kFlows, "addTrafficToFlow", address, "443", iFlow));
             } else {
                 change("deleteTrafficFromFlow", key, HomeModel.kAbsent,
-                        () -> Traffic.kFlows.deleteTrafficFromFlow(address, "443", iFlow));
+                        ()
+                                -> Natives.number(Traffic.kFlows, "deleteTrafficFromFlow", address,
+                                        "443", iFlow));
             }
         }
 
@@ -316,11 +319,14 @@ final class StormTraffic {
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
             for (int i = kFirst; i < kFirst + kFlows; i++) {
-                JsonObject limits = answer(Traffic.kFlows.getSpeedLimitByFlow(i));
+                JsonObject limits = answer(Natives.text(Traffic.kFlows, "getSpeedLimitByFlow", i));
                 put(rows, limit(i), text(limits, "UpSpeed") + " " + text(limits, "DownSpeed"));
-                put(rows, mark(i), String.valueOf(Traffic.kFlows.getDSCPRemarkByFlow(i)));
+                put(rows, mark(i),
+                        String.valueOf(Natives.number(Traffic.kFlows, "getDSCPRemarkByFlow", i)));
                 // Without members it is the failure.
-                String list = Traffic.kFlows.getTrafficInfoByFlow(i);
+                int iFlow = i;
+                String list = carrying(Gateway.kGulm,
+                        () -> Natives.text(Traffic.kFlows, "getTrafficInfoByFlow", iFlow));
                 if (!Traffic.kFailed.equals(list)) {
                     for (JsonElement member : answer(list).getAsJsonArray("List")) {
                         put(rows, members(i) + text(member, "RemoteAddress"),

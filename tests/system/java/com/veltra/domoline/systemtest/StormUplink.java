@@ -37,14 +37,15 @@ final class StormUplink {
         }
 
         private int add(String destination, String gateway, String way) {
-            return bIpv6 ? Wan.kRoutes.addIPv6Layer3ForwardingStatic(destination, gateway, way)
-                         : Wan.kRoutes.addLayer3ForwardingStatic(
-                                 destination, "255.255.0.0", gateway, way);
+            return bIpv6 ? Natives.number(
+                           Wan.kRoutes, "addIPv6Layer3ForwardingStatic", destination, gateway, way)
+                         : Natives.number(Wan.kRoutes, "addLayer3ForwardingStatic", destination,
+                                 "255.255.0.0", gateway, way);
         }
 
         private int delete(int iNumber) {
-            return bIpv6 ? Wan.kRoutes.deleteIPv6Layer3ForwardingStatic(iNumber)
-                         : Wan.kRoutes.deleteLayer3ForwardingStatic(iNumber);
+            return bIpv6 ? Natives.number(Wan.kRoutes, "deleteIPv6Layer3ForwardingStatic", iNumber)
+                         : Natives.number(Wan.kRoutes, "deleteLayer3ForwardingStatic", iNumber);
         }
 
         @Override
@@ -103,9 +104,25 @@ final class StormUplink {
 
         @Override
         Map<String, String> told() {
+            String query = (bIpv6 ? "getIPv6" : "get") + "Layer3ForwardingStaticConfigInfo";
+            Map<String, String> rows = rows(Natives.text(Wan.kQuery, query));
+            checkCurrent(rows);
+            return rows;
+        }
+
+        /** Those in force are the static ones and the way out, as all connections are up. */
+        private void checkCurrent(Map<String, String> rows) {
+            String query = (bIpv6 ? "getIPv6" : "get") + "Layer3ForwardingCurrent";
+            String list = carrying(Gateway.kGulm, () -> Natives.text(Wan.kQuery, query));
+            Map<String, String> current = rows(list);
+            current.remove(prefix + (bIpv6 ? "::/0" : "0.0.0.0"));
+            if (!current.equals(rows)) {
+                throw new Disturbed(rows + " are set, and in force are " + current);
+            }
+        }
+
+        private Map<String, String> rows(String list) {
             Map<String, String> rows = new TreeMap<>();
-            String list = bIpv6 ? Wan.kQuery.getIPv6Layer3ForwardingStaticConfigInfo()
-                                : Wan.kQuery.getLayer3ForwardingStaticConfigInfo();
             for (JsonElement route : answer(list).getAsJsonArray("List")) {
                 put(rows, prefix + text(route, bIpv6 ? "DestIPPrefix" : "DestIPAddress"),
                         text(route, bIpv6 ? "NextHop" : "GatewayIPAddress") + " "
@@ -139,12 +156,16 @@ final class StormUplink {
                 int[] iIndex = {-1};
                 boolean bDone =
                         change("addWANIf", Effect.set(key, bRouted ? "INTERNET R" : "OTHER B"),
-                                () -> (iIndex[0] = Wan.kConfig.addWANIf("2", vlan, type)) > 0);
+                                ()
+                                        -> (iIndex[0] = Natives.number(
+                                                    Wan.kConfig, "addWANIf", "2", vlan, type))
+                                        > 0);
                 if (bDone) {
                     indexes.put(key, iIndex[0]);
                 }
             } else if (oneIn(6)) {
-                refused("a VLAN that is taken", () -> Wan.kConfig.addWANIf("2", vlan, "IP_Routed"));
+                refused("a VLAN that is taken",
+                        () -> Natives.number(Wan.kConfig, "addWANIf", "2", vlan, "IP_Routed"));
             } else if (oneIn(2)) {
                 String service = oneOf("VOIP", "OTHER", "INTERNET");
                 change("setWANIf",
@@ -157,7 +178,7 @@ final class StormUplink {
                 // Its connection device goes in a step of its own, which would take a later
                 // connection's away if it came that late.
                 change("deleteWANIf", key, HomeModel.kAbsent,
-                        () -> Wan.kConfig.deleteWANIf(indexes.get(key)));
+                        () -> Natives.number(Wan.kConfig, "deleteWANIf", indexes.get(key)));
             }
         }
 
@@ -191,7 +212,8 @@ final class StormUplink {
         @Override
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
-            for (JsonElement wan : answer(Wan.kAccess.getWANIfList()).getAsJsonArray("List")) {
+            for (JsonElement wan :
+                    answer(Natives.text(Wan.kAccess, "getWANIfList")).getAsJsonArray("List")) {
                 putName(rows, text(wan, "Name"));
             }
             return rows;
@@ -211,14 +233,16 @@ final class StormUplink {
             String place = oneOf(kInterfaces);
             if (oneIn(12)) {
                 refused("binding what isn't there",
-                        () -> Wan.kBinding.setVLANBind(oneOf("LAN9", "SSID9", "USB1"), "1/2"));
+                        ()
+                                -> Natives.number(Wan.kBinding, "setVLANBind",
+                                        oneOf("LAN9", "SSID9", "USB1"), "1/2"));
                 return;
             }
             boolean bSet = oneIn(2);
             String pairs = (1 + roll(4094)) + "/" + (1 + roll(4094)) + ",7/8";
             IntSupplier call = ()
-                    -> bSet ? Wan.kBinding.setVLANBind(place, pairs)
-                            : Wan.kBinding.clearVLANBind(place);
+                    -> bSet ? Natives.number(Wan.kBinding, "setVLANBind", place, pairs)
+                            : Natives.number(Wan.kBinding, "clearVLANBind", place);
             change(bSet ? "setVLANBind" : "clearVLANBind", prefix + place,
                     bSet ? pairs : HomeModel.kAbsent, call::getAsInt);
         }
@@ -244,7 +268,8 @@ final class StormUplink {
         @Override
         Map<String, String> told() {
             Map<String, String> rows = new TreeMap<>();
-            for (JsonElement row : answer(Wan.kQuery.getVLANBindInfo()).getAsJsonArray("List")) {
+            for (JsonElement row :
+                    answer(Natives.text(Wan.kQuery, "getVLANBindInfo")).getAsJsonArray("List")) {
                 putBound(rows, text(row, "LanInterface"), text(row, "Bind"));
             }
             return rows;

@@ -1,9 +1,13 @@
 package com.veltra.domoline.systemtest;
 
 import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
-import com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.DeviceSecretInfoQueryServiceJNI;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Map;
+import java.util.Set;
+import java.util.TreeSet;
+import java.util.concurrent.ConcurrentHashMap;
+import java.util.concurrent.atomic.LongAdder;
 import java.util.function.Predicate;
 import java.util.function.Supplier;
 
@@ -18,9 +22,11 @@ final class ThreadCalls {
     /** Each story is told by every so manyth thread. */
     private static final int kShare = 4;
     private static final int kLastFlow = 64;
-    private static final DeviceSecretInfoQueryServiceJNI kSecrets =
-            new DeviceSecretInfoQueryServiceJNI();
+    /** So many threads have one each, of those that the home has or gets. */
+    static final int kSerialDevices = 8;
     private static final JNINativeMethods kStart = new JNINativeMethods();
+    /** How often each call succeeded, by its name; 0 for one that only failed. */
+    private static final Map<String, LongAdder> kSuccesses = new ConcurrentHashMap<>();
 
     private final int iThread;
     private final ThreadStories stories;
@@ -42,6 +48,13 @@ final class ThreadCalls {
         return all.calls;
     }
 
+    /** The calls that have only failed, which some may at any time. */
+    static Set<String> neverSucceeded() {
+        Set<String> names = new TreeSet<>(kSuccesses.keySet());
+        names.removeIf(name -> kSuccesses.get(name).sum() > 0);
+        return names;
+    }
+
     // ---- kinds of calls ----
 
     private static final class Call implements GatewayMethod {
@@ -53,7 +66,15 @@ final class ThreadCalls {
                 Predicate<Object> failure) {
             this.name = name;
             this.failure = failure;
-            query = new Query(processes, 0, call, success, null);
+            LongAdder successes = kSuccesses.computeIfAbsent(name, none -> new LongAdder());
+            Supplier<Object> counted = () -> {
+                Object answer = call.get();
+                if (answer != null && success.test(answer) && !failure.test(answer)) {
+                    successes.increment();
+                }
+                return answer;
+            };
+            query = new Query(processes, 0, counted, success, null);
         }
 
         @Override
@@ -79,15 +100,12 @@ final class ThreadCalls {
 
     /** A query that is known, called by its method's name. */
     private void known(GatewayMethod known, Object service, String method, Object... arguments) {
-        add(method, known.processes(),
-                ()
-                        -> told(known, Natives.call(service, method, arguments)),
-                known::isSuccess, known::isFailure);
+        add(new KnownQuery(known, service, method, arguments));
     }
 
-    /** As the known query tells a text that is none. */
-    private static Object told(GatewayMethod known, Object answer) {
-        return known == BoxMethod.POTS ? String.valueOf(answer) : answer;
+    private void add(KnownQuery query) {
+        add(query.method, query.known.processes(), query::call, query.known::isSuccess,
+                query.known::isFailure);
     }
 
     /** A list that other threads change: it must be JSON, strictly. */
@@ -125,47 +143,18 @@ final class ThreadCalls {
     // ---- queries ----
 
     private void addQueries() {
-        known(DeviceMethod.INFO, Box.kInfo, "getDeviceInfo");
-        known(DeviceMethod.MAC, Box.kInfo, "getDeviceMAC");
+        KnownQuery.constants().forEach(this::add);
         known(DeviceMethod.UP_TIME, Box.kInfo, "getDeviceUpTime");
-        known(DeviceMethod.API_VERSION, Box.kInfo, "getAPIVersion");
-        known(DeviceMethod.CPU, Box.kInfo, "getCPUOccupancyRate", 10);
-        known(DeviceMethod.RAM, Box.kInfo, "getRAMOccupancyRate", 10);
-        known(DeviceMethod.PASSWORD, kSecrets, "getDevicePassword");
-        known(DeviceMethod.OUI, kSecrets, "getDeviceManufacturerOUI");
-        known(DeviceMethod.SERIAL_NUMBER, kSecrets, "getDeviceSerialNumber");
-        known(DeviceMethod.WEB_PASSWORD, kSecrets, "getDeviceDefaultWebPassword");
-        known(DeviceMethod.SSID_NAME, kSecrets, "getDeviceDefaultSSID1Name");
-        known(DeviceMethod.SSID_PASSWORD, kSecrets, "getDeviceDefaultSSID1Password");
         known(LanMethod.ADDRESS, Lan.kAddress, "getLANHostIP");
         known(LanMethod.DHCP, Lan.kAddress, "getLANDHCPInfo");
         known(LanMethod.GATEWAY_NAME, Lan.kHosts, "getGatewayName");
         known(LanMethod.ALL_HOSTS, Lan.kHosts, "getLANHostInfoByMAC", (Object) null);
         known(LanMethod.HOSTS_BY_CLASS, Lan.kHosts, "getLANHostInfoByClass", "PHONE");
         known(LanMethod.HOSTS_BY_INTERFACE, Lan.kHosts, "getLANHostInfoByInterface", "LAN2");
-        known(LanMethod.STATISTICS, Lan.kHosts, "getLANHostStats", (Object) Lan.macs(Lan.kTv));
-        known(LanMethod.SPEED, Lan.kSpeed, "getLANHostSpeed", Lan.kPc);
         known(LanMethod.FILTER_MODE, Lan.kHosts, "getMacFilterMode");
         known(LanMethod.SPEED_LIMITS, Lan.kHosts, "getLANHostSpeedLimitInfo",
                 (Object) Lan.macs(Lan.kPhone, Lan.kTablet));
-        known(WanMethod.WAN_STATISTICS, Wan.kAccess, "getWANIfStats", Wan.kInternet);
-        known(WanMethod.WAN_INFO, Wan.kAccess, "getWANIfInfo", Wan.kManagement);
-        known(WanMethod.WAN_BANDWIDTH, Wan.kAccess, "getWanIfBandwidth", Wan.kOther);
-        known(WanMethod.WAN_STATUS, Wan.kAccess, "getWANIfStatus", Wan.kInternet);
-        known(WanMethod.INTERNET_INDEX, Wan.kAccess, "getInternetWANIndex");
-        known(WanMethod.PON_PHYSICAL, Wan.kAccess, "getPONIfPhyStatus");
-        known(WanMethod.PON_UP_TIME, Wan.kAccess, "getPONIfUpTime");
-        known(WanMethod.PON_REGISTRATION, Wan.kAccess, "getPONIfRegisterStatus");
-        known(WanMethod.UPLINK_STATISTICS, Wan.kAccess, "getUplinkIfStats");
-        known(WanMethod.IPTV_STATUS, Wan.kQuery, "getIPTVStatus");
-        known(BoxMethod.OSGI, Box.kInfo, "getOSGiInfo");
         known(BoxMethod.STORAGE, Box.kUsb, "getStorageInfo");
-        known(BoxMethod.POTS, Box.kVoice, "getPOTSInfo");
-        known(TrafficMethod.FLOW_MEMBERS, Traffic.kFlows, "getTrafficInfoByFlow", Traffic.kFlow);
-        known(TrafficMethod.FLOW_STATS, Traffic.kFlows, "getStatsByFlow", Traffic.kFlow);
-        known(TrafficMethod.FLOW_SPEED, Traffic.kFlows, "getSpeedByFlow", Traffic.kFlow);
-        known(TrafficMethod.FLOW_LIMIT, Traffic.kFlows, "getSpeedLimitByFlow", Traffic.kFlow);
-        known(TrafficMethod.FLOW_DSCP, Traffic.kFlows, "getDSCPRemarkByFlow", Traffic.kFlow);
         if (iThread == 0) {
             // It starts a virtual machine, and its callers take turns.
             add("getJVMInfo", List.of(),
@@ -207,19 +196,16 @@ final class ThreadCalls {
 
     /** One of a kind runs for all, so that a start may be refused and a result may be to come. */
     private void diagnosis(Object service, String result, String start, Object... arguments) {
-        List<String> appM = List.of(Gateway.kAppM);
-        add(result, appM,
+        add(result, List.of(Gateway.kAppM),
                 ()
                         -> Natives.call(service, result),
-                answer
-                -> ThreadStories.result(answer) >= 0 || TrafficMethod.PING.isFailure(answer),
-                TrafficMethod.PING::isFailure);
+                answer -> ThreadStories.result(answer) >= 0, TrafficMethod.PING::isFailure);
         if (iThread % kShare == 0) {
-            // It asks gulm for the connections, and refuses when that does not answer.
-            add(start, appM,
+            // app_m asks gulm for the connections.
+            add(start, List.of(Gateway.kAppM, Gateway.kGulm),
                     ()
                             -> Natives.call(service, start, arguments),
-                    answer -> (int) answer >= -1 && (int) answer <= 2, answer -> answer.equals(-1));
+                    answer -> answer.equals(0) || answer.equals(1), answer -> answer.equals(-1));
         }
     }
 
@@ -317,16 +303,13 @@ final class ThreadCalls {
             story("black list", List.of(Gateway.kOsgiProxy, Gateway.kGulm, Gateway.kAppM),
                     stories::blackListStory);
         }
-        if (iThread < 2 * kShare) {
-            usb(1 + iThread / kShare);
+        if (iThread < kSerialDevices) {
+            int iDevice = iThread + 1;
+            add("serial device", List.of(Gateway.kUsbMngt),
+                    ()
+                            -> stories.serialStory(iDevice) ? kOk : kFailed,
+                    kOk::equals, kFailed::equals);
         }
-    }
-
-    private void usb(int iDevice) {
-        add("serial device", List.of(),
-                ()
-                        -> stories.serialStory(iDevice) ? kOk : kFailed,
-                answer -> answer.equals(kOk) || answer.equals(kFailed), answer -> false);
     }
 
     // ---- everything at once ----
@@ -342,7 +325,7 @@ final class ThreadCalls {
         deletion(gulm, Traffic.kMirror, "deleteAllMirrorRule", left, failure);
         deletion(gulm, Traffic.kForward, "deleteAllForwardRule", left, failure);
         deletion(gulm, Traffic.kHttp, "deleteAllHTTPTrafficProcessRule", left, failure);
-        // Without accounts there is nothing to ask osgi_proxy for.
+        // osgi_proxy is asked only if there are accounts, so that its absence shows or doesn't.
         deletion(List.of(Gateway.kTarn), Box.kRightConfig, "deleteAllFTPAccount", left.or(failure),
                 failure);
         deletion(List.of(Gateway.kUsbMngt), Box.kRightConfig, "deleteAllSambaAccount",

@@ -1,5 +1,8 @@
 package com.veltra.domoline.systemtest;
 
+import static com.veltra.domoline.systemtest.Natives.number;
+import static com.veltra.domoline.systemtest.Natives.text;
+
 import com.google.gson.Gson;
 import com.google.gson.JsonElement;
 import com.google.gson.JsonObject;
@@ -35,14 +38,6 @@ final class ThreadStories {
         Failed(String step) {
             super(step);
         }
-    }
-
-    private static int number(Object service, String method, Object... arguments) {
-        return (int) Natives.call(service, method, arguments);
-    }
-
-    private static String text(Object service, String method, Object... arguments) {
-        return (String) Natives.call(service, method, arguments);
     }
 
     /** A step that answers 0, or fails with -1. */
@@ -292,26 +287,40 @@ final class ThreadStories {
     }
 
     /**
-     * A serial device from its registration to the end. Its process forgets plug-ins and locks when
-     * it dies, so that each step may fail.
+     * A serial device of the thread's own, from its registration to the end. Its process forgets
+     * plug-ins and locks when it dies, so that each step may fail then.
      *
      * @return whether none did
      */
     boolean serialStory(int iDevice) {
         String plugIn = "com.example.thread-" + iThread;
-        boolean bAll = number(Box.kUsb, "usbRegister", plugIn, 1) == 0
-                & number(Box.kUsb, "usbLock", iDevice) == 0;
+        boolean bAll = number(Box.kUsb, "usbRegister", plugIn, 1) == 0;
+        int iLocked = number(Box.kUsb, "usbLock", iDevice);
+        if (iLocked == UsbLine.kBusy) {
+            // Left from the last time, when it could not be unlocked.
+            number(Box.kUsb, "usbUnlock", iDevice);
+            iLocked = number(Box.kUsb, "usbLock", iDevice);
+        }
         int iHandle = number(Box.kUsb, "usbOpen", iDevice);
+        bAll &= iLocked == 0 & iHandle >= 0;
         if (iHandle >= 0) {
             byte[] bytes = {'A', 'T', '\r', '\n'};
             bAll &= number(Box.kUsb, "usbSetSerial", iHandle, 9600, 0, 8, 1, false, false) == 0
                     & number(Box.kUsb, "usbWrite", iHandle, bytes, 0, 4) == 4
-                    & number(Box.kUsb, "usbDataAvailable", iHandle) == 1
-                    & number(Box.kUsb, "usbRead", iHandle, new byte[8], 0, 8, 1) >= 0
+                    & number(Box.kUsb, "usbDataAvailable", iHandle) == 1 & reads(iHandle)
                     & number(Box.kUsb, "usbClose", iHandle) == 0;
         }
         bAll &= number(Box.kUsb, "usbUnlock", iDevice) == 0
                 & number(Box.kUsb, "usbUnregister", plugIn) == 0;
         return bAll;
+    }
+
+    /** Whether a read has what is there; so many threads' connections are open that few can. */
+    private static boolean reads(int iHandle) {
+        byte[] bytes = new byte[8];
+        return iHandle<UsbLine.kUnreadable
+                       ? number(Box.kUsb, "usbRead", iHandle, bytes, 0, bytes.length, 1)> 0
+            : number(Box.kUsb, "usbRead", iHandle, bytes, 0, bytes.length, 0)
+              == 0;
     }
 }

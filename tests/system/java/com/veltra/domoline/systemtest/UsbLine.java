@@ -18,6 +18,9 @@ final class UsbLine implements AutoCloseable {
     /** The emulator gives up when it is asked to watch a higher one: its own sets end there. */
     static final int kWatched = Boolean.getBoolean("wap.emulated") ? 1023 : 51579;
 
+    /** A read from this handle on ends by its time-out, whatever there is to read. */
+    static final int kUnreadable = 128;
+
     private static final int kPatienceSeconds = 20;
     private static final int kPiece = 4096;
 

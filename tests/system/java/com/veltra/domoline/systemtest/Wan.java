@@ -75,14 +75,17 @@ final class Wan {
     static String json(String... keysAndValues) {
         StringBuilder object = new StringBuilder("{");
         for (int i = 0; i < keysAndValues.length; i += 2) {
-            object.append(i == 0 ? "\"" : ",\"").append(keysAndValues[i]).append("\":\"").append(
-                    keysAndValues[i + 1]).append('"');
+            object.append(i == 0 ? "\"" : ",\"")
+                    .append(keysAndValues[i])
+                    .append("\":\"")
+                    .append(keysAndValues[i + 1])
+                    .append('"');
         }
         return object.append('}').toString();
     }
 
     /** Changes settings, given as names and values. */
     static int set(int iWan, String... keysAndValues) {
-        return kConfig.setWANIf(iWan, json(keysAndValues));
+        return Natives.number(kConfig, "setWANIf", iWan, json(keysAndValues));
     }
 }

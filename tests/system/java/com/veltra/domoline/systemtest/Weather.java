@@ -8,6 +8,7 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
 import java.util.Random;
+import java.util.Set;
 import java.util.TreeSet;
 
 /**
@@ -21,25 +22,47 @@ final class Weather {
     private static final String[] kHasty = {Gateway.kGulm, Gateway.kAppM};
     private static final int kTooLate = 5500;
     private static final int kMuchTooLate = 30500;
+    /** cwmp's only request, whose callers wait for 30 seconds. */
+    private static final String kPatient = "0x4720136A";
     private static final int kPatienceSeconds = 60;
+    /** After the end of a delay, for what it has held up. */
+    private static final int kAfterwards = 200;
+    private static final int kFullAlone = 500;
 
     private final Random random;
     private final boolean bLong;
+    private final StormPart.Tally tally;
     long lKills;
     long lStops;
     long lFaults;
     long lFullDisks;
     long lResets;
+    /** Requests that were answered after the time-out of their callers, certainly. */
+    long lLate;
+    /** Requests that were never answered, certainly. */
+    long lDropped;
+    /** Blocks that may have been under way when their process died. */
+    long lBlocksLost;
+    private boolean bWasVeryLate;
+    private long lSlow;
     private final long lBegin = System.nanoTime();
     private final StringBuilder report = new StringBuilder();
     private long lLongestDelay;
+    /** Since when nothing is delayed any more. */
+    private long lFaultsEnded;
     /** The process that hangs while others are in trouble; "" for none. */
     private String hanging = "";
+    /** Those that don't die, so that what they were told happens. */
+    private final Set<String> spared = new TreeSet<>();
 
-    /** @param bLong also what makes callers wait for half a minute */
-    Weather(Random random, boolean bLong) {
+    /**
+     * @param bLong also what makes callers wait for half a minute
+     * @param tally gets to know when nothing is wrong but the disk
+     */
+    Weather(Random random, boolean bLong, StormPart.Tally tally) {
         this.random = random;
         this.bLong = bLong;
+        this.tally = tally;
     }
 
     /** What happened when, in milliseconds. */
@@ -70,27 +93,66 @@ final class Weather {
         }
     }
 
-    /** Makes trouble for so long; what it began it ends. */
+    /** Makes trouble for so long; what it began it ends, but for delays. */
     void storm(long lMilliseconds, boolean bDisk) {
         long lEnd = System.nanoTime() + lMilliseconds * 1_000_000;
         lLongestDelay = 0;
         // Of the rare ones at least one.
         if (bDisk) {
-            fillDisk();
+            fillDisk(kFullAlone + roll(500), true);
         } else {
             reset();
             kill();
-            late(kTooLate, "");
-            hanging = oneOf(kHasty);
+            beSlow();
         }
         String id = hanging.isEmpty() ? "" : stop(hanging);
         try {
             makeTrouble(lEnd, bDisk);
         } finally {
             hanging = "";
+            spared.clear();
             if (!id.isEmpty()) {
                 goOn(id);
             }
+        }
+        Gateway.ctl("start");
+        Gateway.clear();
+        lFaultsEnded = System.nanoTime();
+    }
+
+    /** One process hangs for all of the storm, another one is late, and once it says nothing. */
+    private void beSlow() {
+        hanging = oneOf(kHasty);
+        String slow = hastyVictim();
+        // It lives on in every other storm, and then it does late what it was asked for.
+        if (lSlow++ % 2 == 0) {
+            spared.add(slow);
+        }
+        late(kTooLate, slow);
+        awaitTaken(slow);
+        lLate += spared.size();
+        fault(slow, 1, "--drop");
+        awaitTaken(slow);
+        lDropped++;
+        if (bLong && !bWasVeryLate) {
+            bWasVeryLate = true;
+            spared.add(Gateway.kCwmp);
+            lLongestDelay = kMuchTooLate;
+            faultOf(Gateway.kCwmp, kPatient, 1, "--delay", String.valueOf(kMuchTooLate));
+            awaitTaken(Gateway.kCwmp);
+            lLate++;
+        }
+    }
+
+    /** Waits until all requests that a process's faults are for have come. */
+    private void awaitTaken(String process) {
+        long lEnd = System.nanoTime() + kPatienceSeconds * 1_000_000_000L;
+        // The first line is a heading.
+        while (Gateway.ctl("faults", process).lines().count() > 1) {
+            if (System.nanoTime() > lEnd) {
+                throw new AssertionError("nobody asks " + process);
+            }
+            rest(10);
         }
     }
 
@@ -102,7 +164,7 @@ final class Weather {
             } else if (iWhat < 7) {
                 misbehave();
             } else if (bDisk) {
-                fillDisk();
+                fillDisk(100 + roll(700), false);
             } else {
                 hang(bLong && roll(4) == 0 ? kTooLate + 100 : 50 + roll(1000));
             }
@@ -113,11 +175,8 @@ final class Weather {
     /** Waits until all is well and what was late has happened. Nobody asks for anything. */
     void clearUp() {
         note("clearing up");
-        Gateway.ctl("start");
-        Gateway.clear();
-        if (lLongestDelay > 0) {
-            rest(lLongestDelay + 200);
-        }
+        long lSince = (System.nanoTime() - lFaultsEnded) / 1_000_000;
+        rest(Math.max(kAfterwards, lLongestDelay + kAfterwards - lSince));
         Map<String, Long> before;
         Map<String, Long> after = Gateway.requests();
         do {
@@ -133,9 +192,15 @@ final class Weather {
         for (int i = roll(3); i >= 0; i--) {
             victims.add(victim());
         }
+        victims.removeAll(spared);
         note("dead: " + victims);
         for (String process : victims) {
-            Gateway.kill(process);
+            StormPart.Carriers carriers = tally.carriers(process);
+            if (carriers == null) {
+                Gateway.kill(process);
+            } else {
+                lBlocksLost += carriers.during(() -> Gateway.kill(process));
+            }
             lKills++;
         }
         rest(roll(300));
@@ -168,11 +233,20 @@ final class Weather {
     }
 
     private String stop(String process) {
-        String id = String.valueOf(Gateway.processIds().get(process));
+        String id = idOf(process);
         Gateway.program("kill", "-STOP", id);
         lStops++;
         note("stopped: " + process + " " + id);
         return id;
+    }
+
+    /** As it has noted it itself: asking them all takes long while one hangs. */
+    private static String idOf(String process) {
+        try {
+            return Files.readString(Leftovers.directory().resolve(process + ".pid")).strip();
+        } catch (IOException e) {
+            throw new AssertionError(e);
+        }
     }
 
     private void goOn(String id) {
@@ -196,7 +270,11 @@ final class Weather {
             fault(process, 1 + roll(20), "--delay", String.valueOf(1 + roll(200)));
             break;
         case 2:
-            late(bLong && roll(4) == 0 ? kMuchTooLate : kTooLate, process);
+            if (bLong && roll(4) == 0) {
+                late(kMuchTooLate, process);
+            } else {
+                late(kTooLate, hastyVictim());
+            }
             break;
         default:
             fault(bLong && roll(4) == 0 ? process : hastyVictim(), 1, "--drop");
@@ -205,12 +283,15 @@ final class Weather {
 
     private void late(int iMilliseconds, String process) {
         lLongestDelay = Math.max(lLongestDelay, iMilliseconds);
-        fault(iMilliseconds > kTooLate ? process : hastyVictim(), 1 + roll(2), "--delay",
-                String.valueOf(iMilliseconds));
+        fault(process, 1 + roll(2), "--delay", String.valueOf(iMilliseconds));
     }
 
     private void fault(String process, int iTimes, String... how) {
-        List<String> words = new ArrayList<>(List.of("fault", process, "any"));
+        faultOf(process, "any", iTimes, how);
+    }
+
+    private void faultOf(String process, String rpc, int iTimes, String... how) {
+        List<String> words = new ArrayList<>(List.of("fault", process, rpc));
         words.addAll(List.of(how));
         words.addAll(List.of("--times", String.valueOf(iTimes)));
         lFaults++;
@@ -220,8 +301,9 @@ final class Weather {
 
     private void reset() {
         Map<String, Long> before = Gateway.processIds();
-        if (Box.kReset.reset() != 0) {
-            return; // as its process was told to
+        int iAnswer = Natives.number(Box.kReset, "reset");
+        if (iAnswer != 0) {
+            throw new AssertionError("reset answered " + iAnswer + " though nothing was wrong");
         }
         lResets++;
         note("reset");
@@ -239,16 +321,22 @@ final class Weather {
         note("up again");
     }
 
-    /** Where the disk ends: everything that is written there fails for a while. */
-    private void fillDisk() {
+    /**
+     * Where the disk ends: everything that is written there fails for a while.
+     *
+     * @param bAlone whether nothing else is wrong
+     */
+    private void fillDisk(long lMilliseconds, boolean bAlone) {
         Path ballast = Leftovers.directory().resolve("ballast");
         try {
             try {
                 fill(ballast);
                 lFullDisks++;
                 note("the disk is full");
-                rest(100 + roll(700));
+                tally.bOnlyDiskFull = bAlone;
+                rest(lMilliseconds);
             } finally {
+                tally.bOnlyDiskFull = false;
                 Files.deleteIfExists(ballast);
                 note("the disk has room again");
             }
