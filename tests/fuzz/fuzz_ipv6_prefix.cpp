@@ -27,18 +27,6 @@ std::optional<Address> AddressOf(std::string sText) {
                : std::nullopt;
 }
 
-std::optional<uint32_t> NumberOf(const std::string &sText) {
-    unsigned long long uiValue = 0;
-    for (const char cDigit : sText) {
-        if (cDigit < '0' || cDigit > '9') {
-            return std::nullopt;
-        }
-        uiValue =
-            std::min(uiValue * 10 + static_cast<unsigned long long>(cDigit - '0'), 0x100000000ULL);
-    }
-    return uiValue > 0xFFFFFFFF ? std::nullopt : std::optional(static_cast<uint32_t>(uiValue));
-}
-
 /// What stands between slashes.
 std::vector<std::string> PartsOf(const std::string &sText) {
     std::vector<std::string> asParts(1);
@@ -64,7 +52,7 @@ void FuzzIpv6Prefix(const uint8_t *pucData, size_t uiSize) {
     const std::vector<std::string> asParts = PartsOf(sText.substr(0, 63));
     if (asParts.size() >= 2) {
         aucWanted = AddressOf(asParts[0]);
-        uiWanted = NumberOf(asParts[1]);
+        uiWanted = DecimalIn(asParts[1]);
     }
     World stWorld;
     Ipv6Prefix stPrefix;

@@ -34,7 +34,7 @@ std::vector<std::string> PiecesOf(const std::string &sOutput) {
         }
     }
     for (std::string &sPiece : asPieces) {
-        sPiece = sPiece.c_str();
+        sPiece = UpToZero(sPiece);
     }
     return asPieces;
 }

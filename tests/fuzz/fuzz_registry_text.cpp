@@ -47,7 +47,8 @@ std::vector<std::string> RecordsOf(const std::string &sText) {
 std::string Expected(const std::string &sText, uint64_t ulCap) {
     std::string sList;
     for (const std::string &sRecord : RecordsOf(sText)) {
-        const std::string sLonger = sList + (sList.empty() ? "" : ",") + sRecord;
+        std::string sLonger = sList;
+        sLonger.append(sList.empty() ? "" : ",").append(sRecord);
         if (List(sLonger).size() >= ulCap) {
             break;
         }
@@ -226,7 +227,7 @@ void CheckQuery(const std::string &sBlock, uint32_t uiBundles, uint32_t uiAddres
         const std::string sText = sBlock.substr(0, uiEnd);
         const std::vector<std::string> asRecords = RecordsOf(sText);
         const bool bAllApart = std::all_of(asRecords.begin(), asRecords.end(), IsApart);
-        const bool bRoom = ulCap != 0 && ulCap <= 16u * 1024 * 1024;
+        const bool bRoom = ulCap != 0 && ulCap <= uint64_t{16} * 1024 * 1024;
         const std::string sExpected = bRoom ? Expected(sText, ulCap) : "";
         // The records behind those that fit are not parsed: they may pass or not when they are no
         // JSON. json-c has a say in how deep a list may be.

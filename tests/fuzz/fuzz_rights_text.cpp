@@ -41,7 +41,7 @@ void CheckText(const Service &stService, uint32_t uiCount, const std::string &sB
     if (uiResult == 0) {
         // What was not written is zero, and behind the end there is nothing.
         const std::string sSegment = sBytes.substr(0, static_cast<size_t>(ulSize));
-        Require(std::string(sSegment.c_str()) == static_cast<const char *>(stText.Lend()),
+        Require(UpToZero(sSegment) == static_cast<const char *>(stText.Lend()),
                 "the text is that of the segment, cut at its end");
     }
     stText.Drop();

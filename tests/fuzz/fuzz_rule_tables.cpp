@@ -78,11 +78,7 @@ json_object *Member(json_object *pstRow, const char *pcKey) {
 
 /// The number that a text tells as a whole; the one before it stays otherwise.
 void ReadNumber(const std::string &sText, uint32_t &uiNumber) {
-    const bool bDigits =
-        !sText.empty() && sText.find_first_not_of("0123456789") == std::string::npos;
-    // A field has room for twelve digits.
-    const uint64_t ulValue = bDigits ? std::strtoull(sText.c_str(), nullptr, 10) : UINT64_MAX;
-    uiNumber = ulValue <= UINT32_MAX ? static_cast<uint32_t>(ulValue) : uiNumber;
+    uiNumber = sText.empty() ? uiNumber : DecimalIn(sText).value_or(uiNumber);
 }
 
 void CheckRow(const Kind &stKind, json_object *pstRow, const std::string &sRow,

@@ -32,7 +32,7 @@ std::vector<Wan> WansOf(std::string sReply) {
     std::vector<Wan> astWans;
     for (size_t i = 0; i < std::min<size_t>(WordAt(sReply, 0), kWans); ++i) {
         const std::string sEntry = sReply.substr(4 + i * kEntrySize, kEntrySize);
-        astWans.push_back({WordAt(sEntry, 0), std::string(sEntry.substr(4).c_str())});
+        astWans.push_back({WordAt(sEntry, 0), UpToZero(sEntry.substr(4))});
     }
     return astWans;
 }

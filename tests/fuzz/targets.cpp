@@ -2,6 +2,7 @@
 
 #include <json-c/json.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +34,18 @@ json_object *StrictJson(const std::string &sText, int iFlags, int iDepth) {
 std::string TextIn(const uint8_t *pucData, size_t uiSize) {
     const auto *pcText = reinterpret_cast<const char *>(pucData);
     return uiSize == 0 ? std::string() : std::string(pcText, strnlen(pcText, uiSize));
+}
+
+std::optional<uint32_t> DecimalIn(const std::string &sText) {
+    unsigned long long uiValue = 0;
+    for (const char cDigit : sText) {
+        if (cDigit < '0' || cDigit > '9') {
+            return std::nullopt;
+        }
+        uiValue =
+            std::min(uiValue * 10 + static_cast<unsigned long long>(cDigit - '0'), 0x100000000ULL);
+    }
+    return uiValue > 0xFFFFFFFF ? std::nullopt : std::optional(static_cast<uint32_t>(uiValue));
 }
 
 }  // namespace wap::test

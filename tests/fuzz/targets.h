@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "support/world.h"
@@ -73,6 +74,8 @@ void RequireClean(World &stWorld);
 json_object *StrictJson(const std::string &sText, int iFlags = 0, int iDepth = 32);
 /// The bytes up to a zero, as the bridge gets to see them.
 std::string TextIn(const uint8_t *pucData, size_t uiSize);
+/// The number of 32 bits that digits tell, and nothing else; none at all tell 0.
+std::optional<uint32_t> DecimalIn(const std::string &sText);
 
 }  // namespace wap::test
 
