@@ -95,7 +95,7 @@ int Feature(const Options &stOptions) {
     }
     const uint32_t uiFeature = *stOptions.uiFeature;
     if (!stOptions.bOn) {
-        printf("%u %s\n", uiFeature, setFeatures.count(uiFeature) != 0 ? "on" : "off");
+        printf("%u %s\n", uiFeature, setFeatures.contains(uiFeature) ? "on" : "off");
         return 0;
     }
     if (*stOptions.bOn) {
