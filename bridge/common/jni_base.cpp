@@ -104,11 +104,25 @@ bool wap::EnsureElementRefs(JNIEnv *pstEnv, jsize iCount) {
     return true;
 }
 
-char *wap::ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty) {
-    auto jText =
-        static_cast<jstring>(Checked(pstEnv, pstEnv->GetObjectArrayElement(jTexts, iIndex)));
-    return eEmpty == EmptyText::kCounts ? jstringtochar(pstEnv, jText)
-                                        : jstring2char(pstEnv, jText);
+char *wap::ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty,
+                          bool *pbLost) {
+    auto jText = static_cast<jstring>(pstEnv->GetObjectArrayElement(jTexts, iIndex));
+    const bool bThrown = ClearException(pstEnv);
+    if (bThrown) {
+        jText = nullptr;
+    }
+    // Where losses count, an empty text is converted in any case: it is none.
+    const EmptyText eConverted = pbLost == nullptr ? eEmpty : EmptyText::kCounts;
+    uint32_t uiLength = 0;
+    char *pcText = MakeNativeText(pstEnv, jText, eConverted, Secrecy::kPlain, &uiLength);
+    if (pbLost != nullptr) {
+        *pbLost = bThrown || (jText != nullptr && pcText == nullptr);
+    }
+    if (pcText != nullptr && uiLength == 0 && eEmpty == EmptyText::kIsMissing) {
+        VT_OS_MemFreeD(pcText, WAP_SPOT.pcFile, WAP_SPOT.uiLine);
+        pcText = nullptr;
+    }
+    return pcText;
 }
 
 // Deliberately keeps the references to the class, the charset's name and the byte array: they go
@@ -208,26 +222,21 @@ uint32_t wap::JoinElements(JNIEnv *pstEnv, jobjectArray jTexts, const char *pcSe
     if (jTexts == nullptr) {
         return 0;
     }
-    const bool bLossFails = eLost == LostElement::kFails;
-    const EmptyText eEmpty = bLossFails ? EmptyText::kCounts : EmptyText::kIsMissing;
     if (!EnsureElementRefs(pstEnv, pstEnv->GetArrayLength(jTexts))) {
         return 1;
     }
     for (jsize i = 0; i < pstEnv->GetArrayLength(jTexts); ++i) {
-        auto jText = static_cast<jstring>(pstEnv->GetObjectArrayElement(jTexts, i));
-        const bool bThrown = ClearException(pstEnv);
-        uint32_t uiLength = 0;
-        char *pcText =
-            bThrown ? nullptr : MakeNativeText(pstEnv, jText, eEmpty, Secrecy::kPlain, &uiLength);
+        bool bLost = false;
+        char *pcText = ConvertElement(pstEnv, jTexts, i, EmptyText::kIsMissing,
+                                      eLost == LostElement::kFails ? &bLost : nullptr);
+        if (bLost) {
+            return 1;
+        }
         if (pcText == nullptr) {
-            if (bLossFails && (bThrown || jText != nullptr)) {
-                return 1;
-            }
             continue;
         }
         // One byte less than there is: this reserve is part of what callers see.
-        const bool bFits =
-            uiLength == 0 || AppendElement(pcOut, uiOutSize - 1, pcText, pcSeparator);
+        const bool bFits = AppendElement(pcOut, uiOutSize - 1, pcText, pcSeparator);
         VT_OS_MemFreeD(pcText, WAP_SPOT.pcFile, WAP_SPOT.uiLine);
         if (!bFits) {
             return 1;

@@ -30,8 +30,12 @@ bool ClearException(JNIEnv *pstEnv);
 /// exception pending, when the virtual machine refuses.
 [[nodiscard]] bool EnsureElementRefs(JNIEnv *pstEnv, jsize iCount);
 
-/// An array's element as a new native text; null when it is null or does not convert.
-char *ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty);
+/**
+ * An array's element as a new native text; null when there is none or it does not convert.
+ * @param pbLost when given, receives whether there is an element, not null, that can't be had
+ */
+char *ConvertElement(JNIEnv *pstEnv, jobjectArray jTexts, jsize iIndex, EmptyText eEmpty,
+                     bool *pbLost = nullptr);
 
 /// What becomes of an array's element that is there but can't be converted.
 enum class LostElement { kIsSkipped, kFails };

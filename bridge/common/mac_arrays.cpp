@@ -19,8 +19,13 @@ bool ConvertMacs(JNIEnv *pstEnv, SourceSpot stSpot, jobjectArray jMacs,
         RecordFault(stSpot, 1, uiLength);
         return false;
     }
+    const bool bLossCounts = stRules.eNone == NoMacs::kIsEveryone;
+    uint32_t uiLost = 0;
     for (uint32_t i = 0; i < uiLength; ++i) {
-        char *pcMac = ConvertElement(pstEnv, jMacs, static_cast<jsize>(i), stRules.eEmpty);
+        bool bLost = false;
+        char *pcMac = ConvertElement(pstEnv, jMacs, static_cast<jsize>(i), stRules.eEmpty,
+                                     bLossCounts ? &bLost : nullptr);
+        uiLost += bLost ? 1 : 0;
         if (pcMac == nullptr && stRules.eBad == BadMac::kLeftOut) {
             continue;
         }
@@ -36,6 +41,10 @@ bool ConvertMacs(JNIEnv *pstEnv, SourceSpot stSpot, jobjectArray jMacs,
         }
         // There is room: the length was checked.
         (void)stTable.Adopt(pcMac);
+    }
+    if (uiLost != 0 && VT_JNI_MacfltNullCheck(stTable.Lend(), stTable.Count()) != 0) {
+        RecordFault(stSpot, 1, uiLost, uiLength);
+        return false;
     }
     return true;
 }

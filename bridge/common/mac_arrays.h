@@ -28,8 +28,10 @@ enum class BadMac {
 
 /// What a call without any element does.
 enum class NoMacs {
-    kIsWork,  ///< the worker gets the empty table
-    kIsDone,  ///< nothing: 0 at once
+    kIsWork,      ///< the worker gets the empty table
+    kIsDone,      ///< nothing: 0 at once
+    kIsEveryone,  ///< the worker gets the table, and takes one without any text for all hosts; so
+                  ///< no table may be without one because elements of it could not be converted
 };
 
 /// What a method does with its array.
@@ -45,8 +47,8 @@ struct MacArrayRules {
 /**
  * Converts an array. A null array is one of length 0.
  * @param stTable empty before; receives the texts
- * @return true; false, recorded, when the array is too long, an element is refused, or the virtual
- *         machine grants too few references
+ * @return true; false, recorded, when the array is too long, an element is refused, what was lost
+ *         would make it mean everyone, or the virtual machine grants too few references
  */
 [[nodiscard]] bool ConvertMacs(JNIEnv *pstEnv, SourceSpot stSpot, jobjectArray jMacs,
                                const MacArrayRules &stRules, MacTable &stTable);

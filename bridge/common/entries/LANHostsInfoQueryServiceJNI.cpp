@@ -14,13 +14,13 @@ namespace {
 constexpr MacArrayRules kInfoMacs = {kMacArrayMax,
                                      EmptyText::kCounts,
                                      BadMac::kLeftOut,
-                                     NoMacs::kIsWork,
+                                     NoMacs::kIsEveryone,
                                      "\r\n uiArrayLength  is too long called \r\n",
                                      false};
 constexpr MacArrayRules kStatsMacs = {kMacArrayMax,
                                       EmptyText::kCounts,
                                       BadMac::kRefuses,
-                                      NoMacs::kIsWork,
+                                      NoMacs::kIsEveryone,
                                       "\r\n uiMacAddrCount  is too long \r\n",
                                       false};
 

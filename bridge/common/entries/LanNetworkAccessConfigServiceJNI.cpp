@@ -17,21 +17,21 @@ constexpr MacArrayRules kAddedMacs = {8,
                                       "\r\n uiArrayLength  is too long called \r\n",
                                       true};
 
-constexpr MacArrayRules DeletedMacs(uint32_t uiMax) {
+constexpr MacArrayRules DeletedMacs(uint32_t uiMax, NoMacs eNone) {
     return {uiMax,
             EmptyText::kIsMissing,
             BadMac::kLeftOut,
-            NoMacs::kIsWork,
+            eNone,
             "\r\n uiMacAddrCount  is too long called \r\n",
             true};
 }
 
 // Here empty texts count, and a missing one keeps its place: the worker says which it skipped.
-constexpr MacArrayRules StorageMacs(uint32_t uiMax) {
+constexpr MacArrayRules StorageMacs(uint32_t uiMax, NoMacs eNone) {
     return {uiMax,
             EmptyText::kCounts,
             BadMac::kStaysEmpty,
-            NoMacs::kIsWork,
+            eNone,
             "\r\n uiMacAddrCount  is too long called \r\n",
             true};
 }
@@ -56,7 +56,8 @@ JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromBlackList(
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
-    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(128), VT_JNI_delLANHostFromBlackList);
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(128, NoMacs::kIsEveryone),
+                         VT_JNI_delLANHostFromBlackList);
 }
 
 JNIEXPORT jint JNICALL
@@ -70,14 +71,15 @@ JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromTrustList(
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
-    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(8), VT_JNI_delLANHostFromTrustList);
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, DeletedMacs(8, NoMacs::kIsWork),
+                         VT_JNI_delLANHostFromTrustList);
 }
 
 JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_addLANHostToStorageBlackList(
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
-    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(128),
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(128, NoMacs::kIsWork),
                          VT_JNI_addLANHostToStorageBlackList);
 }
 
@@ -85,6 +87,6 @@ JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkAccessConfigServiceJNI_deleteLANHostFromStorageBlackList(
     JNIEnv *pstEnv, jobject, jobjectArray jMacs) {
     WAP_TRACE_ENTRY();
-    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(8),
+    return CallMacWorker(pstEnv, WAP_SPOT, jMacs, StorageMacs(8, NoMacs::kIsEveryone),
                          VT_JNI_delLANHostFromStorageBlackList);
 }

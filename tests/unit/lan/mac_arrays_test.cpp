@@ -121,6 +121,73 @@ TEST_F(MacArrays, ElementWithoutMemoryIsABadOne) {
     }
 }
 
+/// Rules of a method whose worker takes a table without any text for everyone.
+MacArrayRules OfEveryone(EmptyText eEmpty, BadMac eBad) {
+    MacArrayRules stRules = With(eEmpty, eBad);
+    stRules.eNone = NoMacs::kIsEveryone;
+    return stRules;
+}
+
+TEST_F(MacArrays, NobodyIsEveryone) {
+    for (const BadMac eBad : {BadMac::kLeftOut, BadMac::kStaysEmpty}) {
+        const MacArrayRules stRules = OfEveryone(EmptyText::kIsMissing, eBad);
+        const bool bKept = eBad == BadMac::kStaysEmpty;
+        EXPECT_EQ(Converted(static_cast<jobjectArray>(nullptr), stRules), Slots{});
+        EXPECT_EQ(Converted(Macs{}, stRules), Slots{});
+        EXPECT_EQ(Converted(Macs{std::nullopt}, stRules), Slots(bKept ? 1 : 0, std::nullopt));
+        EXPECT_EQ(Converted(Macs{u"", std::nullopt}, stRules), Slots(bKept ? 2 : 0, std::nullopt));
+        EXPECT_EQ(Converted(Macs{u""}, OfEveryone(EmptyText::kCounts, eBad)), Slots{""});
+    }
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
+// One that is lost must not make everyone of somebody.
+TEST_F(MacArrays, LostElementsAreNotEveryone) {
+    const Macs asArrays[] = {{u"a"}, {u"a", std::nullopt}, {std::nullopt, u"a"}, {u"", u"a"}};
+    for (const EmptyText eEmpty : {EmptyText::kCounts, EmptyText::kIsMissing}) {
+        for (const BadMac eBad : {BadMac::kLeftOut, BadMac::kStaysEmpty}) {
+            for (const Macs &asMacs : asArrays) {
+                // The text of "a" is the last that takes memory.
+                stWorld.Plan({Op::kAlloc, asMacs[0] == u"" ? 2u : 1u, false});
+                EXPECT_EQ(Converted(asMacs, OfEveryone(eEmpty, eBad)), std::nullopt);
+                stWorld.Plan({});
+                ASSERT_EQ(stPlatform.astFaults.size(), 1u);
+                EXPECT_EQ(stPlatform.astFaults[0].auiArgs,
+                          (Args{1, static_cast<uint32_t>(asMacs.size()), 0, 0}));
+                stPlatform.astFaults.clear();
+            }
+        }
+    }
+}
+
+TEST_F(MacArrays, AnyCallOfJavaCanLoseAnElement) {
+    for (const JniFailure eFailure : {JniFailure::kNullAndException, JniFailure::kNullAlone}) {
+        stEnv.eFailure = eFailure;
+        for (const char *pcCall : {"GetObjectArrayElement", "FindClass", "NewStringUTF",
+                                   "GetMethodID", "CallObjectMethod", "GetByteArrayElements"}) {
+            stWorld.Plan({Op::kJni, 1, false, pcCall});
+            // That there is no element can't be told from a null one, without an exception.
+            const bool bNull = eFailure == JniFailure::kNullAlone &&
+                               std::string_view(pcCall) == "GetObjectArrayElement";
+            EXPECT_EQ(Converted(Macs{u"a"}, OfEveryone(EmptyText::kIsMissing, BadMac::kLeftOut)),
+                      bNull ? std::optional(Slots{}) : std::nullopt)
+                << pcCall;
+            stWorld.Plan({});
+            EXPECT_EQ(stPlatform.astFaults.size(), bNull ? 0u : 1u);
+            stPlatform.astFaults.clear();
+        }
+    }
+}
+
+// Somebody is named still, and the others are left alone.
+TEST_F(MacArrays, LostElementsAmongOthersAreBadOnes) {
+    stWorld.Plan({Op::kAlloc, 2, false});
+    EXPECT_EQ(Converted(Macs{u"a", u"b"}, OfEveryone(EmptyText::kIsMissing, BadMac::kStaysEmpty)),
+              (Slots{"a", std::nullopt}));
+    stWorld.Plan({});
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
 TEST_F(MacArrays, LimitIsTheMethodsOwn) {
     EXPECT_EQ(Converted(Macs(8, u"m"), kPlain), Slots(8, "m"));
     EXPECT_EQ(Converted(Macs(9, u"m"), kPlain), std::nullopt);

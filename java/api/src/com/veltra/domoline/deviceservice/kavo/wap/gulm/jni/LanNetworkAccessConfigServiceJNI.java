@@ -67,8 +67,8 @@ public class LanNetworkAccessConfigServiceJNI {
      * @param asMacs up to 128 MAC addresses; one that is not on the list is no failure.
      *     {@code null}, and an array without any text in it, empty the list
      * @return 0 when the hosts are off the list, and also, with nothing done, when the filter's
-     *     mode is not the black list; -1 when there are more than 128, or when a process doesn't
-     *     answer or refuses
+     *     mode is not the black list; -1 when there are more than 128, when memory runs out before
+     *     any of them is known, or when a process doesn't answer or refuses
      */
     public native int deleteLANHostFromBlackList(String[] asMacs);
 
@@ -137,8 +137,8 @@ public class LanNetworkAccessConfigServiceJNI {
      * @param asMacs up to 8 MAC addresses; a host without a record is no failure. {@code
      *     null}, and an array without any text in it, stand for all hosts that have a record. An
      *     empty element beside one with text stands for the record with an empty MAC address
-     * @return 0 when the hosts have access; -1 when there are more than 8, or when a process
-     *     doesn't answer or refuses, be it while the MAC filter is read, the records, or when one
+     * @return 0 when the hosts have access; -1 when there are more than 8, when memory runs out
+     *     before any of them is known, or when a process doesn't answer or refuses, be it while the MAC filter is read, the records, or when one
      *     is changed
      */
     public native int deleteLANHostFromStorageBlackList(String[] asMacs);
