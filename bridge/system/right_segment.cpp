@@ -73,6 +73,22 @@ uint32_t FillAndRead(const SegmentKind &stKind, int32_t iShmId, const SegmentSiz
     return uiResult == 0 ? ReadFilled(iShmId, stSize, stText) : Fail(WAP_SPOT, uiResult, 0, stSize);
 }
 
+/// Makes the segment, or finds one that a killed virtual machine has left. Such a one may have
+/// become too small since, and would be in the way until the gateway's next start: it is removed,
+/// which nobody minds as long as the lock is held.
+int32_t MakeSegment(int32_t iKey, uint32_t uiBytes) {
+    const int32_t iShmId = VT_OS_ShmGet(iKey, uiBytes, kMakeFlags);
+    const int iError = errno;
+    if (iShmId < 0 && iError == EINVAL) {
+        const int32_t iLeft = VT_OS_ShmGet(iKey, 0, 0);
+        if (iLeft >= 0 && VT_OS_ShmCtl(iLeft, IPC_RMID, nullptr) == 0) {
+            return VT_OS_ShmGet(iKey, uiBytes, kMakeFlags);
+        }
+        errno = iError;
+    }
+    return iShmId;
+}
+
 }  // namespace
 
 uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, SecretBlock &stText) {
@@ -84,7 +100,7 @@ uint32_t ReadRightSegment(const SegmentKind &stKind, uint32_t uiCount, SecretBlo
     // The key is fixed: without the lock two readers would share one segment, and the first to end
     // would remove it under the other.
     const Locked stLocked(stKind.pstLock);
-    const int32_t iShmId = VT_OS_ShmGet(stKind.iKey, stSize.uiBytes, kMakeFlags);
+    const int32_t iShmId = MakeSegment(stKind.iKey, stSize.uiBytes);
     if (iShmId < 0) {
         return Fail(WAP_SPOT, kErrFailed, errno, stSize);
     }

@@ -29,6 +29,8 @@ class RightInfoTest : public ServiceTest {
         return "VT_OS_ShmGet " + std::to_string(stService.iKey) + " " + std::to_string(uiSize) +
                " " + std::to_string(kMakeFlags);
     }
+    /// The look for a segment of any size.
+    std::string Found() const { return "VT_OS_ShmGet " + std::to_string(stService.iKey) + " 0 0"; }
     /// The calls of the segment functions, in order.
     Calls ShmCalls() const {
         Calls asCalls;
@@ -174,22 +176,37 @@ TEST_P(RightInfoTest, AForgottenSegmentIsUsedAndRemoved) {
     EXPECT_EQ(stPlatform.stShm.mapSegments.count(iId), 0u);
 }
 
-// One that is too small can't be had and is nobody's to remove: it stays in the way, which the
-// fault log tells.
-TEST_P(RightInfoTest, AForgottenSegmentThatIsTooSmallIsAFailure) {
+// One that is too small, because accounts were added since, makes room for one that is not.
+TEST_P(RightInfoTest, AForgottenSegmentThatIsTooSmallIsReplaced) {
     const int32_t iId = VT_OS_ShmGet(stService.iKey, Size() - 1, kMakeFlags);
-    auto &mapSegments = stPlatform.stShm.mapSegments;
-    mapSegments.at(iId).sBytes.assign(Size() - 1, 'f');
     stPlatform.ClearRecords();
+    EXPECT_EQ(Get(), TextAnswerOf(stService.pcText));
+    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), Found(), "VT_OS_ShmCtl 0 0 null", Made(Size()),
+                                 "VT_OS_ShmAt 1 null 0", "VT_OS_ShmDt", "VT_OS_ShmCtl 1 0 null"}));
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+    EXPECT_EQ(stPlatform.stShm.mapSegments.count(iId), 0u);
+    ExpectAsked({CountRpc(), FillRpc(Size())});
+}
+
+TEST_P(RightInfoTest, AForgottenSegmentThatIsNotRemovedIsAFailure) {
+    (void)VT_OS_ShmGet(stService.iKey, Size() - 1, kMakeFlags);
+    stPlatform.ClearRecords();
+    stPlatform.mapStatus = {{"VT_OS_ShmCtl", EPERM}};
     EXPECT_EQ(Get(), TextAnswerOf(kFault));
-    EXPECT_EQ(ShmCalls(), Calls{Made(Size())});
+    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), Found(), "VT_OS_ShmCtl 0 0 null"}));
     EXPECT_EQ(FaultCodes(stPlatform), (Codes{kMinusOne, kMinusOne}));
     EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EINVAL, stService.uiAccounts, Size()}), 1u);
     EXPECT_EQ(Recorded(kQueryFile, kMinusOne), 1u);
     ExpectAsked({CountRpc()});
-    ASSERT_EQ(mapSegments.count(iId), 1u);
-    EXPECT_EQ(mapSegments.at(iId).sBytes, std::string(Size() - 1, 'f'));
-    mapSegments.clear();
+}
+
+// A size that no segment can have is refused with the same error, and then none is in the way.
+TEST_P(RightInfoTest, ASizeThatIsRefusedIsAFailure) {
+    stPlatform.mapStatus = {{"VT_OS_ShmGet", EINVAL}};
+    EXPECT_EQ(Get(), TextAnswerOf(kFault));
+    EXPECT_EQ(ShmCalls(), (Calls{Made(Size()), Found()}));
+    EXPECT_EQ(Recorded(kSegmentFile, kMinusOne, {EINVAL, stService.uiAccounts, Size()}), 1u);
+    ExpectAsked({CountRpc()});
 }
 
 TEST_P(RightInfoTest, TheWorkerHasASegmentOfThatSizeFilled) {
