@@ -103,6 +103,12 @@ std::optional<std::string> ReadTextFile(const std::string &acPath) {
 }
 
 void WriteTextFile(const std::string &acPath, std::string_view pcText) {
+    // Opened before anything is done: behind the rename nothing may fail any more.
+    const std::string acFolder = FolderOf(acPath);
+    const FileDescriptor stFolder(open(acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (stFolder.Get() < 0) {
+        Fail("open", acFolder);
+    }
     const std::string acTemp = acPath + "." + std::to_string(getpid()) + std::string(kTemporaryEnd);
     FileDescriptor stFile(open(acTemp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
     if (stFile.Get() < 0) {
@@ -117,10 +123,11 @@ void WriteTextFile(const std::string &acPath, std::string_view pcText) {
         Fail("replace", acPath);
     }
     stTemp.Keep();
-    const std::string acFolder = FolderOf(acPath);
-    FileDescriptor stFolder(open(acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (stFolder.Get() < 0 || fsync(stFolder.Get()) != 0) {
-        Fail("flush", acFolder);
+    if (fsync(stFolder.Get()) != 0) {
+        const int iErrno = errno;
+        fprintf(stderr,
+                "%s is written, but may be the old one after a crash: cannot flush %s: %s\n",
+                acPath.c_str(), acFolder.c_str(), ErrnoText(iErrno).c_str());
     }
 }
 

@@ -202,7 +202,7 @@ json_object *HomeChange::At(std::string_view pcPath) const {
 }
 
 void HomeChange::Commit() {
-    // On disk first: when that fails, the values stay what they are there.
+    // On disk first: when that fails, the values stay what they are, there and here.
     Store(m_stRoot.get(), m_stHome.m_acStateFile);
     m_stHome.m_stRoot = std::move(m_stRoot);
 }

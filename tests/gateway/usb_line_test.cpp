@@ -10,15 +10,12 @@
 #include <chrono>
 
 #include "gateway_fixture.h"
+#include "usb_rpcs.h"
 
 namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kOpen = 0x4710303F;
-constexpr uint32_t kRegister = 0x47103041;
-constexpr uint32_t kLock = 0x47103043;
-constexpr uint32_t kUnlock = 0x47103044;
 constexpr uint32_t kModem = 1;
 constexpr uint32_t kEcho = 2;
 

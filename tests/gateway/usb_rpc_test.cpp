@@ -4,17 +4,14 @@
 #include <unistd.h>
 
 #include "other_process.h"
+#include "usb_rpcs.h"
 #include "vt_ssp_host.h"
 
 namespace wap::test {
 
 namespace {
 
-constexpr uint32_t kOpen = 0x4710303F;
-constexpr uint32_t kRegister = 0x47103041;
 constexpr uint32_t kUnregister = 0x47103042;
-constexpr uint32_t kLock = 0x47103043;
-constexpr uint32_t kUnlock = 0x47103044;
 constexpr uint32_t kDiscInfo = 0x47103067;
 
 constexpr uint32_t kBusy = 0xF710403D;
