@@ -136,10 +136,16 @@ uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *p
         uint32_t uiReplyLength = 0;
         const uint32_t uiStatus = stSelf.Serve(*pstCall, uiReplyLength);
         *puiRspLen = uiReplyLength;
+        if (uiStatus != 0) {
+            // A failure names nothing: whoever gets it reads no block.
+            FreePublished();
+        }
         return uiStatus;
     } catch (const std::bad_alloc &) {
+        FreePublished();
         return VT_HOST_ERR_MEMORY;
     } catch (const std::exception &stError) {
+        FreePublished();
         fprintf(stderr, "%s: RPC 0x%08X failed: %s\n", stSelf.m_stInfo.pcName, pstCall->uiRpcId,
                 stError.what());
         return VT_HOST_ERR_DATA;
@@ -184,7 +190,11 @@ uint32_t Process::ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
             return 0;
         case FaultKind::kTruncate:
             uiStatus = ServeRpc(stCall, uiReplyLength);
-            uiReplyLength = std::min(uiReplyLength, stFault.uiValue);
+            if (uiReplyLength > stFault.uiValue) {
+                uiReplyLength = stFault.uiValue;
+                // The reader may not learn which block it was to read.
+                FreePublished();
+            }
             return uiStatus;
         case FaultKind::kNone:
             break;

@@ -38,12 +38,18 @@ class TrafficTest : public GatewayTest {
     static uint32_t Monitor(bool bAdd, const std::string &acBundle, const std::string &acList) {
         return Status(bAdd ? 0x48304173 : 0x48304174, Block(acList + '\0') + Field(acBundle, 256));
     }
+    /// The files of the blocks that there are; the folder is there since there was one.
+    std::string Blocks() const {
+        const Outcome stList = Run({"ls", m_acDir + "/vdata"});
+        EXPECT_EQ(stList.iExit, 0) << stList.acErr;
+        return stList.acOut;
+    }
     /// Bundles and addresses, and the registry's text.
     static std::string Registry() {
         const RpcReply stReply = Ask(0x483041A5, Word(0), 20);
         EXPECT_EQ(stReply.uiStatus, 0u);
-        const std::string acCounts = std::to_string(WordAt(stReply.acBytes, 0)) + " " +
-                                     std::to_string(WordAt(stReply.acBytes, 4)) + " ";
+        std::string acCounts = std::to_string(WordAt(stReply.acBytes, 0)) + " " +
+                               std::to_string(WordAt(stReply.acBytes, 4)) + " ";
         if (WordAt(stReply.acBytes, 12) == 0) {
             return acCounts;
         }
@@ -192,6 +198,31 @@ TEST_F(TrafficTest, RegistryHasRoomFor64Bundles) {
     EXPECT_TRUE(Registry().starts_with("64 65 b1["));
     EXPECT_EQ(Monitor(false, "b1", "10.0.0.1"), 0u);
     EXPECT_EQ(Monitor(true, "b65", "10.0.0.1"), 0u);
+}
+
+// Of a reply that is cut in the descriptor, the reader may not learn which block it was to free.
+TEST_F(TrafficTest, RepliesThatAreCutLeaveNoBlocks) {
+    EXPECT_EQ(Monitor(true, "a", "10.0.0.1"), 0u);
+    EXPECT_EQ(Status(0x48304195, ForwardRule("a")), 0u);
+    const struct {
+        const char *pcRpc;
+        uint32_t uiRpcId;
+        uint32_t uiLength;
+    } astReplies[] = {{"0x483041A5", 0x483041A5, 20}, {"0x48304197", 0x48304197, 16}};
+    for (const auto &stReply : astReplies) {
+        for (const uint32_t uiBytes : {5u, stReply.uiLength - 1}) {
+            CtlOk({"fault", "gulm", stReply.pcRpc, "--truncate", std::to_string(uiBytes), "--times",
+                   "1"});
+            EXPECT_EQ(Ask(stReply.uiRpcId, Word(0), stReply.uiLength).uiStatus, 0u);
+            EXPECT_EQ(Blocks(), "") << stReply.pcRpc << " " << uiBytes;
+        }
+        // A reply that is short enough is not cut.
+        CtlOk({"fault", "gulm", stReply.pcRpc, "--truncate", std::to_string(stReply.uiLength),
+               "--times", "1"});
+        EXPECT_NE(BlockOf(Ask(stReply.uiRpcId, Word(0), stReply.uiLength), stReply.uiLength - 12),
+                  "");
+        EXPECT_EQ(Blocks(), "");
+    }
 }
 
 TEST_F(TrafficTest, AppMTakesNoteOfChanges) {
