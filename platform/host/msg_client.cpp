@@ -14,8 +14,6 @@
 namespace wap::host {
 namespace {
 
-constexpr uint32_t kAsyncTimeoutMs = 5000;
-
 /** One thread's connections. Few receivers exist, so a short array is all it takes. */
 class Connections {
   public:
@@ -240,5 +238,5 @@ uint32_t VT_MSG_AsyncSendData(const char *pcRcvApp, uint32_t uiMsgType, const vo
     const char *pcSelf = VT_MSG_GetCurProcName();
     memcpy(stFrame.stHead.acSndApp, pcSelf, strlen(pcSelf));
     memcpy(stFrame.stHead.acRcvApp, pcRcvApp, strlen(pcRcvApp));
-    return Exchange(pcRcvApp, stFrame, pvData, nullptr, wap::host::kAsyncTimeoutMs);
+    return Exchange(pcRcvApp, stFrame, pvData, nullptr, VT_HOST_ASYNC_TIMEOUT_MS);
 }

@@ -476,7 +476,7 @@ uint32_t VT_HOST_Serve(VtHostHandler pfnHandler, void *pvContext) {
 }
 
 uint32_t VT_HOST_OnLostReply(VtHostLostReply pfnLost) {
-    return TheService().OnLostReply(pfnLost);
+    return t_bServiceThread ? VT_HOST_ERR_STATE : TheService().OnLostReply(pfnLost);
 }
 
 uint32_t VT_HOST_Stop(void) {

@@ -64,6 +64,10 @@ extern "C" {
 /** The longest request or reply of one RPC and the longest asynchronous message, in bytes. */
 #define VT_HOST_MAX_PAYLOAD 131072u
 
+/** How long VT_MSG_AsyncSendData waits at most, in milliseconds, for the receiver to take the
+ *  message into its queue. That is at once, unless the receiver is stopped. */
+#define VT_HOST_ASYNC_TIMEOUT_MS 5000u
+
 /** A reply's length that means: send no reply at all; the caller runs into its time-out. No status
  *  means that, because each of them may be some process's answer. */
 #define VT_HOST_NO_REPLY 0xFFFFFFFFu
@@ -112,9 +116,11 @@ typedef void (*VtHostLostReply)(void *pvContext);
  * Says who hears of replies that cannot be sent, because the caller has given up waiting or has
  * ended. What such a reply hands over, such as a bulk block, is then the sender's again. Of a reply
  * that was sent and that the caller did not come to read, nobody hears.
+ * A reply that is lost just now may still be told to who heard of them before, also when this has
+ * returned; VT_HOST_Stop waits for that.
  * @param pfnLost called on the thread of the call; null for nobody, as it is at first and after
  *                VT_HOST_Stop
- * @return 0; VT_HOST_ERR_STATE when VT_HOST_Serve was not called
+ * @return 0; VT_HOST_ERR_STATE when VT_HOST_Serve was not called, or when called by a handler
  */
 uint32_t VT_HOST_OnLostReply(VtHostLostReply pfnLost);
 

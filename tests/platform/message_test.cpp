@@ -196,6 +196,12 @@ TEST_F(Calls, AHandlerCannotStopItsOwnService) {
     EXPECT_EQ(Word(VT_HOST_ERR_STATE), strRsp);
 }
 
+TEST_F(Calls, AHandlerCannotSayWhoHearsOfLostReplies) {
+    std::string strRsp(4, '#');
+    EXPECT_EQ(0u, Call("echo", kTryHear, "", strRsp));
+    EXPECT_EQ(Word(VT_HOST_ERR_STATE), strRsp);
+}
+
 TEST_F(Calls, OfManyThreadsRunAtOnce) {
     constexpr int kThreads = 8;
     std::vector<std::thread> astThreads;

@@ -87,8 +87,10 @@ uint32_t TestHandler(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRs
             memcpy(pucRsp, &pstCall->uiDstMid, 4);
             *puiRspLen = 4;
             return 0;
-        case kTryStop: {
-            uint32_t uiResult = VT_HOST_Stop();
+        case kTryStop:
+        case kTryHear: {
+            uint32_t uiResult =
+                pstCall->uiRpcId == kTryStop ? VT_HOST_Stop() : VT_HOST_OnLostReply(nullptr);
             memcpy(pucRsp, &uiResult, 4);
             *puiRspLen = 4;
             return 0;

@@ -46,6 +46,7 @@ enum TestRpc : uint32_t {
     kMid = 9,      /**< replies the destination module */
     kTryStop = 10, /**< calls VT_HOST_Stop, replies its result */
     kCaller = 11,  /**< replies the caller's process id, as a word */
+    kTryHear = 12, /**< calls VT_HOST_OnLostReply for nobody, replies its result */
 };
 
 /** A handler for tests. The context, if any, is a uint32_t atomic that counts the calls. */
