@@ -9,6 +9,8 @@
 #include <locale.h>
 #include <string.h>
 
+#include "common/json_plain.h"
+
 namespace wap {
 
 namespace {
@@ -51,7 +53,29 @@ class PlainLocale {
 #endif
 };
 
-/// A tokener that survives a lack of memory, which json-c's own does not in three places:
+/// json-c's tokener.
+class OwnTokener {
+  public:
+    explicit OwnTokener(Grammar eGrammar) : m_pstTokener(json_tokener_new()) {
+        if (m_pstTokener != nullptr && eGrammar == Grammar::kStrict) {
+            json_tokener_set_flags(m_pstTokener, JSON_TOKENER_STRICT);
+        }
+    }
+    OwnTokener(const OwnTokener &) = delete;
+    OwnTokener &operator=(const OwnTokener &) = delete;
+    ~OwnTokener() {
+        if (m_pstTokener != nullptr) {
+            json_tokener_free(m_pstTokener);
+        }
+    }
+    json_tokener *Lend() const { return m_pstTokener; }
+    explicit operator bool() const { return m_pstTokener != nullptr; }
+
+  private:
+    json_tokener *m_pstTokener;
+};
+
+/// Parses so that a lack of memory is survived, which json-c's tokener does not in three places:
 /// - What it collects of a text is cut when its buffer can't grow. So the buffer is made large
 ///   enough for the whole text before; that way it also leaves no copies behind.
 /// - A member name that it could not copy makes it crash when the value has been read. So it is fed
@@ -64,25 +88,16 @@ class PlainLocale {
 /// alone: json-c offers no other way.
 class Tokener {
   public:
-    Tokener(Grammar eGrammar, Secrecy eSecrecy)
-        : m_pstTokener(json_tokener_new()), m_eSecrecy(eSecrecy) {
-        if (m_pstTokener != nullptr && eGrammar == Grammar::kStrict) {
-            json_tokener_set_flags(m_pstTokener, JSON_TOKENER_STRICT);
-        }
-    }
+    Tokener(const OwnTokener &stTokener, Secrecy eSecrecy)
+        : m_pstTokener(stTokener.Lend()), m_eSecrecy(eSecrecy) {}
     Tokener(const Tokener &) = delete;
     Tokener &operator=(const Tokener &) = delete;
     ~Tokener() {
-        if (m_pstTokener == nullptr) {
-            return;
-        }
         if (m_eSecrecy == Secrecy::kSecret) {
             WipeRemains();
         }
-        json_tokener_free(m_pstTokener);
         LetGo();
     }
-    explicit operator bool() const { return m_pstTokener != nullptr; }
 
     json_object *Parse(const char *pcText) {
         json_object *pstRoot = MakeRoom(strlen(pcText)) ? ParseByStops(pcText) : nullptr;
@@ -91,7 +106,6 @@ class Tokener {
         }
         return pstRoot;
     }
-    json_tokener_error Error() const { return json_tokener_get_error(m_pstTokener); }
 
   private:
     bool MakeRoom(size_t ulLength) {
@@ -108,7 +122,7 @@ class Tokener {
         for (const char *pcStop = FindStop(pcAt); *pcStop != '\0'; pcStop = FindStop(pcAt)) {
             const auto iLength = static_cast<int>(pcStop + 1 - pcAt);
             json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
-            if (Error() != json_tokener_continue) {
+            if (json_tokener_get_error(m_pstTokener) != json_tokener_continue) {
                 // Strictly, nothing can end at a colon or comma that is not in a text.
                 return IsStrict() ? Refuse(pstRoot) : RefuseInner(pstRoot);
             }
@@ -240,22 +254,20 @@ json_object *ParseJson(SourceSpot stSpot, const char *pcText, Grammar eGrammar, 
         RecordFault(stSpot, kJsonErrNull);
         return nullptr;
     }
-    // The tokener's parts are where this library's build found them in the same version only.
-    if (json_c_version_num() != JSON_C_VERSION_NUM) {
-        RecordFault(stSpot, kJsonErrNull, static_cast<uint32_t>(json_c_version_num()),
-                    JSON_C_VERSION_NUM);
-        return nullptr;
-    }
     // cppcheck-suppress unassignedVariable ; what it does, it does while it is there
     const PlainLocale stLocale;
-    Tokener stTokener(eGrammar, eSecrecy);
+    const OwnTokener stTokener(eGrammar);
     if (!stLocale || !stTokener) {
         RecordFault(stSpot, kJsonErrNull);
         return nullptr;
     }
-    json_object *pstRoot = stTokener.Parse(pcText);
+    // The tokener's parts are where this library's build found them in the same version only.
+    json_object *pstRoot = json_c_version_num() == JSON_C_VERSION_NUM
+                               ? Tokener(stTokener, eSecrecy).Parse(pcText)
+                               : ParsePlainly(stTokener.Lend(), pcText, eSecrecy);
     if (pstRoot == nullptr) {
-        RecordFault(stSpot, kJsonErrObject, static_cast<uint32_t>(stTokener.Error()));
+        RecordFault(stSpot, kJsonErrObject,
+                    static_cast<uint32_t>(json_tokener_get_error(stTokener.Lend())));
     }
     return pstRoot;
 }
