@@ -70,7 +70,7 @@ uint32_t FreeNumber(json_object *pstList, const char *pcKey) {
         setTaken.insert(GetNumber(pstElement, pcKey).value_or(0));
     }
     uint32_t uiFree = 1;
-    while (setTaken.count(uiFree) != 0) {
+    while (setTaken.contains(uiFree)) {
         ++uiFree;
     }
     return uiFree;
