@@ -60,7 +60,7 @@ uint32_t MsgQueue::Push(const RpcMsgHead &stHead, uint32_t uiMsgType, const void
 
 uint32_t MsgQueue::SetProcedure(uint32_t uiMid, Procedure pfnProc) {
     std::lock_guard<std::mutex> stGuard(stMutex);
-    if (mapProcedures.size() >= kMaxProcedures && mapProcedures.count(uiMid) == 0) {
+    if (mapProcedures.size() >= kMaxProcedures && !mapProcedures.contains(uiMid)) {
         return VT_HOST_ERR_FULL;
     }
     try {
