@@ -3,7 +3,6 @@
 #include <vt_ssp_basic.h>
 
 #include "common/bulk_text.h"
-#include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/owners.h"
 #include "records/word_request.h"
@@ -39,23 +38,17 @@ uint32_t FetchDiagResult(SourceSpot stSpot, const GeneralRoute &stRoute, const c
         return uiResult;
     }
     if (stReply.uiStatus != 0) {
+        // A failure names no block, so what stands there as an id is none to be freed.
         return TellStatus(stSpot, stReply.uiStatus, ppcText);
     }
-    TraceDesc(stSpot, stReply.stText);
-    BulkBlock stBlock;
-    uiResult = stBlock.Make(stReply.stText);
-    const char *pcText = stBlock.LendText();
-    if (uiResult == 0 && HasNoText(pcText)) {
-        uiResult = kErrFailed;
-    }
-    if (Recorded(stSpot, uiResult, stReply.stText.uiDataID) != 0) {
+    uiResult = ReadBulkText(stSpot, stReply.stText, EmptyText::kIsMissing, ppcText);
+    if (uiResult != 0) {
         return uiResult;
     }
     VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "%s buf len:%u\r\n",
-                       pcWorker, VT_OS_StrLen(pcText));
+                       pcWorker, VT_OS_StrLen(*ppcText));
     VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "%s buf :%s\r\n", pcWorker,
-                       pcText);
-    *ppcText = static_cast<char *>(stBlock.Release());
+                       *ppcText);
     return 0;
 }
 

@@ -26,6 +26,12 @@ jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, cha
     return char2jstring(pstEnv, pcText);
 }
 
+jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, HeapTextWorker pfnWorker) {
+    char *pcText = nullptr;
+    const uint32_t uiResult = pfnWorker(&pcText);
+    return HeapTextAnswer(pstEnv, stSpot, uiResult, pcText);
+}
+
 jstring ShortFaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult) {
     RecordFault(stSpot, uiResult);
     char acText[] = "{ \"Result\": -1 }";
@@ -42,6 +48,12 @@ jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, ch
     PlatformBlock stText;
     stText.Adopt(pcText);
     return ShortFaultAnswer(pstEnv, stSpot, uiResult != 0 ? uiResult : kErrFailed);
+}
+
+jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, HeapTextWorker pfnWorker) {
+    char *pcText = nullptr;
+    const uint32_t uiResult = pfnWorker(&pcText);
+    return HeapTextOrFault(pstEnv, stSpot, uiResult, pcText);
 }
 
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber) {

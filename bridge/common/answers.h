@@ -74,6 +74,13 @@ jstring TextOrEmpty(JNIEnv *pstEnv, const char *pcText);
 /// failed.
 jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);
 
+/// A worker that gives a heap text, released with VT_OS_MemFreeD by the caller, and returns 0 or a
+/// code.
+using HeapTextWorker = uint32_t (*)(char **ppcText);
+
+/// The same for a worker that takes no argument, which is called.
+jstring HeapTextAnswer(JNIEnv *pstEnv, SourceSpot stSpot, HeapTextWorker pfnWorker);
+
 /**
  * The fault object of the queries about traffic: there is room for codes of two characters, and any
  * other is told as -1. It is there also when memory runs out.
@@ -83,6 +90,9 @@ jstring ShortFaultAnswer(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult);
 
 /// As HeapTextAnswer, with a short fault object when the worker failed.
 jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, uint32_t uiResult, char *pcText);
+
+/// The same for a worker that takes no argument, which is called.
+jstring HeapTextOrFault(JNIEnv *pstEnv, SourceSpot stSpot, HeapTextWorker pfnWorker);
 
 /// A worker's number, with -1 recorded: the entries of the rates and other plain numbers.
 jint NumberAnswer(SourceSpot stSpot, uint32_t uiNumber);

@@ -19,18 +19,14 @@ void TraceDesc(SourceSpot stSpot, const VDataDesc &stDesc, DescTrace eTrace) {
     }
 }
 
-uint32_t FetchBulkText(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
-                       uint32_t uiReqLen, char **ppcText, DescTrace eTrace) {
-    *ppcText = nullptr;
-    VDataDesc stDesc = {};
-    uint32_t uiResult = AskBytes(stRoute, pvReq, uiReqLen, stDesc);
-    if (Recorded(stSpot, uiResult) != 0) {
-        return uiResult;
-    }
+uint32_t ReadBulkText(SourceSpot stSpot, const VDataDesc &stDesc, EmptyText eEmpty, char **ppcText,
+                      DescTrace eTrace) {
     TraceDesc(stSpot, stDesc, eTrace);
     BulkBlock stBlock;
-    uiResult = stBlock.Make(stDesc);
-    if (uiResult == 0 && stBlock.LendText() == nullptr) {
+    uint32_t uiResult = stBlock.Make(stDesc);
+    const char *pcText = stBlock.LendText();
+    if (uiResult == 0 &&
+        (pcText == nullptr || (pcText[0] == '\0' && eEmpty == EmptyText::kIsMissing))) {
         uiResult = kErrFailed;
     }
     if (Recorded(stSpot, uiResult, stDesc.uiDataID) != 0) {
@@ -38,6 +34,17 @@ uint32_t FetchBulkText(SourceSpot stSpot, const GeneralRoute &stRoute, const voi
     }
     *ppcText = static_cast<char *>(stBlock.Release());
     return 0;
+}
+
+uint32_t FetchBulkText(SourceSpot stSpot, const GeneralRoute &stRoute, const void *pvReq,
+                       uint32_t uiReqLen, char **ppcText, DescTrace eTrace) {
+    *ppcText = nullptr;
+    VDataDesc stDesc = {};
+    const uint32_t uiResult = AskBytes(stRoute, pvReq, uiReqLen, stDesc);
+    if (Recorded(stSpot, uiResult) != 0) {
+        return uiResult;
+    }
+    return ReadBulkText(stSpot, stDesc, EmptyText::kCounts, ppcText, eTrace);
 }
 
 }  // namespace wap

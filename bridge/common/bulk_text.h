@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 
+#include "common/jni_base.h"
 #include "common/report.h"
 #include "common/requests.h"
 
@@ -15,6 +16,17 @@ enum class DescTrace { kUnsigned, kSigned };
 
 /// Traces a received descriptor under a call site.
 void TraceDesc(SourceSpot stSpot, const VDataDesc &stDesc, DescTrace eTrace = DescTrace::kUnsigned);
+
+/**
+ * Traces a received descriptor and fetches the text that it names.
+ * @param eEmpty  whether an empty text is one
+ * @param ppcText receives the text as the process wrote it, released with VT_OS_MemFreeD by the
+ *                caller; success only
+ * @return 0; the code of the read, recorded; kErrFailed, recorded, for a block that holds no text
+ *         or in which none ends
+ */
+uint32_t ReadBulkText(SourceSpot stSpot, const VDataDesc &stDesc, EmptyText eEmpty, char **ppcText,
+                      DescTrace eTrace = DescTrace::kUnsigned);
 
 /**
  * Asks for a descriptor, traces it, and fetches the text that it names.

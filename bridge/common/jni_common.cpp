@@ -114,6 +114,19 @@ uint32_t wap::AddItems(json_object *pstObj, const JsonItem *pstItems, uint32_t u
     return uiFailed;
 }
 
+PrintedText wap::PrintInto(json_object *pstValue, char *pcOut, uint32_t uiOutCap) {
+    const char *pcText = JNI_JSON_ObjToJsonString(pstValue);
+    if (HasNoText(pcText)) {
+        return {nullptr, 0, false};
+    }
+    const uint32_t uiLength = VT_OS_StrLen(pcText);
+    const bool bFits = pcOut != nullptr && uiLength < uiOutCap;
+    if (bFits) {
+        memcpy(pcOut, pcText, uiLength + 1);
+    }
+    return {pcText, uiLength, bFits};
+}
+
 void VT_JNI_COMMON_Json_Obj_AddItems(json_object *pstObj, const JsonItem *pstItems,
                                      uint32_t uiCount) {
     (void)AddItems(pstObj, pstItems, uiCount);
@@ -138,16 +151,11 @@ uint32_t wap::Compose(const JsonItem *pstItems, uint32_t uiCount, char *pcOut, u
     if (uiFailed != 0 && eCompleteness == Completeness::kWhole) {
         return Recorded(WAP_SPOT, 1, uiFailed);
     }
-    const char *pcText = JNI_JSON_ObjToJsonString(stRoot.Lend());
-    if (pcText == nullptr) {
+    const PrintedText stText = PrintInto(stRoot.Lend(), pcOut, uiOutCap);
+    if (stText.pcText == nullptr) {
         return Recorded(WAP_SPOT, 1);
     }
-    const size_t ulLength = strlen(pcText);
-    if (pcOut == nullptr || ulLength >= uiOutCap) {
-        return Recorded(WAP_SPOT, 1, uiOutCap, static_cast<uint32_t>(ulLength));
-    }
-    memcpy(pcOut, pcText, ulLength + 1);
-    return 0;
+    return stText.bCopied ? 0 : Recorded(WAP_SPOT, 1, uiOutCap, stText.uiLength);
 }
 
 jstring OSGI_JNI_FaultStrBuild(JNIEnv *pstEnv, int32_t iResult) {

@@ -81,6 +81,16 @@ static_assert(offsetof(JsonItem, ulValue) == sizeof(void *));
 static_assert(offsetof(JsonItem, uiType) == 2 * sizeof(void *));
 static_assert(offsetof(JsonItem, uiPolicy) == 2 * sizeof(void *) + 4);
 
+/// The text of a JSON value, and what became of it.
+struct PrintedText {
+    const char *pcText;  ///< the value's own, for as long as it lives; null when there is none
+    uint32_t uiLength;
+    bool bCopied;
+};
+
+/// Prints a value into a buffer: all of its text and a zero, or nothing.
+PrintedText PrintInto(json_object *pstValue, char *pcOut, uint32_t uiOutCap);
+
 /// The pointer that an item carries in its value word.
 template <class Pointer>
 Pointer PointerIn(uintptr_t ulValue) {

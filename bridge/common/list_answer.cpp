@@ -1,5 +1,7 @@
 #include "common/list_answer.h"
 
+#include <string.h>
+
 namespace wap {
 
 namespace {
@@ -57,6 +59,18 @@ uint32_t ComposeListInto(SourceSpot stSpot, JsonValue &stList, char *pcOut, uint
         (void)stList.Release();
     }
     return Recorded(stSpot, uiResult, uiOutCap);
+}
+
+uint32_t GiveFixed(SourceSpot stSpot, std::string_view stAnswer, uint32_t uiFailure,
+                   char **ppcText) {
+    const auto uiSize = static_cast<uint32_t>(stAnswer.size()) + 1;
+    PlatformBlock stText;
+    if (!stText.Make(uiSize, stSpot)) {
+        return Recorded(stSpot, uiFailure, uiSize);
+    }
+    memcpy(stText.Lend(), stAnswer.data(), stAnswer.size());
+    *ppcText = static_cast<char *>(stText.Release());
+    return 0;
 }
 
 uint32_t ComposeList(SourceSpot stSpot, const char *pcWorker, JsonValue &stList, uint32_t uiCap,

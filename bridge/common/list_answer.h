@@ -5,6 +5,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include <string_view>
+
 #include "common/jni_common.h"
 #include "common/owners.h"
 #include "common/report.h"
@@ -51,6 +53,14 @@ template <size_t kItems>
  *         it does not fit
  */
 uint32_t ComposeListInto(SourceSpot stSpot, JsonValue &stList, char *pcOut, uint32_t uiOutCap);
+
+/**
+ * Gives a fixed text for an answer, in a block of its own.
+ * @param uiFailure the code when memory runs out, recorded with the block's size
+ * @param ppcText   receives the answer, released with VT_OS_MemFreeD by the caller; success only
+ */
+uint32_t GiveFixed(SourceSpot stSpot, std::string_view stAnswer, uint32_t uiFailure,
+                   char **ppcText);
 
 /**
  * Composes the answer in a block of its own.

@@ -247,8 +247,8 @@ class BulkBlock {
     uint32_t m_uiLen = 0;
 };
 
-/// Frees the block that a reply names although it has nothing to read: nobody else does. That there
-/// is none is no failure.
+/// Frees the block that a reply of success names although it has nothing to read: who asked owns
+/// it, and nobody else frees it. That there is none is no failure.
 inline void FreeUnread(uint32_t uiDataID) {
     if (uiDataID != 0) {
         (void)VT_VDATA_FreeShm(uiDataID);

@@ -3,6 +3,7 @@
 #include "common/bulk_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
+#include "common/list_answer.h"
 #include "common/owners.h"
 #include "common/report.h"
 #include "common/requests.h"
@@ -27,7 +28,7 @@ constexpr uint32_t kHostNameMax = 64;
 constexpr uint32_t kNameTooLong = 0xFFFFFFFE;
 
 /// The blank before the last brace is deliberate: the Java side expects this very text.
-constexpr char kNoHostsAnswer[] = "{\"Result\":-1,\"List\":[] }";
+constexpr std::string_view kNoHostsAnswer = "{\"Result\":-1,\"List\":[] }";
 
 /// Makes the place for a text empty; false, recorded, when there is none.
 bool HasPlace(SourceSpot stSpot, char **ppcText) {
@@ -73,18 +74,6 @@ uint32_t FetchHostsOf(SourceSpot stSpot, const GeneralRoute &stRoute, const char
     return FetchBulkText(stSpot, stRoute, &stRequest, sizeof(stRequest), ppcText);
 }
 
-/// The answer without hosts, as a new heap text; 1, recorded, when there is no memory for it.
-uint32_t AnswerNoHosts(char **ppcText) {
-    PlatformBlock stText;
-    if (!stText.Make(sizeof(kNoHostsAnswer), WAP_SPOT) ||
-        VT_OS_MemCpy_S(stText.Lend(), sizeof(kNoHostsAnswer), kNoHostsAnswer,
-                       sizeof(kNoHostsAnswer)) != 0) {
-        return Recorded(WAP_SPOT, 1, static_cast<uint32_t>(sizeof(kNoHostsAnswer)));
-    }
-    *ppcText = static_cast<char *>(stText.Release());
-    return 0;
-}
-
 /// Records why a name is not taken.
 uint32_t Refuse(SourceSpot stSpot, uint32_t uiResult, uint32_t uiLength) {
     RecordFault(stSpot, 1, uiLength);
@@ -100,7 +89,7 @@ uint32_t VT_JNI_getLANHostInfoByMAC(const char *const *ppcMacs, uint32_t uiCount
     const uint32_t uiResult =
         FetchHosts(WAP_SPOT, kAskByMac, ppcMacs, uiCount, ppcText, DescTrace::kUnsigned);
     // A list without hosts instead of a failure: this query alone does so, and callers rely on it.
-    return uiResult == 0 ? 0 : AnswerNoHosts(ppcText);
+    return uiResult == 0 ? 0 : GiveFixed(WAP_SPOT, kNoHostsAnswer, 1, ppcText);
 }
 
 uint32_t VT_JNI_getLANHostStats(const char *const *ppcMacs, uint32_t uiCount, char **ppcText) {

@@ -104,15 +104,13 @@ uint32_t RenderNames(SourceSpot stSpot, const RuntimeNames &stNames, int32_t iRe
         return Recorded(stSpot, uiResult);
     }
     const JsonValue stObj(pstObj);
-    const char *pcText = JNI_JSON_ObjToJsonString(stObj.Lend());
-    if (HasNoText(pcText)) {
+    const PrintedText stText = PrintInto(stObj.Lend(), pcBuf, uiCap);
+    if (stText.pcText == nullptr) {
         return Recorded(stSpot, 1);
     }
-    const uint32_t uiLength = VT_OS_StrLen(pcText);
-    if (uiLength >= uiCap) {
-        return Recorded(stSpot, kErrTooLong, uiCap, uiLength);
+    if (!stText.bCopied) {
+        return Recorded(stSpot, kErrTooLong, uiCap, stText.uiLength);
     }
-    memcpy(pcBuf, pcText, uiLength + 1);
     VT_PROC_DBG_TraceS(kTraceEntries, stSpot.pcFile, stSpot.uiLine, 0, "pcOutBuffer:%s\r\n", pcBuf);
     return 0;
 }

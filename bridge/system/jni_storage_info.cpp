@@ -1,6 +1,5 @@
 #include "system/jni_storage_info.h"
 
-#include <string.h>
 #include <sys/vfs.h>
 #include <vt_ssp_basic.h>
 
@@ -62,20 +61,6 @@ void AppendVolume(json_object *pstList, const DiscVolume &stVolume, uint32_t uiI
     }
 }
 
-/// Hands over the text of the answer; all of it, or nothing.
-uint32_t PrintInto(json_object *pstRoot, char *pcBuf, uint32_t uiSize) {
-    const char *pcText = JNI_JSON_ObjToJsonString(pstRoot);
-    if (HasNoText(pcText)) {
-        return Recorded(WAP_SPOT, kErrFailed);
-    }
-    WAP_TRACE(kTraceEntries, "pcJsonStr:%s\r\n", pcText);
-    const uint32_t uiLength = VT_OS_StrLen(pcText);
-    if (uiLength >= uiSize) {
-        return Recorded(WAP_SPOT, kErrTooLong, uiLength, uiSize);
-    }
-    return Recorded(WAP_SPOT, VT_OS_StrNCpy_S(pcBuf, uiSize, pcText, uiLength), uiLength, uiSize);
-}
-
 }  // namespace
 
 uint32_t VT_KAVO_JNI_GetStorageInfo(char *pcBuf, uint32_t uiSize) {
@@ -105,7 +90,12 @@ uint32_t VT_KAVO_JNI_GetStorageInfo(char *pcBuf, uint32_t uiSize) {
         return Recorded(WAP_SPOT, kErrFailed);
     }
     (void)stList.Release();
-    return PrintInto(stRoot.Lend(), pcBuf, uiSize);
+    const PrintedText stText = PrintInto(stRoot.Lend(), pcBuf, uiSize);
+    if (stText.pcText == nullptr) {
+        return Recorded(WAP_SPOT, kErrFailed);
+    }
+    WAP_TRACE(kTraceEntries, "pcJsonStr:%s\r\n", stText.pcText);
+    return stText.bCopied ? 0 : Recorded(WAP_SPOT, kErrTooLong, stText.uiLength, uiSize);
 }
 
 uint32_t VT_KAVO_JNI_GetDiscInfo(DiscInfoReply *pstReply) {

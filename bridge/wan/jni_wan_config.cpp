@@ -44,24 +44,6 @@ bool IsConType(const char *pcConType) {
     return false;
 }
 
-/// The settings of one connection in a block of their own, wiped when it goes.
-class Settings {
-  public:
-    Settings() = default;
-    Settings(const Settings &) = delete;
-    Settings &operator=(const Settings &) = delete;
-    ~Settings() {
-        if (m_stBlock) {
-            Wipe(m_stBlock.Lend(), sizeof(WanIfPara));
-        }
-    }
-    [[nodiscard]] bool Make(SourceSpot stSpot) { return m_stBlock.Make(sizeof(WanIfPara), stSpot); }
-    WanIfPara &Lend() const { return *static_cast<WanIfPara *>(m_stBlock.Lend()); }
-
-  private:
-    PlatformBlock m_stBlock;
-};
-
 /// How many connections of a kind a connection device has; the platform's code.
 uint32_t Count(SourceSpot stSpot, const GeneralRoute &stRoute, uint32_t uiWanIndex,
                uint32_t &uiCount) {
@@ -136,12 +118,12 @@ uint32_t VT_API_SetIPWANIf(json_object *pstJson, uint32_t uiWanIndex) {
     if (pstJson == nullptr) {
         return Recorded(WAP_SPOT, kErrRefused, uiWanIndex);
     }
-    Settings stSettings;
-    if (!stSettings.Make(WAP_SPOT)) {
+    SecretBlock stSettings;
+    if (!stSettings.Make(sizeof(WanIfPara), WAP_SPOT)) {
         return Recorded(WAP_SPOT, kErrRefused, uiWanIndex,
                         static_cast<uint32_t>(sizeof(WanIfPara)));
     }
-    WanIfPara &stPara = stSettings.Lend();
+    auto &stPara = *static_cast<WanIfPara *>(stSettings.Lend());
     stPara.stPlace = SplitWanIndex(uiWanIndex);
     WAP_TRACE(kTraceEntries, "etype:%d, Id1:%d, id2:%d, Id3:%d \r\n",
               static_cast<int32_t>(stPara.stPlace.uiKind),

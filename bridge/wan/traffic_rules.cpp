@@ -2,6 +2,7 @@
 
 #include <string.h>
 
+#include "common/bulk_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
 #include "common/list_answer.h"
@@ -14,7 +15,7 @@ namespace {
 
 /// What a listing without rules answers. No blanks, unlike in all its other answers, deliberately:
 /// bundles compare it as it is.
-constexpr char kNoRules[] = "{\"Result\":0,\"List\":[]}";
+constexpr std::string_view kNoRules = "{\"Result\":0,\"List\":[]}";
 
 uint32_t RowSize(const RuleKind &stKind) {
     return stKind.uiRecordSize +
@@ -160,16 +161,6 @@ uint32_t ListRows(const RuleKind &stKind, const BulkBlock &stTable, uint32_t uiC
     return uiResult;
 }
 
-uint32_t AnswerNoRules(char **ppcText) {
-    PlatformBlock stText;
-    if (!stText.Make(sizeof(kNoRules), WAP_SPOT)) {
-        return Recorded(WAP_SPOT, kErrFailed, static_cast<uint32_t>(sizeof(kNoRules)));
-    }
-    memcpy(stText.Lend(), kNoRules, sizeof(kNoRules));
-    *ppcText = static_cast<char *>(stText.Release());
-    return 0;
-}
-
 }  // namespace
 
 uint32_t CheckRuleTexts(const RuleKind &stKind, const char *const *ppcTexts) {
@@ -221,8 +212,9 @@ uint32_t ListRules(const RuleKind &stKind, char **ppcText) {
     const VDataDesc stDesc = stReply.stDesc;
     if (stReply.uiCount == 0) {
         FreeUnread(stDesc.uiDataID);
-        return AnswerNoRules(ppcText);
+        return GiveFixed(WAP_SPOT, kNoRules, kErrFailed, ppcText);
     }
+    TraceDesc(WAP_SPOT, stDesc);
     BulkBlock stTable;
     const uint32_t uiResult = stTable.Make(stDesc);
     if (Recorded(WAP_SPOT, uiResult, stDesc.uiDataID, stReply.uiCount) != 0) {

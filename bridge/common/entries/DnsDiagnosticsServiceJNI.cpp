@@ -31,7 +31,5 @@ JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_DnsDiagnosticsServiceJNI_getDnsDiagnosticsResult(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    char *pcText = nullptr;
-    const uint32_t uiResult = VT_JNI_getDnsDiagnosticsResult(&pcText);
-    return HeapTextAnswer(pstEnv, WAP_SPOT, uiResult, pcText);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_getDnsDiagnosticsResult);
 }

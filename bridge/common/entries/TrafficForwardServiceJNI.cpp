@@ -41,7 +41,5 @@ JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TrafficForwardServiceJNI_getForwardRuleInfo(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    char *pcText = nullptr;
-    const uint32_t uiResult = ListForwardRules(&pcText);
-    return HeapTextOrFault(pstEnv, WAP_SPOT, uiResult, pcText);
+    return HeapTextOrFault(pstEnv, WAP_SPOT, ListForwardRules);
 }

@@ -47,7 +47,5 @@ JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TrafficMirrorServiceJNI_getMirroRuleInfo(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    char *pcText = nullptr;
-    const uint32_t uiResult = ListMirrorRules(&pcText);
-    return HeapTextOrFault(pstEnv, WAP_SPOT, uiResult, pcText);
+    return HeapTextOrFault(pstEnv, WAP_SPOT, ListMirrorRules);
 }

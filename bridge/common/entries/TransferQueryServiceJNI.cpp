@@ -7,46 +7,32 @@
 
 using namespace wap;
 
-namespace {
-
-/// A worker that answers with a list.
-using ListWorker = uint32_t (*)(char **ppcText);
-
-/// Asks, and hands Java the list.
-jstring ListAnswer(JNIEnv *pstEnv, SourceSpot stSpot, ListWorker pfnWorker) {
-    char *pcText = nullptr;
-    const uint32_t uiResult = pfnWorker(&pcText);
-    return HeapTextAnswer(pstEnv, stSpot, uiResult, pcText);
-}
-
-}  // namespace
-
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI_getLayer3ForwardingStaticConfigInfo(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllL3Ipv4StaticRoute);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllL3Ipv4StaticRoute);
 }
 
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI_getIPv6Layer3ForwardingStaticConfigInfo(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllL3Ipv6StaticRoute);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllL3Ipv6StaticRoute);
 }
 
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI_getLayer3ForwardingCurrent(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetL3Ipv4CurrentRouter);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_GetL3Ipv4CurrentRouter);
 }
 
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI_getIPv6Layer3ForwardingCurrent(
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
-    return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetL3Ipv6CurrentRouter);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_GetL3Ipv6CurrentRouter);
 }
 
 JNIEXPORT jstring JNICALL
@@ -54,7 +40,7 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_TransferQueryServiceJNI
     JNIEnv *pstEnv, jobject) {
     WAP_TRACE_ENTRY();
     WAP_TRACE(kTraceEntries, "\r\n getVLANBindInfo\r\n");
-    return ListAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllVlanBind);
+    return HeapTextAnswer(pstEnv, WAP_SPOT, VT_JNI_GetAllVlanBind);
 }
 
 JNIEXPORT jstring JNICALL

@@ -18,13 +18,19 @@ std::string CalledTrace(const std::string &sMethod) {
     return "\r\n " + EntryOf(RulesEntries(), sMethod).sSymbol + " called \r\n";
 }
 
+/// The trace of the first descriptor that comes, of a table of so many bytes.
+std::string DescTrace(const std::string &sLength) {
+    return "stVdata Info DataID:4097 CompressedLen:" + sLength + "  OriginalLen = " + sLength +
+           " \n\r";
+}
+
 TEST_F(RuleListTest, MirrorRules) {
+    const std::string sFirst =
+        "[0] 203.0.113.80, 80, UP, TCP, 00:11:22:33:44:55, 192.168.1.100, 9000{9000} \r\n";
     EXPECT_EQ(Call("getMirroRuleInfo"), EntryOf(RulesEntries(), "getMirroRuleInfo").stGood);
     ExpectOnlyRpc(stPlatform, {"gulm", 354, kGetMirrorRules, Word(0), 16});
     EXPECT_EQ(EntryTraces(stPlatform),
-              (Calls{CalledTrace("getMirroRuleInfo"), "[347]\r\n",
-                     "[0] 203.0.113.80, 80, UP, TCP, 00:11:22:33:44:55, 192.168.1.100, "
-                     "9000{9000} \r\n",
+              (Calls{CalledTrace("getMirroRuleInfo"), "[347]\r\n", DescTrace("694"), sFirst,
                      "[1] , 0, DOWN, UDP, , 2001:db8::1, 9001{9001} \r\n"}));
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 694", "VT_VDATA_FreeShm 4097"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
@@ -34,7 +40,7 @@ TEST_F(RuleListTest, ForwardRules) {
     EXPECT_EQ(Call("getForwardRuleInfo"), EntryOf(RulesEntries(), "getForwardRuleInfo").stGood);
     ExpectOnlyRpc(stPlatform, {"gulm", 351, kGetForwardRules, Word(0), 16});
     EXPECT_EQ(EntryTraces(stPlatform),
-              (Calls{CalledTrace("getForwardRuleInfo"), "[342]\r\n",
+              (Calls{CalledTrace("getForwardRuleInfo"), "[342]\r\n", DescTrace("684"),
                      "[0] 203.0.113.80, 80, TCP, 00:11:22:33:44:55, 192.168.1.100, 9000{9000}\r\n",
                      "[1] , 0, UDP, , , 9001{9001}\r\n"}));
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 684", "VT_VDATA_FreeShm 4097"}));
@@ -42,12 +48,12 @@ TEST_F(RuleListTest, ForwardRules) {
 }
 
 TEST_F(RuleListTest, HttpRules) {
+    const std::string sFirst =
+        "<9> 203.0.113.80, 80, UP, 00:11:22:33:44:55, GET,POST, 200, Host,User-Agent\r\n";
     EXPECT_EQ(Call(stHttp.sMethod), EntryOf(RulesEntries(), stHttp.sMethod).stGood);
     ExpectOnlyRpc(stPlatform, {"gulm", 352, kGetHttpRules, Word(0), 16});
     EXPECT_EQ(EntryTraces(stPlatform),
-              (Calls{CalledTrace(stHttp.sMethod), "[923]\r\n",
-                     "<9> 203.0.113.80, 80, UP, 00:11:22:33:44:55, GET,POST, 200, "
-                     "Host,User-Agent\r\n",
+              (Calls{CalledTrace(stHttp.sMethod), "[923]\r\n", DescTrace("1846"), sFirst,
                      "<12> , 0, DOWN, , , , \r\n"}));
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 1846", "VT_VDATA_FreeShm 4097"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
