@@ -10,8 +10,9 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * by any number of threads; each asks the process {@code gulm} and blocks the calling thread until
  * the answer arrives, 5 seconds at most. A process that is not running makes them fail without
  * waiting. Changes are announced to the process {@code app_m} as well, before {@code gulm} is
- * asked; whether that succeeds has no influence on the result. No method throws because of the
- * gateway's state.
+ * asked; whether that succeeds has no influence on the result. A process {@code app_m} that has
+ * stopped answering without having ended can hold the announcement, and with it the change, for
+ * another 5 seconds. No method throws because of the gateway's state.
  */
 public class TrafficMonitoringConfigServiceJNI {
     static {
@@ -22,7 +23,8 @@ public class TrafficMonitoringConfigServiceJNI {
     public TrafficMonitoringConfigServiceJNI() {}
 
     /**
-     * Registers addresses for a bundle. Asks the process {@code gulm}, at most 5 seconds.
+     * Registers addresses for a bundle. Asks the process {@code gulm}, at most 5 seconds, once the
+     * process {@code app_m} has taken note, for which it is given 5 seconds as well.
      *
      * <p>Example: {@code addTrafficMonitoringDestAddress(new String[] {"10.0.0.1", "10.0.0.2"},
      * "com.example.meter")} answers 0.
@@ -43,7 +45,8 @@ public class TrafficMonitoringConfigServiceJNI {
 
     /**
      * Takes addresses of a bundle out of the registry. Asks the process {@code gulm}, at most 5
-     * seconds.
+     * seconds, once the process {@code app_m} has taken note, for which it is given 5 seconds as
+     * well.
      *
      * <p>Example: {@code deleteTrafficMonitoringDestAddress(new String[] {"10.0.0.1"},
      * "com.example.meter")} answers 0.
