@@ -130,7 +130,7 @@ void AddWords(std::vector<Spoiling> &astAll, const std::string &sBytes, bool bBl
     }
     for (size_t i = kFirstWords; i < uiWords && eDepth != Depth::kBrief; ++i) {
         // Far behind, a word of zeros belongs to a field that is empty or to nobody.
-        const bool bFar = i >= kNearWords && eDepth == Depth::kUsual;
+        const bool bFar = i >= kNearWords && eDepth != Depth::kAll;
         if (bFar) {
             AddWord(astAll, i, UINT32_MAX, bBlock);
             continue;
@@ -143,7 +143,7 @@ void AddWords(std::vector<Spoiling> &astAll, const std::string &sBytes, bool bBl
 
 void AddTexts(std::vector<Spoiling> &astAll, const std::string &sBody, Depth eDepth) {
     auto astTexts = TextsIn(sBody);
-    if (eDepth != Depth::kAll) {
+    if (eDepth == Depth::kUsual) {
         astTexts.resize(std::min(astTexts.size(), kNearTexts));
     }
     for (const auto &[uiAt, uiLength] : astTexts) {
@@ -252,9 +252,12 @@ std::vector<Spoiling> ListedSpoilings(const HostileReply &stReply, Depth eDepth)
 
 std::vector<Spoiling> Cuts(const HostileReply &stReply, Depth eDepth) {
     const auto fnNext = [=](size_t uiLength) {
-        return uiLength + (uiLength < kNearLengths || eDepth == Depth::kAll ? 1 : kLengthStep);
+        return uiLength + (uiLength < kNearLengths || eDepth != Depth::kUsual ? 1 : kLengthStep);
     };
     std::vector<Spoiling> astAll;
+    if (eDepth == Depth::kBrief) {
+        return astAll;
+    }
     for (size_t i = 0; i < stReply.sBytes.size(); i = fnNext(i)) {
         astAll.push_back({"cut to " + std::to_string(i),
                           [=](HostileReply &stSpoiled) { stSpoiled.sBytes.resize(i); }});
@@ -277,7 +280,7 @@ uint32_t HostileDice::Edge() {
         uiSide < std::size(kEdges) ? kEdges[uiSide] : static_cast<uint32_t>(Below(300));
     // What may still be allocated takes its time, so it comes up seldom.
     const bool bLarge = uiEdge >= kLargestBlock - 1 && uiEdge <= kLargestBlock;
-    return bLarge && Below(32) != 0 ? kLargestBlock + 1 : uiEdge;
+    return bLarge && Below(256) != 0 ? kLargestBlock + 1 : uiEdge;
 }
 
 void HostileDice::Fill(std::string &sBytes) {

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -43,15 +42,31 @@ struct Spoiling {
 /// How much is tried of what can be listed.
 enum class Depth {
     kBrief,  ///< nothing but fillings and the first word, which is a count or an id
-    kUsual,  ///< all of it; of words and lengths far from the start those that make a difference
+    kUsual,  ///< all of it near the start; behind that, a few of it
+    kWhole,  ///< the same, but every text and every length
     kAll
 };
 
 /// The ones that can be listed for a reply like this one.
 std::vector<Spoiling> ListedSpoilings(const HostileReply &stReply, Depth eDepth);
-/// The reply, or its block, cut off at each length; beyond the first kilobyte at a few unless all
-/// of them are wanted.
+/// The reply, or its block, cut off at each length.
 std::vector<Spoiling> Cuts(const HostileReply &stReply, Depth eDepth);
+
+/// Numbers of a seed (splitmix64). Each reply has a seed of its own, and the engines of the
+/// standard library fill hundreds of words before the first number.
+class SeededNumbers {
+  public:
+    explicit SeededNumbers(uint64_t ulSeed) : m_ulState(ulSeed) {}
+    uint64_t operator()() {
+        m_ulState += 0x9E3779B97F4A7C15u;
+        uint64_t ulMixed = (m_ulState ^ m_ulState >> 30) * 0xBF58476D1CE4E5B9u;
+        ulMixed = (ulMixed ^ ulMixed >> 27) * 0x94D049BB133111EBu;
+        return ulMixed ^ ulMixed >> 31;
+    }
+
+  private:
+    uint64_t m_ulState;
+};
 
 /// Draws replies.
 class HostileDice {
@@ -67,7 +82,7 @@ class HostileDice {
     void Words(std::string &sBytes);
     void Texts(std::string &sBytes);
 
-    std::mt19937_64 stEngine;
+    SeededNumbers stEngine;
 };
 
 }  // namespace wap::test

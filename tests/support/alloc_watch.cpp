@@ -237,27 +237,31 @@ void *__wrap_dlsym(void *pvHandle, const char *pcName) {
 
 // ---- the platform's allocator ----
 
-void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
+static void *AllocateForPlatform(bool bZeroed, uint32_t uiSize, const char *pcFile,
+                                 uint32_t uiLine) {
     wap::test::World &stWorld = wap::test::World::Get();
     const wap::test::AllocPlace stPlace =
         wap::test::PlaceOf(&stWorld, "the platform's allocator", pcFile, uiLine);
     if (uiSize == 0 || stWorld.Hit(wap::test::Op::kAlloc, wap::test::kPlatformAllocation)) {
         return nullptr;
     }
-    void *pvBlock = __real_malloc(uiSize);
+    // Of a large block that is zero from the start, only the pages that are used cost anything.
+    void *pvBlock = bZeroed ? __real_calloc(1, uiSize) : __real_malloc(uiSize);
     if (pvBlock != nullptr) {
-        wap::test::Soil(pvBlock, 0, uiSize);
+        if (!bZeroed) {
+            wap::test::Soil(pvBlock, 0, uiSize);
+        }
         stWorld.stAllocs.Add(pvBlock, uiSize, wap::test::Origin::kPlatform, stPlace);
     }
     return pvBlock;
 }
 
+void *VT_OS_MemMallocD(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
+    return AllocateForPlatform(false, uiSize, pcFile, uiLine);
+}
+
 void *VT_OS_MemMallocSet(uint32_t uiSize, const char *pcFile, uint32_t uiLine) {
-    void *pvBlock = VT_OS_MemMallocD(uiSize, pcFile, uiLine);
-    if (pvBlock != nullptr) {
-        std::memset(pvBlock, 0, uiSize);
-    }
-    return pvBlock;
+    return AllocateForPlatform(true, uiSize, pcFile, uiLine);
 }
 
 void VT_OS_MemFreeD(void *pvBlock, const char *pcFile, uint32_t uiLine) {
