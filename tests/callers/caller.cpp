@@ -50,21 +50,18 @@ bool IsChange(const RpcRecord &stRpc) {
     const std::string sName = sReceiver.substr(0, sReceiver.find('\0'));
     const bool bForOthers = sName == "osgi_proxy" || sName == "usb_mngt";
     return (bForOthers && stRpc.uiRpcId != kCountSambaAccounts) ||
-           kDirectChanges.count(stRpc.uiRpcId) != 0;
+           kDirectChanges.contains(stRpc.uiRpcId);
 }
 
-Caller::Caller(const Native &stCalled, void (*pfnAlso)(World &)) : stNative(stCalled) {
+Caller::Caller(const Native &stCalled) : stNative(stCalled) {
     ResetBridge();
     stEnv.bRecord = false;
-    stNative.stFurnished.pfnFurnish(stWorld);
-    if (pfnAlso != nullptr) {
-        pfnAlso(stWorld);
-    }
+    stNative.Furnish(stWorld);
 }
 
 void Caller::WatchSecrets(const Arguments &astArguments) {
     for (size_t i = 0; i < astArguments.size(); ++i) {
-        if (kSecrets.count({stNative.Method(), i}) == 0) {
+        if (!kSecrets.contains({stNative.Method(), i})) {
             continue;
         }
         const auto &sText = std::get<JavaString>(astArguments[i]);
@@ -87,7 +84,7 @@ Answer Caller::Call(const Arguments &astArguments) {
 
 void Caller::ExpectWorks() {
     Gateway().mapReplies.clear();
-    stNative.stFurnished.pfnFurnish(stWorld);
+    stNative.Furnish(stWorld);
     stWorld.ClearRecords();
     EXPECT_EQ(stNative.fnCall(stEnv, stNative.astGood), stNative.stFurnished.stEntry.stGood)
         << "the call after it";

@@ -16,7 +16,7 @@ bool IsChange(const RpcRecord &stRpc);
 class Caller {
   public:
     /// A fresh bridge and a gateway that has what the native asks for.
-    explicit Caller(const Native &stCalled, void (*pfnAlso)(World &) = nullptr);
+    explicit Caller(const Native &stCalled);
     Caller(const Caller &) = delete;
     Caller &operator=(const Caller &) = delete;
     ~Caller() { ResetBridge(); }

@@ -14,8 +14,8 @@
 #include "callers/caller.h"
 #include "callers/figures.h"
 #include "callers/hostile_values.h"
-#include "common/jni_json_wrap.h"
 #include "faults/fault_sweep.h"
+#include "support/strict_json.h"
 
 namespace wap::test {
 
@@ -23,7 +23,7 @@ namespace {
 
 std::vector<Native> NativesWithParameters() {
     std::vector<Native> astNatives;
-    for (const Native &stNative : Natives()) {
+    for (const Native &stNative : NativesInAllStates()) {
         if (!stNative.auiKinds.empty()) {
             astNatives.push_back(stNative);
         }
@@ -37,7 +37,7 @@ bool MayAnswer(const Native &stNative, const Arguments &astArguments, int32_t iN
                                                       "setLANHostName",         "addWANIf",
                                                       "setPortMappingSwitch",   "usbRead"};
     const std::string &sMethod = stNative.Method();
-    if (iNumber == -1 || (iNumber == -2 && s_asWithTwo.count(sMethod) != 0)) {
+    if (iNumber == -1 || (iNumber == -2 && s_asWithTwo.contains(sMethod))) {
         return true;
     }
     if (sMethod == "usbRead" || sMethod == "usbWrite") {
@@ -45,19 +45,6 @@ bool MayAnswer(const Native &stNative, const Arguments &astArguments, int32_t iN
     }
     // Nothing to add is a success, and there is nothing to read from a handle that is none.
     return iNumber == 0 && (sMethod.starts_with("addLANHostTo") || sMethod == "usbDataAvailable");
-}
-
-/// Whether it is JSON with a result, as strict parsers take it.
-bool IsJson(const std::string &sText) {
-    World stWorld;
-    json_object *pstRoot = JSON_Parse(sText.c_str(), 1);
-    json_object *pstResult = nullptr;
-    const bool bGood = pstRoot != nullptr && JNI_JSON_IsObj(pstRoot) != 0 &&
-                       JNI_JSON_ObjGetValueObj(pstRoot, "Result", &pstResult) == 0;
-    if (pstRoot != nullptr) {
-        JNI_JSON_ObjPut(pstRoot);
-    }
-    return bGood;
 }
 
 bool MayAnswer(const Native &stNative, const Arguments &astArguments, const Answer &stAnswer) {
@@ -68,7 +55,7 @@ bool MayAnswer(const Native &stNative, const Arguments &astArguments, const Answ
     if (stEntry.stGood.iNumber) {
         return stAnswer.iNumber && MayAnswer(stNative, astArguments, *stAnswer.iNumber);
     }
-    return stAnswer.sText && IsJson(*stAnswer.sText);
+    return stAnswer.sText && JsonFault(*stAnswer.sText).empty();
 }
 
 /// Whether the answer says that nothing was done.
@@ -138,7 +125,7 @@ TEST_P(HostileCallerTest, AllArguments) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, HostileCallerTest, ::testing::ValuesIn(NativesWithParameters()),
-                         [](const auto &stInfo) { return stInfo.param.Method(); });
+                         [](const auto &stInfo) { return stInfo.param.Name(); });
 
 // Ranges of an array, with every end beyond it.
 TEST(HostileCallers, RangesOfBytes) {

@@ -2,8 +2,6 @@
 // value of the list, whatever stands in it.
 
 #include <gtest/gtest.h>
-#include <json-c/json_object.h>
-#include <json-c/linkhash.h>
 
 #include <algorithm>
 #include <functional>
@@ -14,7 +12,6 @@
 #include "callers/caller.h"
 #include "callers/figures.h"
 #include "callers/tricky_texts.h"
-#include "common/jni_json_wrap.h"
 #include "support/entries.h"
 #include "support/furnish_flows.h"
 #include "support/furnish_portmap.h"
@@ -24,6 +21,7 @@
 #include "support/furnish_usb.h"
 #include "support/furnish_vlanbind.h"
 #include "support/furnish_wanconfig.h"
+#include "support/strict_json.h"
 #include "support/wire_bytes.h"
 
 namespace wap::test {
@@ -38,31 +36,6 @@ struct Listed {
     /// Makes the reply's bytes of the text.
     std::function<std::string(const std::string &)> fnBytes;
 };
-
-/// The values of a JSON text, each behind the way to it. Empty when it is no strict JSON.
-std::vector<std::string> ValuesOf(const std::string &sText) {
-    std::vector<std::string> asValues;
-    const std::function<void(json_object *, const std::string &)> fnWalk =
-        [&](json_object *pstValue, const std::string &sWay) {
-            if (json_object_is_type(pstValue, json_type_object) != 0) {
-                json_object_object_foreach(pstValue, pcKey, pstMember) {
-                    fnWalk(pstMember, sWay + "." + pcKey);
-                }
-            } else if (json_object_is_type(pstValue, json_type_array) != 0) {
-                for (size_t i = 0; i < json_object_array_length(pstValue); ++i) {
-                    fnWalk(json_object_array_get_idx(pstValue, i), sWay + "/");
-                }
-            } else {
-                asValues.push_back(sWay + "=" + json_object_get_string(pstValue));
-            }
-        };
-    World stWorld;
-    if (json_object *pstRoot = JSON_Parse(sText.c_str(), 1)) {
-        fnWalk(pstRoot, "");
-        JNI_JSON_ObjPut(pstRoot);
-    }
-    return asValues;
-}
 
 std::string AnswerOf(const Listed &stListed, std::string_view stText) {
     const Native &stNative = NativeOf(stListed.pcMethod);
@@ -176,7 +149,7 @@ TEST(ListedTextsTest, EachIsOneValue) {
         for (const Listed &stListed : astTexts) {
             SCOPED_TRACE(std::string(stListed.pcMethod) + " " + stListed.pcText);
             AddToFigure("callers.listed_texts");
-            const auto asHarmless = ValuesOf(AnswerOf(stListed, kHarmless));
+            const auto asHarmless = JsonValues(AnswerOf(stListed, kHarmless));
             ASSERT_GT(asHarmless.size(), 2u);
             EXPECT_TRUE(std::any_of(asHarmless.begin(), asHarmless.end(), [](const auto &sValue) {
                 return sValue.ends_with(kHarmless);
@@ -188,7 +161,7 @@ TEST(ListedTextsTest, EachIsOneValue) {
                 for (const std::string &sValue : asHarmless) {
                     asWanted.push_back(WithTricky(sValue, stTricky));
                 }
-                EXPECT_EQ(ValuesOf(AnswerOf(stListed, stTricky)), asWanted);
+                EXPECT_EQ(JsonValues(AnswerOf(stListed, stTricky)), asWanted);
             }
         }
     }

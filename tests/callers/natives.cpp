@@ -8,6 +8,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "support/furnish_macfilter.h"
+
 namespace wap::test {
 
 namespace {
@@ -92,6 +94,31 @@ std::vector<Native> MakeNatives() {
     return astNatives;
 }
 
+struct State {
+    const char *pcMethod;
+    const char *pcState;
+    void (*pfnAlso)(World &);
+};
+/// In each of them the methods do their work.
+constexpr State kStates[] = {
+    {"addLANHostToBlackList", kWithWlan, AddWirelessNetworks},
+    {"deleteLANHostFromBlackList", kWithWlan, AddWirelessNetworks},
+    {"addLANHostToTrustList", kTrustList, MakeTrustList},
+    {"deleteLANHostFromTrustList", kTrustList, MakeTrustList},
+};
+
+std::vector<Native> MakeNativesInAllStates() {
+    std::vector<Native> astNatives = Natives();
+    for (const State &stState : kStates) {
+        Native stNative = NativeOf(stState.pcMethod);
+        stNative.sState = stState.pcState;
+        stNative.pfnAlso = stState.pfnAlso;
+        stNative.stFurnished.stEntry.stGood = NumberAnswerOf(0);
+        astNatives.push_back(std::move(stNative));
+    }
+    return astNatives;
+}
+
 std::string DescribeText(const JavaString &sText) {
     if (!sText) {
         return "null";
@@ -132,7 +159,7 @@ std::string Describe(const Arguments &astArguments) {
 }
 
 void PrintTo(const Native &stNative, std::ostream *pstOut) {
-    *pstOut << stNative.Method();
+    *pstOut << stNative.Name();
 }
 
 const std::vector<Native> &Natives() {
@@ -140,13 +167,25 @@ const std::vector<Native> &Natives() {
     return s_astNatives;
 }
 
-const Native &NativeOf(const std::string &sMethod) {
-    for (const Native &stNative : Natives()) {
-        if (stNative.Method() == sMethod) {
+const std::vector<Native> &NativesInAllStates() {
+    static const std::vector<Native> s_astNatives = MakeNativesInAllStates();
+    return s_astNatives;
+}
+
+const Native &NativeOf(const std::string &sMethod, const std::string &sState) {
+    for (const Native &stNative : sState.empty() ? Natives() : NativesInAllStates()) {
+        if (stNative.Method() == sMethod && stNative.sState == sState) {
             return stNative;
         }
     }
-    throw std::invalid_argument("no native " + sMethod);
+    throw std::invalid_argument("no native " + sMethod + " " + sState);
+}
+
+void Native::Furnish(World &stWorld) const {
+    stFurnished.pfnFurnish(stWorld);
+    if (pfnAlso != nullptr) {
+        pfnAlso(stWorld);
+    }
 }
 
 }  // namespace wap::test

@@ -4,9 +4,13 @@
 #include <wap_natives.h>
 
 #include <set>
+#include <string>
+#include <utility>
+#include <variant>
 
 #include "callers/caller.h"
 #include "callers/figures.h"
+#include "callers/text_fields.h"
 
 namespace wap::test {
 
@@ -30,10 +34,34 @@ TEST(NativesTest, EachHasARowAndGoodArguments) {
 }
 
 TEST(NativesTest, TheGoodArgumentsAre) {
-    for (const Native &stNative : Natives()) {
-        SCOPED_TRACE(stNative.Method());
+    for (const Native &stNative : NativesInAllStates()) {
+        SCOPED_TRACE(stNative.Name());
         Caller stCaller(stNative);
         EXPECT_EQ(stCaller.Call(stNative.astGood), stNative.stFurnished.stEntry.stGood);
+    }
+}
+
+// A text that a method is given must have a limit that is tried, or a reason to have none.
+TEST(NativesTest, EachTextHasAFieldOrNone) {
+    std::set<std::pair<std::string, size_t>> setFilled;
+    for (const TextField &stField : TextFields()) {
+        setFilled.insert({stField.pcMethod, stField.uiArgument});
+    }
+    std::set<std::pair<std::string, size_t>> setTexts;
+    for (const Native &stNative : Natives()) {
+        for (size_t i = 0; i < stNative.astGood.size(); ++i) {
+            const bool bText = std::holds_alternative<JavaString>(stNative.astGood[i]) ||
+                               std::holds_alternative<JavaStrings>(stNative.astGood[i]);
+            if (bText) {
+                const auto &stText = *setTexts.insert({stNative.Method(), i}).first;
+                EXPECT_NE(setFilled.count(stText), TextsWithoutField().count(stText))
+                    << stText.first << ", argument " << stText.second;
+            }
+        }
+    }
+    for (const auto &[stText, sReason] : TextsWithoutField()) {
+        EXPECT_EQ(setTexts.count(stText), 1u) << stText.first << ", argument " << stText.second;
+        EXPECT_FALSE(sReason.empty());
     }
 }
 

@@ -69,7 +69,7 @@ Arguments With(const Native &stNative, size_t uiParameter, std::string_view sTex
 }
 
 void ExpectSameElsewhere(const Native &stNative, size_t uiParameter) {
-    SCOPED_TRACE(stNative.Method() + " " + std::to_string(uiParameter));
+    SCOPED_TRACE(stNative.Name() + " " + std::to_string(uiParameter));
     AddToFigure("callers.text_parameters");
     const auto asHarmless = SeenOf(stNative, With(stNative, uiParameter, kHarmless));
     for (const std::string_view stTricky : kTricky) {
@@ -83,12 +83,12 @@ void ExpectSameElsewhere(const Native &stNative, size_t uiParameter) {
 }
 
 TEST(SameElsewhereTest, WhateverATextSays) {
-    for (const Native &stNative : Natives()) {
+    for (const Native &stNative : NativesInAllStates()) {
         for (size_t i = 0; i < stNative.astGood.size(); ++i) {
             const Argument &stGood = stNative.astGood[i];
             const bool bText = std::holds_alternative<JavaString>(stGood) ||
                                std::holds_alternative<JavaStrings>(stGood);
-            if (bText && kJson.count({stNative.Method(), i}) == 0) {
+            if (bText && !kJson.contains({stNative.Method(), i})) {
                 ExpectSameElsewhere(stNative, i);
             }
         }

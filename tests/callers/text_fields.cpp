@@ -3,23 +3,9 @@
 #include <cstdio>
 #include <ostream>
 
-#include "support/furnish_macfilter.h"
-#include "support/wire_bytes.h"
-
 namespace wap::test {
 
 namespace {
-
-constexpr uint32_t kFilterMode = 0x47307000;
-
-/// The filter is a trust list, so that its list can be added to.
-void TrustList(World &stWorld) {
-    stWorld.stPlatform.mapReplies[kFilterMode] = {0, ModeBytes(1, 1)};
-}
-/// There are wireless networks, which have tables of their own.
-void WirelessNetworks(World &stWorld) {
-    stWorld.stPlatform.setFeatures.insert(314);
-}
 
 using enum TooLong;
 
@@ -58,8 +44,9 @@ std::vector<TextField> LanFields() {
         {"setLANHostSpeedLimit", 0, 0x47209096, 0, 32, 31, kCut},
         {"addLANHostToStorageBlackList", 0, 0x47209096, 0, 32, 31, kCut},
         {"addLANHostToBlackList", 0, 0x47209092, 8, 32, 31, kCut},
-        {"addLANHostToBlackList", 0, 0x47209094, 40, 32, 31, kCut, -1, "", "", WirelessNetworks},
-        {"addLANHostToTrustList", 0, 0x47209092, 8, 32, 31, kCut, -1, "", "", TrustList},
+        {"addLANHostToBlackList", 0, 0x47209094, 40, 32, 31, kCut, -1, "", "", kWithWlan},
+        {"addLANHostToTrustList", 0, 0x47209092, 8, 32, 31, kCut, -1, "", "", kTrustList},
+        {"addLANHostToTrustList", 0, 0x47209094, 40, 32, 31, kCut, -1, "", "", kTrustList},
         {"addPortMapping", 3, 0x4720909A, 52, 16, 15, kCut},
         {"addPortMapping", 4, 0x4720909A, 68, 16, 15, kCut},
         {"addLayer3ForwardingStatic", 0, 0x47209071, 4, 16, 15, kRefused},
@@ -139,8 +126,30 @@ const std::vector<TextField> &TextFields() {
     return s_astFields;
 }
 
+const std::map<std::pair<std::string, size_t>, std::string> &TextsWithoutField() {
+    static const std::map<std::pair<std::string, size_t>, std::string> s_mapTexts = {
+        {{"getSubscribeVoIPEvent", 1}, "words of which a number is sent"},
+        {{"getUnSubscribeVoIPEvent", 1}, "words of which a number is sent"},
+        {{"setLANDHCPInfo", 0}, "a word of which a number is sent"},
+        {{"addWANIf", 0}, "a number"},
+        {{"addWANIf", 1}, "a number"},
+        {{"addWANIf", 2}, "one of the words that it knows, which all fit"},
+        {{"getLANHostSpeedLimitInfo", 0}, "looked for among what the gateway has"},
+        {{"deleteLANHostFromBlackList", 0}, "looked for among what the gateway has"},
+        {{"deleteLANHostFromTrustList", 0}, "looked for among what the gateway has"},
+        {{"deleteLANHostFromStorageBlackList", 0}, "looked for among what the gateway has"},
+        {{"addLayer3ForwardingStatic", 3}, "looked for among what the gateway has"},
+        {{"addIPv6Layer3ForwardingStatic", 2}, "looked for among what the gateway has"},
+        {{"addTrafficMonitoringDestAddress", 0}, "sent in a block that is as long as it is"},
+        {{"deleteTrafficMonitoringDestAddress", 0}, "sent in a block that is as long as it is"},
+        {{"setWANIf", 1}, "JSON, whose texts have fields: wan_settings_test.cpp"},
+        {{"startIPPingDiagnostics", 2}, "JSON, of which numbers are sent"},
+    };
+    return s_mapTexts;
+}
+
 Arguments WithText(const TextField &stField, const std::u16string &sText) {
-    Arguments astArguments = NativeOf(stField.pcMethod).astGood;
+    Arguments astArguments = stField.Called().astGood;
     Argument &stArgument = astArguments.at(stField.uiArgument);
     if (std::holds_alternative<JavaStrings>(stArgument)) {
         stArgument = JavaStrings({JavaString(sText)});

@@ -6,11 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "callers/natives.h"
-#include "support/world.h"
 
 namespace wap::test {
 
@@ -34,15 +35,17 @@ struct TextField {
     /// What must stand around the text for the method to take it.
     const char *pcBefore = "";
     const char *pcBehind = "";
-    /// Changes what the entry's furnishing has made ready.
-    void (*pfnAlso)(World &stWorld) = nullptr;
+    const char *pcState = "";  ///< of the gateway
 
     std::string Name() const;
+    const Native &Called() const { return NativeOf(pcMethod, pcState); }
 };
 
 void PrintTo(const TextField &stField, std::ostream *pstOut);
 
 const std::vector<TextField> &TextFields();
+/// The texts that fill no field, by method and argument, and why.
+const std::map<std::pair<std::string, size_t>, std::string> &TextsWithoutField();
 
 /// The good arguments with this text in the field's argument.
 Arguments WithText(const TextField &stField, const std::u16string &sText);

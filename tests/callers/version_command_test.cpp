@@ -9,8 +9,8 @@
 
 #include "callers/caller.h"
 #include "callers/tricky_texts.h"
-#include "common/jni_json_wrap.h"
 #include "support/furnish_runtime.h"
+#include "support/strict_json.h"
 
 namespace wap::test {
 
@@ -65,12 +65,7 @@ void ExpectTheCommand(const std::string &sOutput) {
     const Answer stAnswer = stCaller.Call({});
     EXPECT_EQ(CommandsOf(stCaller.Gateway()), std::vector<std::string>{kCommand});
     ASSERT_TRUE(stAnswer.sText.has_value());
-    World stWorld;
-    json_object *pstRoot = JSON_Parse(stAnswer.sText->c_str(), 1);
-    EXPECT_NE(pstRoot, nullptr) << *stAnswer.sText;
-    if (pstRoot != nullptr) {
-        JNI_JSON_ObjPut(pstRoot);
-    }
+    EXPECT_EQ(JsonFault(*stAnswer.sText), "") << *stAnswer.sText;
 }
 
 TEST(VersionCommandTest, TakesNothingFromTheEnvironment) {

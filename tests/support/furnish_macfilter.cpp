@@ -44,4 +44,13 @@ void FurnishMacFilter(World &stWorld) {
     mapReplies[0x47209095] = {0, Word(0)};
 }
 
+void AddWirelessNetworks(World &stWorld) {
+    stWorld.stPlatform.setFeatures.insert(314);
+}
+
+void MakeTrustList(World &stWorld) {
+    stWorld.stPlatform.mapReplies[0x47307000] = {0, ModeBytes(1, 1)};
+    AddWirelessNetworks(stWorld);
+}
+
 }  // namespace wap::test

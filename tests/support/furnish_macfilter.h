@@ -26,6 +26,10 @@ inline constexpr const char *kFilteredMac = "02:00:00:00:00:0A";
 /// address in either table. There are two wireless networks, 1 and 5, which the bridge asks about
 /// when the platform has the feature 314.
 void FurnishMacFilter(World &stWorld);
+/// Has the bridge ask about the wireless networks, which have a table of their own.
+void AddWirelessNetworks(World &stWorld);
+/// Makes a trust list of the black list, one with wireless networks.
+void MakeTrustList(World &stWorld);
 
 }  // namespace wap::test
 
