@@ -1,5 +1,6 @@
 #include "common/json_parse.h"
 
+#include <json-c/arraylist.h>
 #include <json-c/json_c_version.h>
 #include <json-c/json_tokener.h>
 #include <json-c/json_visit.h>
@@ -75,17 +76,17 @@ class OwnTokener {
     json_tokener *m_pstTokener;
 };
 
-/// Parses so that a lack of memory is survived, which json-c's tokener does not in three places:
+/// Parses so that a lack of memory is survived, which json-c's tokener does not in four places:
 /// - What it collects of a text is cut when its buffer can't grow. So the buffer is made large
 ///   enough for the whole text before; that way it also leaves no copies behind.
 /// - A member name that it could not copy makes it crash when the value has been read. So it is fed
 ///   up to each colon, and the name looked at, before it goes on.
 /// - A member that the object has no memory for gets lost. So the member is put there before, and
 ///   the tokener finds it.
-/// An array of more than 32 elements that can't grow still costs the element, which json-c forgets;
-/// the text is then refused.
-/// Names and members need a look into the tokener, whose parts its header shows but asks to leave
-/// alone: json-c offers no other way.
+/// - An element that its array can't grow for gets lost, and the text ends there without a word. So
+///   it is fed up to each comma, and the array has room before the element comes.
+/// Names, members and elements need a look into the tokener, whose parts its header shows but asks
+/// to leave alone: json-c offers no other way.
 class Tokener {
   public:
     Tokener(const OwnTokener &stTokener, Secrecy eSecrecy)
@@ -123,54 +124,21 @@ class Tokener {
             const auto iLength = static_cast<int>(pcStop + 1 - pcAt);
             json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, iLength);
             if (json_tokener_get_error(m_pstTokener) != json_tokener_continue) {
-                // Strictly, nothing can end at a colon or comma that is not in a text.
-                return IsStrict() ? Refuse(pstRoot) : RefuseInner(pstRoot);
+                return pstRoot;
             }
             if (m_eSecrecy == Secrecy::kSecret) {
                 Hold();
             }
-            if (!PrepareMember()) {
+            if (!PrepareMember() || !PrepareElement()) {
                 return nullptr;
             }
             pcAt = pcStop + 1;
         }
-        return ParseLast(pcAt);
+        return json_tokener_parse_ex(m_pstTokener, pcAt, -1);
     }
 
-    /// The next place to look at what is there so far. Commas matter for secrets alone: arrays have
-    /// no colons.
-    const char *FindStop(const char *pcAt) const {
-        while (*pcAt != '\0' && *pcAt != ':' && (*pcAt != ',' || m_eSecrecy != Secrecy::kSecret)) {
-            ++pcAt;
-        }
-        return pcAt;
-    }
-
-    /// What remains of the text, with its zero. json-c takes an array that can't grow for the end
-    /// of everything, so a text that is strictly JSON must have been read to its end.
-    json_object *ParseLast(const char *pcAt) {
-        json_object *pstRoot = json_tokener_parse_ex(m_pstTokener, pcAt, -1);
-        if (!IsStrict()) {
-            return RefuseInner(pstRoot);
-        }
-        const bool bWhole =
-            pstRoot == nullptr || pcAt[json_tokener_get_parse_end(m_pstTokener)] == '\0';
-        return bWhole ? pstRoot : Refuse(pstRoot);
-    }
-
-    bool IsStrict() const { return (m_pstTokener->flags & JSON_TOKENER_STRICT) != 0; }
-
-    /// Refuses what is no root but an array within it. An array that is the root itself can't be
-    /// told from one that ended.
-    json_object *RefuseInner(json_object *pstRoot) {
-        return pstRoot == nullptr || m_pstTokener->depth == 0 ? pstRoot : Refuse(pstRoot);
-    }
-
-    /// Its texts are wiped with the rest: it is long enough for us to have a share in it.
-    static json_object *Refuse(json_object *pstRoot) {
-        (void)json_object_put(pstRoot);
-        return nullptr;
-    }
+    /// The next place to look at what is there so far.
+    static const char *FindStop(const char *pcAt) { return pcAt + strcspn(pcAt, ":,"); }
 
     /// After a colon: when it ended a member name, that name and a place for its value are there.
     bool PrepareMember() {
@@ -191,6 +159,19 @@ class Tokener {
         }
         return GrowTable(json_object_get_object(stLevel.current)) &&
                json_object_object_add(stLevel.current, stLevel.obj_field_name, nullptr) == 0;
+    }
+
+    /// After a comma: when it stands behind an element, there is room for the next one.
+    bool PrepareElement() {
+        const json_tokener_srec &stLevel = m_pstTokener->stack[m_pstTokener->depth];
+        if (stLevel.saved_state != json_tokener_state_array_after_sep) {
+            return true;
+        }
+        const array_list *pstList = json_object_get_array(stLevel.current);
+        // It grows when it has room for one alone. The call that sets how much it has besides its
+        // elements is named after its other use.
+        return pstList->length + 1 < pstList->size ||
+               json_object_array_shrink(stLevel.current, static_cast<int>(pstList->length)) == 0;
     }
 
     /// Makes room for one more member, by json-c's rule. It does so itself, but when it fails there

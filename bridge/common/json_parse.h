@@ -14,14 +14,12 @@ namespace wap {
 enum class Grammar { kLenient, kStrict };
 
 /**
- * Parses one JSON text. Strictly, it is parsed whole or not at all; leniently, what stands behind a
- * value is ignored, and a root that is an array may lack its end when memory runs out. With a
- * json-c of another version than its headers', neither holds when memory runs out: see
+ * Parses one JSON text, whole or not at all. Leniently, what stands behind a value is ignored. With
+ * a json-c of another version than its headers', a text need not be whole when memory runs out: see
  * ParsePlainly.
  * @param pcText   zero-terminated; null is recorded and gives null
  * @param eSecrecy with kSecret, which is for strict texts, no string value stays behind in what is
- *                 released here, except for one that json-c loses: an element for which an array
- *                 can't grow. The root is the caller's to wipe, see SecretJson
+ *                 released here. The root is the caller's to wipe, see SecretJson
  * @return the root, owned by the caller; null, recorded, when the text does not parse or is JSON
  *         null, or when memory runs out
  */

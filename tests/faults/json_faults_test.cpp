@@ -1,9 +1,6 @@
 // Composing, parsing and printing JSON under every single fault.
 
 #include <gtest/gtest.h>
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/lsan_interface.h>
-#endif
 
 #include <cstring>
 #include <memory>
@@ -226,11 +223,9 @@ std::string LongList(const std::string &sBefore, const std::string &sBehind) {
     return sList + " ]";
 }
 
-// json-c takes an array that can't grow for the end of everything, and forgets the element.
+// json-c by itself takes an array that can't grow for the end of everything, and forgets the
+// element.
 TEST(JsonFaults, ParseListThatCannotGrow) {
-#ifdef __SANITIZE_ADDRESS__
-    const __lsan::ScopedDisabler stJsonForgets;
-#endif
     const std::string asTexts[] = {
         "{ \"list\": " + LongList("", "") + " }",
         "{ \"list\": " + LongList("", "") + ", \"b\": \"c\" }",
@@ -245,9 +240,6 @@ TEST(JsonFaults, ParseListThatCannotGrow) {
                                                    {Grammar::kLenient, Secrecy::kSecret}};
     for (const std::string &sText : asTexts) {
         for (const auto &[eGrammar, eSecrecy] : aeKinds) {
-            if (eGrammar == Grammar::kLenient && sText[0] == '[') {
-                continue;  // such a root may lack its end there
-            }
             bool bDone = false;
             uint32_t uiRefused = 0;
             for (uint32_t uiAt = 1; !bDone; ++uiAt) {
@@ -262,7 +254,7 @@ TEST(JsonFaults, ParseListThatCannotGrow) {
                 } else {
                     EXPECT_EQ(PrintAndPut(pstRoot), sText);
                 }
-                (void)stWorld.TakeComplaints();
+                stWorld.ExpectClean();
             }
             EXPECT_GT(uiRefused, 70u);
         }
