@@ -138,8 +138,8 @@ public class LanNetworkAccessConfigServiceJNI {
      *     null}, and an array without any text in it, stand for all hosts that have a record. An
      *     empty element beside one with text stands for the record with an empty MAC address
      * @return 0 when the hosts have access; -1 when there are more than 8, when memory runs out
-     *     before any of them is known, or when a process doesn't answer or refuses, be it while the MAC filter is read, the records, or when one
-     *     is changed
+     *     before any of them is known, or when a process doesn't answer or refuses, be it while the
+     *     MAC filter is read, the records, or when one is changed
      */
     public native int deleteLANHostFromStorageBlackList(String[] asMacs);
 }
