@@ -8,6 +8,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -52,34 +53,14 @@ std::set<std::string_view> FailedIn(const OpTallies &mapTallies) {
     return asFailed;
 }
 
-/// What was asked of whom, in no order.
-std::set<std::pair<uint32_t, std::string>> RequestsOf(const Platform &stPlatform) {
-    std::set<std::pair<uint32_t, std::string>> asRequests;
-    for (const RpcRecord &stRpc : stPlatform.astRpcs) {
-        asRequests.emplace(stRpc.uiRpcId, stRpc.sRequest);
+/// Looks for the requests that the case is about.
+void ExpectAsked(const SweepCase &stCase, const Requests &stRequests) {
+    for (const uint32_t uiRpcId : stCase.auiAsks) {
+        const bool bAsked =
+            std::any_of(stRequests.begin(), stRequests.end(),
+                        [=](const auto &stRequest) { return stRequest.first == uiRpcId; });
+        EXPECT_TRUE(bAsked) << "not asked for: " << std::hex << uiRpcId;
     }
-    return asRequests;
-}
-
-/// The answers that are right when these operations have failed.
-std::set<std::string> AllowedFor(const SweepCase &stCase, Op eOp,
-                                 const std::set<std::string_view> &asFailed) {
-    const Leniency &stLeniency = LeniencyOf(stCase);
-    std::set<std::string> asAllowed = {TextOf(stCase.stFailure)};
-    for (const Answer &stAnswer : stLeniency.astToo) {
-        asAllowed.insert(TextOf(stAnswer));
-    }
-    const bool bGood = std::all_of(asFailed.begin(), asFailed.end(), [&](std::string_view sName) {
-        return IsUnimportant(sName) || stLeniency.asUnimportant.contains(sName);
-    });
-    if (bGood) {
-        asAllowed.insert(TextOf(stCase.stGood));
-    }
-    // A text takes the virtual machine to make, and that of a failure may take memory.
-    if (!stCase.stFailure.iNumber && (eOp == Op::kJni || eOp == Op::kAlloc)) {
-        asAllowed.insert(TextOf(NullAnswer()));
-    }
-    return asAllowed;
 }
 
 class AllEntriesTest : public ::testing::TestWithParam<SweepCase> {};
@@ -87,10 +68,9 @@ class AllEntriesTest : public ::testing::TestWithParam<SweepCase> {};
 TEST_P(AllEntriesTest, AnswerAsTheyMayWhateverFails) {
     const SweepCase &stCase = GetParam();
     struct Run {
-        Answer stAnswer;
-        std::set<std::string_view> asFailed;
-        std::set<std::pair<uint32_t, std::string>> asGoodRequests;
-        bool bFirst = true;
+        CallRecord stCall;
+        std::optional<Requests> stGoodRequests;
+        JniFailure eFailure = JniFailure::kNullAndException;
     };
     auto pstRun = std::make_shared<Run>();
     Subject stSubject;
@@ -101,26 +81,28 @@ TEST_P(AllEntriesTest, AnswerAsTheyMayWhateverFails) {
         stCase.Furnish(stWorld);
         stWorld.stPlatform.stDescriptors.bWatchOpened = true;
     };
-    stSubject.fnCall = [=, &stCase](FakeJni &stEnv) { pstRun->stAnswer = stCase.fnCall(stEnv); };
-    stSubject.fnTold = [=](const OpTallies &mapTallies) {
-        pstRun->asFailed = FailedIn(mapTallies);
+    stSubject.fnCall = [=, &stCase](FakeJni &stEnv) {
+        pstRun->eFailure = stEnv.eFailure;
+        pstRun->stCall.stAnswer = stCase.fnCall(stEnv);
+    };
+    stSubject.fnTold = [=](const OpTallies &) {
+        pstRun->stCall.asFailed = FailedOperationsOf(World::Get(), pstRun->eFailure);
     };
     stSubject.fnOutcome = [=, &stCase](FakeJni &) {
         Platform &stPlatform = World::Get().stPlatform;
-        stPlatform.stDescriptors.HandOver(pstRun->stAnswer.iNumber.value_or(-1));
-        const auto asRequests = RequestsOf(stPlatform);
-        if (std::exchange(pstRun->bFirst, false)) {
-            pstRun->asGoodRequests = asRequests;
+        CallRecord &stCall = pstRun->stCall;
+        stPlatform.stDescriptors.HandOver(stCall.stAnswer.iNumber.value_or(-1));
+        stCall.stRequests = RequestsOf(stPlatform);
+        if (!pstRun->stGoodRequests) {
+            pstRun->stGoodRequests = stCall.stRequests;
+            ExpectAsked(stCase, stCall.stRequests);
         }
-        const bool bAsked =
-            LeniencyOf(stCase).bOtherRequests ||
-            std::includes(pstRun->asGoodRequests.begin(), pstRun->asGoodRequests.end(),
-                          asRequests.begin(), asRequests.end());
-        return TextOf(pstRun->stAnswer) + (bAsked ? "" : " after asking for something else");
+        return TextOf(stCall.stAnswer) + Judge(stCase, *pstRun->stGoodRequests, stCall);
     };
     stSubject.sGood = TextOf(stCase.stGood);
-    stSubject.fnAllowed = [=, &stCase](const FaultPlan &stPlan) {
-        return AllowedFor(stCase, stPlan.eOp, pstRun->asFailed);
+    // What is wrong with an outcome stands behind the answer in it.
+    stSubject.fnAllowed = [=](const FaultPlan &) -> std::set<std::string> {
+        return {TextOf(pstRun->stCall.stAnswer)};
     };
     (void)SweepFaults(stSubject);
 }

@@ -17,6 +17,12 @@ namespace wap::test {
 namespace {
 
 constexpr uint32_t kFilterMode = 0x47307000;
+constexpr uint32_t kSetFilterMode = 0x47209091;
+constexpr uint32_t kAddWired = 0x47209092;
+constexpr uint32_t kAddWireless = 0x47209094;
+constexpr uint32_t kDeleteWired = 0x47209093;
+constexpr uint32_t kDeleteWireless = 0x47209095;
+constexpr uint32_t kRestoreWireless = 0x4730701D;
 constexpr uint32_t kAttachList = 0x47307034;
 constexpr uint32_t kFtpCount = 0x47201064;
 constexpr uint32_t kSambaCount = 0x48200114;
@@ -29,13 +35,19 @@ std::function<void(World &)> Filter(uint32_t uiMode, uint32_t uiStatus) {
     };
 }
 
-/// Two wireless entries, the second of which stays, so that the first has to be put back.
+/// The record of a host that may not use the storage.
+std::string BarredHost() {
+    return Field("02:00:00:00:00:0A", 32) + Word(1) + Word(0) + std::string(24, '\0');
+}
+
+/// Two wireless entries, the second of which stays, so that the first has to be put back, and the
+/// wired one too. What the tables hold then, the filter's own tests look at.
 std::function<void(World &)> SecondDeletionRefused() {
     return [](World &stWorld) {
         Filter(0, 1)(stWorld);
         stWorld.stPlatform.mapReplies[0x47309027] = {0, IndexBytes({4, 6}, 256)};
         stWorld.stPlatform.fnReply = [](const RpcRecord &stRpc) -> std::optional<Reply> {
-            const bool bSecond = stRpc.uiRpcId == 0x47209095 && stRpc.sRequest == Word(6);
+            const bool bSecond = stRpc.uiRpcId == kDeleteWireless && stRpc.sRequest == Word(6);
             return bSecond ? std::optional(Reply{0x1234, ""}) : std::nullopt;
         };
     };
@@ -53,25 +65,47 @@ std::vector<CaseRow> FilterCases() {
         {WAP_ENTRY(LANHostsInfoQuery, getMacFilterMode), "trust_list", NumberAnswerOf(2),
          Filter(1, 1)},
         {WAP_ENTRY(LanNetworkAccessConfig, setMacFilterMode, Number(1)), "nothing_to_do", stDone},
-        {WAP_ENTRY(LanNetworkAccessConfig, setMacFilterMode, Number(0)), "off", stDone},
-        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList, fnTwoMacs), "two_with_wlan",
-         stDone, Filter(0, 1)},
+        {WAP_ENTRY(LanNetworkAccessConfig, setMacFilterMode, Number(0)),
+         "off",
+         stDone,
+         {},
+         {kSetFilterMode}},
+        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList, fnTwoMacs),
+         "two_with_wlan",
+         stDone,
+         Filter(0, 1),
+         {kAddWired, kAddWireless}},
         {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList, NoTexts()), "nobody", stDone},
         {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList,
                    Texts(std::vector<std::optional<std::u16string>>(9, u"02:00:00:00:00:0a"))),
          "too_many", stFailed},
         {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList, fnMac), "in_the_other_mode",
          stFailed, Filter(1, 1)},
-        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, fnTwoMacs), "two_with_wlan",
-         stDone, Filter(0, 1)},
-        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, NoTexts()), "all", stDone,
-         Filter(0, 1)},
-        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, fnMac), "undone", stFailed,
-         SecondDeletionRefused()},
-        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToTrustList, fnMac), "in_its_mode", stDone,
-         Filter(1, 1)},
-        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromTrustList, fnMac), "in_its_mode",
-         stDone, Filter(1, 1)},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, fnTwoMacs),
+         "two_with_wlan",
+         stDone,
+         Filter(0, 1),
+         {kDeleteWired, kDeleteWireless}},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, NoTexts()),
+         "all",
+         stDone,
+         Filter(0, 1),
+         {kDeleteWired, kDeleteWireless}},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, fnMac),
+         "undone",
+         stFailed,
+         SecondDeletionRefused(),
+         {kRestoreWireless, kAddWired}},
+        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToTrustList, fnMac),
+         "in_its_mode",
+         stDone,
+         Filter(1, 1),
+         {kAddWired, kAddWireless}},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromTrustList, fnMac),
+         "in_its_mode",
+         stDone,
+         Filter(1, 1),
+         {kDeleteWired, kDeleteWireless}},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromTrustList, NoTexts()), "nobody", stDone,
          Filter(1, 1)},
     };
@@ -105,6 +139,11 @@ std::vector<CaseRow> AttachCases() {
          "null_element", stDone},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, NoTexts()), "all",
          stDone},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, Texts({kKnown})),
+         "barred",
+         stDone,
+         Answering(0x47307030, {0, BarredHost()}),
+         {0x47209097}},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, Texts({kUnknown})),
          "unknown_host", stDone},
     };

@@ -38,6 +38,15 @@ std::function<void(World &)> Registry(uint32_t uiBundles, uint32_t uiAddresses,
     };
 }
 
+/// A list for which json-c's array has to grow twice.
+std::string ManyAddresses() {
+    std::string sList = "[\"1\"";
+    for (int i = 1; i < 70; ++i) {
+        sList += ",\"1\"";
+    }
+    return sList + "]";
+}
+
 std::vector<std::string> Members(size_t uiCount) {
     return std::vector<std::string>(uiCount, FlowMemberBytes("198.51.100.7", "443", "1"));
 }
@@ -106,6 +115,10 @@ std::vector<CaseRow> MonitorCases() {
          TextAnswerOf("{\"Result\":0,\"List\":[{\"BundleName\":\"b\",\"DestAddressList\":[\"1\"]}"
                       "]}"),
          Registry(1, 1, "b[\"1\"]")},
+        {WAP_ENTRY(TrafficMonitoringConfig, getTrafficMonitoringDestAddressInfo), "many_addresses",
+         TextAnswerOf("{\"Result\":0,\"List\":[{\"BundleName\":\"b\",\"DestAddressList\":" +
+                      ManyAddresses() + "}]}"),
+         Registry(1, 70, "b" + ManyAddresses())},
     };
 }
 

@@ -1,27 +1,36 @@
-// What the Java entries may do under a fault besides giving their failing answer.
+// What the Java entries may do under a fault: which answers are right, and after which requests.
 #ifndef WAP_TESTS_FAULTS_LENIENCY_H
 #define WAP_TESTS_FAULTS_LENIENCY_H
 
+#include <cstdint>
 #include <set>
-#include <string_view>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "faults/sweep_cases.h"
 
 namespace wap::test {
 
-struct Leniency {
-    std::set<std::string_view> asUnimportant{};  ///< may fail, and the answer is the good one
-    std::vector<Answer> astToo{};                ///< further answers
-    /// Something else may be asked than without the fault: elements of an array that could not be
-    /// had are left out, what was done is undone, or a block has another number.
-    bool bOtherRequests = false;
+/// What was asked of whom, in no order: the RPCs by their ids, the messages by their types.
+using Requests = std::multiset<std::pair<uint32_t, std::string>>;
+Requests RequestsOf(const Platform &stPlatform);
+
+/// One call of an entry.
+struct CallRecord {
+    std::vector<std::string> asFailed;  ///< see FailedOperationsOf
+    Answer stAnswer;
+    Requests stRequests;
 };
 
-/// Of a case, or of its method.
-const Leniency &LeniencyOf(const SweepCase &stCase);
-/// Releases, names and locks: nothing that any answer depends on.
-bool IsUnimportant(std::string_view sOperation);
+/// Tells the operations that were made to fail: "malloc 3" is the third of its name,
+/// "VT_MSG_RpcCall 47307000" an RPC by its id, and "null element 1" an element of an array without
+/// an exception.
+std::vector<std::string> FailedOperationsOf(const World &stWorld, JniFailure eFailure);
+
+/// What is wrong with how a call came out; empty when nothing is.
+/// @param stGood what the case asks for when nothing fails
+std::string Judge(const SweepCase &stCase, const Requests &stGood, const CallRecord &stCall);
 
 }  // namespace wap::test
 

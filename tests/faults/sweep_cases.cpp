@@ -30,6 +30,7 @@ std::vector<SweepCase> MakeCases() {
             stCase.fnCall = std::move(stRow.fnCall);
             stCase.fnAlso = std::move(stRow.fnAlso);
             stCase.stGood = std::move(stRow.stGood);
+            stCase.auiAsks = std::move(stRow.auiAsks);
             astCases.push_back(std::move(stCase));
         }
     }

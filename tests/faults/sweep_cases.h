@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ struct CaseRow {
     Answer stGood;      ///< when nothing fails, which may be a refusal
     /// Changes what the furnishing of the entry's group has made ready.
     std::function<void(World &)> fnAlso = {};
+    /// RPCs that the call must make when nothing fails, where the answer alone does not show it.
+    std::set<uint32_t> auiAsks = {};
 };
 
 /// One way to call an entry, with all that is known about it.
@@ -38,6 +41,7 @@ struct SweepCase {
     std::function<void(World &)> fnAlso;
     Answer stGood;
     Answer stFailure;
+    std::set<uint32_t> auiAsks{};
 
     std::string Name() const { return sMethod + "_" + sCase; }
     void Furnish(World &stWorld) const;

@@ -49,6 +49,16 @@ std::optional<std::string> Platform::TakeBulk(const std::string &sDesc) {
     return WordAt(sDesc, 4) > 2048 ? Unpacked(sBlock) : sBlock;
 }
 
+std::string Platform::Told(std::string sBytes) const {
+    for (size_t i = 0; !mapBlocks.empty() && i + sizeof(VDataDesc) <= sBytes.size(); i += 4) {
+        const auto it = mapBlocks.find(WordAt(sBytes, i));
+        if (it != mapBlocks.end() && it->second.size() == WordAt(sBytes, i + 8)) {
+            return sBytes.replace(i, 4, it->second);
+        }
+    }
+    return sBytes;
+}
+
 size_t Platform::CountCalls(const std::string &sPrefix) const {
     return static_cast<size_t>(
         std::count_if(asCalls.begin(), asCalls.end(),
@@ -156,15 +166,19 @@ std::string Packed(const std::string &sPlain) {
     std::string sPacked(kPackedMark, sizeof(kPackedMark));
     const uint32_t uiLen = static_cast<uint32_t>(sPlain.size());
     sPacked.append(reinterpret_cast<const char *>(&uiLen), sizeof(uiLen));
+    // Room for the worst case at once: it is done often.
+    size_t uiAt = sPacked.size();
+    sPacked.resize(uiAt + 2 * sPlain.size());
     for (size_t i = 0; i < sPlain.size();) {
         size_t uiRun = 1;
         while (uiRun < 255 && i + uiRun < sPlain.size() && sPlain[i + uiRun] == sPlain[i]) {
             ++uiRun;
         }
-        sPacked += static_cast<char>(uiRun);
-        sPacked += sPlain[i];
+        sPacked[uiAt++] = static_cast<char>(uiRun);
+        sPacked[uiAt++] = sPlain[i];
         i += uiRun;
     }
+    sPacked.resize(uiAt);
     return sPacked;
 }
 
@@ -221,9 +235,10 @@ uint32_t VT_MSG_RpcCall(const RpcMsgHead *pstHead, uint32_t uiRpcId, uint32_t ui
                         uint32_t uiTimeoutMs) {
     World &stWorld = World::Get();
     wap::test::Platform &stPlatform = stWorld.stPlatform;
-    stPlatform.astRpcs.push_back({BytesAt(pstHead, sizeof(*pstHead)), uiRpcId, uiDstMid,
-                                  BytesAt(pvReq, uiReqLen), uiReqLen, BytesAt(pvRsp, uiRspCap),
-                                  uiRspCap, uiTimeoutMs, pvReq, pvRsp});
+    const std::string sRequest = BytesAt(pvReq, uiReqLen);
+    stPlatform.astRpcs.push_back({BytesAt(pstHead, sizeof(*pstHead)), uiRpcId, uiDstMid, sRequest,
+                                  uiReqLen, BytesAt(pvRsp, uiRspCap), uiRspCap, uiTimeoutMs, pvReq,
+                                  pvRsp, stPlatform.Told(sRequest)});
     if (stWorld.Hit(Op::kRpc, wap::test::kRpcCall)) {
         return wap::test::kPlannedRpcStatus;
     }
@@ -262,7 +277,8 @@ uint32_t VT_MSG_AsyncSendData(const char *pcRcvApp, uint32_t uiMsgType, const vo
                                        std::string(pcRcvApp) + " " + Numbers({uiMsgType, uiLen}));
     wap::test::Platform &stPlatform = World::Get().stPlatform;
     if (uiStatus == 0) {
-        stPlatform.astMessages.push_back({pcRcvApp, uiMsgType, BytesAt(pvData, uiLen)});
+        const std::string sData = BytesAt(pvData, uiLen);
+        stPlatform.astMessages.push_back({pcRcvApp, uiMsgType, sData, stPlatform.Told(sData)});
         if (stPlatform.fnMessage) {
             stPlatform.fnMessage(stPlatform.astMessages.back());
         }

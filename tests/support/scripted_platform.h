@@ -46,6 +46,7 @@ struct RpcRecord {
     uint32_t uiTimeoutMs = 0;
     const void *pvReq = nullptr;
     const void *pvRsp = nullptr;
+    std::string sTold{};  ///< see Platform::Told
 };
 
 /// A message that nobody answers.
@@ -53,6 +54,7 @@ struct MessageRecord {
     std::string sReceiver;
     uint32_t uiType = 0;
     std::string sData;
+    std::string sTold{};
 };
 
 struct TraceRecord {
@@ -141,6 +143,9 @@ class Platform {
     /// Takes the block that a descriptor names, as the process would that got the descriptor, and
     /// gives what is in it; nothing when there is no such block.
     std::optional<std::string> TakeBulk(const std::string &sDesc);
+    /// A request or message as the one who gets it understands it: with what is in the block in the
+    /// place of the number of the block.
+    std::string Told(std::string sBytes) const;
     size_t CountCalls(const std::string &sPrefix) const;
 
     void *Open(World &stWorld, const char *pcName, int iFlags);

@@ -50,7 +50,10 @@ bool World::Hit(Op eOp, std::string_view sName) {
     }
     const uint32_t uiNow = stPlan.sName.empty() ? uiOfItsKind : stTally.uiDone;
     const bool bFails = stPlan.bForever ? uiNow >= stPlan.uiAt : uiNow == stPlan.uiAt;
-    stTally.uiFailed += bFails ? 1 : 0;
+    if (bFails) {
+        ++stTally.uiFailed;
+        astFailed.push_back({sName, stTally.uiDone});
+    }
     return bFails;
 }
 
@@ -58,6 +61,7 @@ void World::Plan(FaultPlan stNew) {
     stPlan = stNew;
     auiCounts = {};
     mapTallies.clear();
+    astFailed.clear();
 }
 
 void World::Violation(std::string sText) {

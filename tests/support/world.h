@@ -49,6 +49,12 @@ struct OpTally {
 /// By the operations' names: those above, or those of functions.
 using OpTallies = std::map<std::string_view, OpTally>;
 
+/// An operation that was made to fail.
+struct FailedOp {
+    std::string_view sName;
+    uint32_t uiNth = 0;  ///< of its name, from 1
+};
+
 class World {
   public:
     World();
@@ -68,6 +74,8 @@ class World {
     uint32_t Count(Op eOp) const { return auiCounts[static_cast<size_t>(eOp)]; }
     /// Since the last plan.
     const OpTallies &Tallies() const { return mapTallies; }
+    /// In their order; since the last plan, too.
+    const std::vector<FailedOp> &Failed() const { return astFailed; }
     /// Starts counting afresh and sets what fails from now on.
     void Plan(FaultPlan stNew);
 
@@ -88,6 +96,7 @@ class World {
     FaultPlan stPlan;
     std::array<uint32_t, kOpCount> auiCounts{};
     OpTallies mapTallies;
+    std::vector<FailedOp> astFailed;
     std::vector<std::string> asViolations;
     World *pstOuter;
 };
