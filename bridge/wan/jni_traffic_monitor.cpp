@@ -208,7 +208,8 @@ uint32_t MakeAnswer(const TrafficMonitorInfoReply &stInfo, PlatformBlock &stAnsw
     if (uiConverted != 0) {
         return uiConverted;
     }
-    // Names and lists stand in it as they came: whether they are well-formed nobody has looked yet.
+    // Names and lists stand in it as they came. None leaves its place, but whether each is
+    // well-formed in itself is for a parser to say.
     const JsonValue stParsed(ParseJson(WAP_SPOT, pcAnswer, Grammar::kStrict, Secrecy::kPlain));
     return stParsed ? 0 : Recorded(WAP_SPOT, kErrFailed, stInfo.stRegistry.uiOriginalLen);
 }
