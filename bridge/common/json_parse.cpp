@@ -162,7 +162,7 @@ class Tokener {
     }
 
     /// After a comma: when it stands behind an element, there is room for the next one.
-    bool PrepareElement() {
+    bool PrepareElement() const {
         const json_tokener_srec &stLevel = m_pstTokener->stack[m_pstTokener->depth];
         if (stLevel.saved_state != json_tokener_state_array_after_sep) {
             return true;
