@@ -115,11 +115,15 @@ size_t CountDigits(std::string_view stRest) {
     return uiCount;
 }
 
+bool IsIn(char cByte, std::string_view stBytes) {
+    return memchr(stBytes.data(), cByte, stBytes.size()) != nullptr;
+}
+
 /// How long the number of JSON is that stRest begins with; 0 when it is none, or more follows than
 /// may stand behind one.
 size_t NumberLength(std::string_view stRest) {
     const auto Is = [stRest](size_t uiAt, std::string_view stOf) {
-        return uiAt < stRest.size() && memchr(stOf.data(), stRest[uiAt], stOf.size()) != nullptr;
+        return uiAt < stRest.size() && IsIn(stRest[uiAt], stOf);
     };
     const auto Digits = [stRest](size_t uiAt) {
         return CountDigits({stRest.data() + uiAt, stRest.size() - uiAt});
@@ -167,7 +171,7 @@ bool IsOneList(std::string_view stList) {
                 return false;
             }
             i += uiNumber - 1;
-        } else if ((cByte < 'a' || cByte > 'z') && memchr(",: \t\r\n", cByte, 6) == nullptr) {
+        } else if ((cByte < 'a' || cByte > 'z') && !IsIn(cByte, ",: \t\r\n")) {
             return false;
         }
     }
