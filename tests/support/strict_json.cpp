@@ -55,7 +55,7 @@ std::string FaultOf(const Json &stRoot) {
 void AddValues(const Json &stValue, const std::string &sWay, std::vector<std::string> &asValues) {
     if (stValue.is_object()) {
         for (const auto &[sName, stMember] : stValue.items()) {
-            AddValues(stMember, sWay + "." + sName, asValues);
+            AddValues(stMember, std::string(sWay).append(".").append(sName), asValues);
         }
     } else if (stValue.is_array()) {
         for (const Json &stElement : stValue) {
