@@ -107,7 +107,7 @@ void WriteTextFile(const std::string &acPath, std::string_view pcText) {
     const std::string acFolder = FolderOf(acPath);
     const FileDescriptor stFolder(open(acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (stFolder.Get() < 0) {
-        Fail("open", acFolder);
+        Fail("write", acPath);
     }
     const std::string acTemp = acPath + "." + std::to_string(getpid()) + std::string(kTemporaryEnd);
     FileDescriptor stFile(open(acTemp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
