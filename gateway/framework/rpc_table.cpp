@@ -1,17 +1,18 @@
 #include "framework/rpc_table.h"
 
+#include "framework/bulk.h"
 #include "framework/peers.h"
 
 namespace wap::gateway {
 
-namespace {
-
-void Give(const std::string &acReply, const VtHostCall &stCall, uint32_t &uiReplyLength) {
-    uiReplyLength = static_cast<uint32_t>(std::min<size_t>(acReply.size(), stCall.uiRspCap));
-    memcpy(stCall.pvRsp, acReply.data(), uiReplyLength);
+void GiveReply(const void *pvReply, size_t ulLength, const VtHostCall &stCall,
+               uint32_t &uiReplyLength) {
+    uiReplyLength = static_cast<uint32_t>(std::min<size_t>(ulLength, stCall.uiRspCap));
+    memcpy(stCall.pvRsp, pvReply, uiReplyLength);
+    if (uiReplyLength < ulLength) {
+        FreePublished();
+    }
 }
-
-}  // namespace
 
 void RpcTable::AddBytes(uint32_t uiRpcId, BytesHandler pfnHandler) {
     m_stHandlers[uiRpcId] = [pfnHandler](HandlerContext &stContext, const VtHostCall &stCall,
@@ -20,7 +21,7 @@ void RpcTable::AddBytes(uint32_t uiRpcId, BytesHandler pfnHandler) {
         const uint32_t uiStatus = pfnHandler(
             stContext, {static_cast<const char *>(stCall.pvReq), stCall.uiReqLen}, acReply);
         if (uiStatus == 0) {
-            Give(acReply, stCall, uiReplyLength);
+            GiveReply(acReply.data(), acReply.size(), stCall, uiReplyLength);
         }
         return uiStatus;
     };
@@ -34,7 +35,7 @@ void RpcTable::Forward(uint32_t uiRpcId, const char *pcProcess) {
             AskPeer(pcProcess, uiRpcId, {static_cast<const char *>(stCall.pvReq), stCall.uiReqLen},
                     stCall.uiRspCap, acReply);
         if (uiStatus == 0) {
-            Give(acReply, stCall, uiReplyLength);
+            GiveReply(acReply.data(), acReply.size(), stCall, uiReplyLength);
         }
         return uiStatus;
     };

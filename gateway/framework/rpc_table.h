@@ -53,6 +53,11 @@ using MessageHandler = void (*)(HandlerContext &stContext, std::string_view pcBy
 template <class Request, class Reply>
 using Handler = uint32_t (*)(HandlerContext &stContext, const Request &stRequest, Reply &stReply);
 
+/// Hands a reply over, cut to the caller's room. The blocks that were published for one that is cut
+/// are freed: the caller may not learn of them.
+void GiveReply(const void *pvReply, size_t ulLength, const VtHostCall &stCall,
+               uint32_t &uiReplyLength);
+
 /// The RPCs of one process. Filled before the process serves, not changed later.
 class RpcTable {
   public:
@@ -72,8 +77,7 @@ class RpcTable {
             Reply stReply{};
             const uint32_t uiStatus = pfnHandler(stContext, stRequest, stReply);
             if (uiStatus == 0) {
-                uiReplyLength = std::min(static_cast<uint32_t>(sizeof(stReply)), stCall.uiRspCap);
-                memcpy(stCall.pvRsp, &stReply, uiReplyLength);
+                GiveReply(&stReply, sizeof(stReply), stCall, uiReplyLength);
             }
             return uiStatus;
         };

@@ -215,6 +215,9 @@ TEST_F(TrafficTest, RepliesThatAreCutLeaveNoBlocks) {
                    "1"});
             EXPECT_EQ(Ask(stReply.uiRpcId, Word(0), stReply.uiLength).uiStatus, 0u);
             EXPECT_EQ(Blocks(), "") << stReply.pcRpc << " " << uiBytes;
+            // The same by a reader that has no more room.
+            EXPECT_EQ(Ask(stReply.uiRpcId, Word(0), uiBytes).uiStatus, 0u);
+            EXPECT_EQ(Blocks(), "") << stReply.pcRpc << " by " << uiBytes;
         }
         // A reply that is short enough is not cut.
         CtlOk({"fault", "gulm", stReply.pcRpc, "--truncate", std::to_string(stReply.uiLength),

@@ -4,6 +4,7 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
+import java.util.Locale;
 import java.util.Map;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
@@ -52,7 +53,7 @@ final class Report {
     }
 
     private static String grouped(String value) {
-        return value.matches("[0-9]{1,18}") ? String.format("%,d", Long.parseLong(value)) : value;
+        return value.matches("[0-9]{1,18}") ? String.format(Locale.ROOT, "%,d", Long.parseLong(value)) : value;
     }
 
     private String value(String reports, String name) {

@@ -54,7 +54,8 @@ public class LANHostsInfoQueryServiceJNI {
      *     out. If none is left, all hosts are asked for
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
      *     doesn't answer or refuses; <code>{"Result":-1}</code> when there are more than 128
-     *     addresses; {@code null} when the process wrote nothing
+     *     addresses, or when memory runs out before any of them is known; {@code null} when the
+     *     process wrote nothing
      */
     public native String getLANHostInfoByMAC(String[] asMacs);
 
