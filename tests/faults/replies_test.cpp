@@ -454,6 +454,61 @@ TEST(StrictJson, TellsWhatIsWrong) {
     EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":{}}"), "no array under List");
     EXPECT_EQ(JsonFault("{\"Result\":0,\"Result\":0}"), "the name Result twice");
     EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":[{\"a\":1,\"a\":2}]}"), "the name a twice");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":[{\"a\":[1e999]}]}"), "a number beyond all types");
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"List\":[{\"a\":[\"\\ud800\"]}]}"), "no JSON");
+}
+
+/// What is wrong with a list of one element.
+std::string FaultOfElement(const std::string &sElement) {
+    return JsonFault("{\"Result\":0,\"List\":[" + sElement + "]}", Elements::kHandedOver);
+}
+
+// Somebody else's values may be odd, but they are JSON, and what is around them is ours.
+TEST(StrictJson, TellsWhatIsWrongAroundWhatIsHandedOver) {
+    const std::string sTwice = "the name a twice";
+    const std::string sTooLarge = "a number beyond all types";
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":1,\"a\":2}", Elements::kHandedOver), sTwice);
+    EXPECT_EQ(FaultOfElement("{\"a\":1,\"a\":2}"), sTwice);
+    EXPECT_EQ(FaultOfElement("{\"a\":[{\"a\":1,\"a\":2}]}"), "");
+    EXPECT_EQ(FaultOfElement("{\"a\":[{\"b\":1,\"b\":2}],\"a\":2}"), sTwice);
+
+    const std::string sManyDigits(400, '9');
+    for (const std::string &sLarge :
+         {std::string("1e999"), std::string("-1.0E+0999"), sManyDigits, "-" + sManyDigits + ".5"}) {
+        SCOPED_TRACE(sLarge);
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + ", {\"b\":" + sLarge + "}, 12345]}"), "");
+        EXPECT_EQ(FaultOfElement("{\"a\":[]," + std::string("\"b\":") + sLarge + "}"), sTooLarge);
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "]}," + sLarge), sTooLarge);
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "}"), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "],\"a\":1}"), sTwice);
+        EXPECT_EQ(FaultOfElement("{\"a\":[0" + sLarge + "]}"), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "e]}"), "no JSON");
+    }
+    EXPECT_EQ(JsonFault("{\"Result\":1e999}", Elements::kHandedOver), sTooLarge);
+    EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":[[[1e999]]]}", Elements::kHandedOver), sTooLarge);
+    EXPECT_EQ(FaultOfElement("{\"a\":[\"1e999\", \"\\\"\", \"12345\"]}"), "");
+
+    for (const std::string &sHalf :
+         {std::string("\\ud800"), std::string("\\uDFFF"), std::string("\\udc00\\ud800"),
+          std::string("\\ud800\\u0041"), std::string("\\ud800\\ud83d\\ude00")}) {
+        SCOPED_TRACE(sHalf);
+        const std::string sText = "\"" + sHalf + "\"";
+        EXPECT_EQ(FaultOfElement("{\"a\":" + sText + ",\"b\": [" + sText + ",{" + sText + ":1}]}"),
+                  "");
+        EXPECT_EQ(FaultOfElement("{\"a\":1," + sText + ":1}"), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":1}," + sText), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sText), "no JSON");
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sText + " 1]}"), "no JSON");
+        EXPECT_EQ(JsonFault("{\"Result\":0,\"a\":" + sText + "}", Elements::kHandedOver),
+                  "no JSON");
+    }
+    EXPECT_EQ(FaultOfElement("{\"a\":\"\\\\ud800\",\"b\":\"\\ud83d\\ude00\"}"), "");
+    EXPECT_EQ(FaultOfElement("{\"a\":\"\\ud80\"}"), "no JSON");
+    EXPECT_EQ(FaultOfElement("{\"a\":\"\\ud80x\"}"), "no JSON");
+    EXPECT_EQ(FaultOfElement("{\"a\":[\"\xFF\"]}"), "no JSON");
+    EXPECT_EQ(FaultOfElement("{\"a\":[\"\x01\"]}"), "no JSON");
+    EXPECT_EQ(FaultOfElement("{\"a\":[NaN]}"), "no JSON");
 }
 
 /// The Javadoc of each native method, by its name.

@@ -10,8 +10,9 @@ namespace wap::test {
 /// Whose the values are that stand in the elements of an answer's list.
 enum class Elements {
     kOwn,
-    /// Somebody else's, handed over as they are: JSON, but a name may stand twice in an object of
-    /// theirs, and a number be larger than any type of ours.
+    /// Somebody else's, handed over as they are: JSON by its grammar, but a name may stand twice in
+    /// an object of theirs, an escape be half a surrogate pair, and a number in a list or an object
+    /// of theirs be larger than any type of ours.
     kHandedOver,
 };
 

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "support/strict_json.h"
 #include "unit/monitor/monitor_fixture.h"
 
 namespace wap::test {
@@ -205,18 +206,22 @@ TEST_F(MonitorListTest, WhatReachesBeyondItsPlaceIsAFailure) {
 
 TEST_F(MonitorListTest, WhatIsJsonIsHandedOutAsItStands) {
     const std::string sDeep = std::string(29, '[') + std::string(29, ']');
-    const std::string asPairs[][2] = {{" a ", "[ \"1\" , 2 ] "},
-                                      {"a", sDeep},
-                                      {"\\u0041\\\"", "[]"},
-                                      {"a:b", "[\"2001:db8::1\",\"::\"]"},
-                                      {"a", "[\n{\"x\":[\"]\",\"\\\"]\"]} ]\t\r\n"},
-                                      {"a", "[0,-1,10,1.50,-0.5e+7,2E3,4e-1,true,false,null]"}};
+    const std::string asPairs[][2] = {
+        {" a ", "[ \"1\" , 2 ] "},
+        {"a", sDeep},
+        {"\\u0041\\\"", "[]"},
+        {"a:b", "[\"2001:db8::1\",\"::\"]"},
+        {"a", "[\n{\"x\":[\"]\",\"\\\"]\"]} ]\t\r\n"},
+        {"a", "[0,-1,10,1.50,-0.5e+7,2E3,4e-1,true,false,null]"},
+        {"a", "[1e999,{\"x\":1,\"x\":2}]"},
+        {"a\\udc00", "[\"\\ud800\",{\"\\uDFFF\":\"\\ud800\\u0041\"}]"}};
     for (const auto &asPair : asPairs) {
         SCOPED_TRACE(asPair[0]);
         AnswerRegistry(stWorld, 1, 1, asPair[0] + asPair[1] + '\0');
         EXPECT_EQ(Ask(), 0u);
         EXPECT_EQ(sText, "{\"Result\":0,\"List\":[{\"BundleName\":\"" + asPair[0] +
                              "\",\"DestAddressList\":" + asPair[1] + "}]}");
+        EXPECT_EQ(JsonFault(sText, Elements::kHandedOver), "");
         EXPECT_TRUE(stPlatform.astFaults.empty());
     }
 }
