@@ -8,6 +8,8 @@ import java.util.List;
 import java.util.Queue;
 import java.util.concurrent.ConcurrentLinkedQueue;
 import java.util.concurrent.Phaser;
+import java.util.concurrent.TimeUnit;
+import java.util.concurrent.TimeoutException;
 import java.util.concurrent.atomic.AtomicInteger;
 import java.util.concurrent.atomic.AtomicLong;
 import java.util.function.IntFunction;
@@ -79,6 +81,7 @@ final class LoadRun {
     private volatile boolean bStop;
     private volatile boolean bRest;
     private final Phaser rest;
+    private final List<Thread> threads = new ArrayList<>();
     private final AtomicLong lCalls = new AtomicLong();
     private final AtomicLong lFailuresWhileDown = new AtomicLong();
     private final AtomicLong lFailures = new AtomicLong();
@@ -116,21 +119,23 @@ final class LoadRun {
 
     /** Insists that nothing fails without a reason and that nothing grows. */
     void run(long lDuration) throws InterruptedException {
-        List<Thread> threads = new ArrayList<>();
         for (int i = 0; i < iThreads; i++) {
             int iFirst = i;
             Thread thread = new Thread(() -> work(iFirst), name + "-" + i);
+            // One that never ends shall not keep the machine from its end.
+            thread.setDaemon(true);
             thread.start();
             threads.add(thread);
         }
         Stock before;
         List<Interval> intervals = new ArrayList<>();
+        String endless;
         try {
             Thread.sleep(lDuration / 4);
             // One trouble belongs to the warm-up: its first failures load what only failures need.
             troublemaker.make(this, lDuration / 20);
             Thread.sleep(lDuration / 10);
-            before = takeStock();
+            before = takeStock(null);
             intervals.add(workOn(before, lDuration, 0));
             for (int i = 1; i < kIntervals && !intervals.get(i - 1).isBounded(); i++) {
                 Interval last = intervals.get(i - 1);
@@ -138,10 +143,10 @@ final class LoadRun {
             }
         } finally {
             bStop = true;
-            for (Thread thread : threads) {
-                thread.join();
-            }
+            rest.forceTermination();
+            endless = Patience.end(threads);
         }
+        assertEquals("", endless);
         System.out.printf("%s: %d calls, %d failed as documented while a process was away%n", name,
                 lCalls.get(), lFailuresWhileDown.get());
         assertEquals(0, iErrors.get(), () -> String.join("\n", errors));
@@ -156,16 +161,21 @@ final class LoadRun {
         assertTrue(iReferences <= kMachinesReferences,
                 iReferences + " more JNI global references than before");
         assertEquals(before.footprint.iDescriptors, after.iDescriptors, "open descriptors");
+        intervals.forEach(interval
+                -> assertEquals(before.threads, interval.end.threads, "threads of the process"));
     }
 
     /** What the process holds, and how many calls had been made by then. */
     private static final class Stock {
         final ProcessFootprint footprint;
         final long lCalls;
+        /** By name; none under an emulator, where a 32-bit program cannot list a folder. */
+        final List<String> threads;
 
-        Stock(ProcessFootprint footprint, long lCalls) {
+        Stock(ProcessFootprint footprint, long lCalls, List<String> threads) {
             this.footprint = footprint;
             this.lCalls = lCalls;
+            this.threads = threads;
         }
     }
 
@@ -211,22 +221,53 @@ final class LoadRun {
         Thread.sleep(lDuration / 5);
         troublemaker.make(this, lDuration / 10);
         Thread.sleep(lDuration / 4);
+        long lCallsBefore = lCalls.get();
+        long lEnd = System.nanoTime() + TimeUnit.SECONDS.toNanos(Patience.kSeconds);
         while (lCalls.get() - start.lCalls < lAtLeast && iErrors.get() == 0) {
+            if (System.nanoTime() > lEnd) {
+                // Slow is no error: who hangs will be missed when stock is taken.
+                assertTrue(lCalls.get() > lCallsBefore,
+                        () -> "nobody calls anything any more:\n" + Patience.stacks(threads));
+                break;
+            }
             Thread.sleep(kPauseMilliseconds);
         }
-        return new Interval(start, takeStock());
+        return new Interval(start, takeStock(start.threads));
     }
 
-    /** Takes stock while the threads rest between two calls, with all their connections open. */
-    private Stock takeStock() throws InterruptedException {
+    /**
+     * Takes stock while the threads rest between two calls, with all their connections open.
+     *
+     * @param wanted the threads that there shall be when those that are ending have ended; null for
+     *     any
+     */
+    private Stock takeStock(List<String> wanted) throws InterruptedException {
         bRest = true;
-        rest.arriveAndAwaitAdvance();
+        awaitAll();
         try {
-            return new Stock(ProcessFootprint.take(), lCalls.get());
+            if (wanted != null) {
+                Traffic.await(() -> wanted.equals(namesOfThreads()));
+            }
+            return new Stock(ProcessFootprint.take(), lCalls.get(), namesOfThreads());
         } finally {
             bRest = false;
-            rest.arriveAndAwaitAdvance();
+            awaitAll();
         }
+    }
+
+    /** Waits until all threads begin or end their rest, but not for ever. */
+    private void awaitAll() throws InterruptedException {
+        try {
+            rest.awaitAdvanceInterruptibly(rest.arrive(), Patience.kSeconds, TimeUnit.SECONDS);
+        } catch (TimeoutException e) {
+            throw new AssertionError(rest.getUnarrivedParties()
+                    + " threads never come to their rest, or out of it:\n"
+                    + Patience.stacks(threads));
+        }
+    }
+
+    private static List<String> namesOfThreads() {
+        return Boolean.getBoolean("wap.emulated") ? List.of() : Leftovers.threads();
     }
 
     /** Lets a process die and come back. */
