@@ -10,6 +10,8 @@ import java.util.Map;
 import java.util.Random;
 import java.util.Set;
 import java.util.TreeSet;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
 
 /**
  * What goes wrong in a home, by chance: processes die, hang and come back, answers are failures,
@@ -177,14 +179,28 @@ final class Weather {
         note("clearing up");
         long lSince = (System.nanoTime() - lFaultsEnded) / 1_000_000;
         rest(Math.max(kAfterwards, lLongestDelay + kAfterwards - lSince));
+        long lEnd = System.nanoTime() + kPatienceSeconds * 1_000_000_000L;
         Map<String, Long> before;
         Map<String, Long> after = Gateway.requests();
         do {
             rest(200);
             before = after;
             after = Gateway.requests();
+            if (System.nanoTime() > lEnd) {
+                throw new AssertionError(restless(before, after) + "\n" + report);
+            }
         } while (!before.equals(after) || after.size() < kProcesses.length);
         note("all is quiet");
+    }
+
+    /** Who is not as it should be when nobody asks for anything. */
+    private static String restless(Map<String, Long> before, Map<String, Long> after) {
+        return Stream.of(kProcesses)
+                .filter(process
+                        -> !after.containsKey(process)
+                                || !after.get(process).equals(before.get(process)))
+                .map(process -> process + (after.containsKey(process) ? " is asked" : " is gone"))
+                .collect(Collectors.joining(", ", "in the calm ", ""));
     }
 
     private void kill() {
@@ -324,6 +340,7 @@ final class Weather {
     /**
      * Where the disk ends: everything that is written there fails for a while.
      *
+     * @param lMilliseconds how long; longer if it is alone, until a change fails
      * @param bAlone whether nothing else is wrong
      */
     private void fillDisk(long lMilliseconds, boolean bAlone) {
@@ -333,8 +350,13 @@ final class Weather {
                 fill(ballast);
                 lFullDisks++;
                 note("the disk is full");
+                long lMetBefore = tally.lFailuresOnFullDisk.get();
                 tally.bOnlyDiskFull = bAlone;
                 rest(lMilliseconds);
+                if (bAlone) {
+                    // On a slow machine nobody may have met it yet.
+                    Traffic.await(() -> tally.lFailuresOnFullDisk.get() > lMetBefore);
+                }
             } finally {
                 tally.bOnlyDiskFull = false;
                 Files.deleteIfExists(ballast);
