@@ -6,6 +6,7 @@ import java.util.List;
 import java.util.Locale;
 import java.util.Map;
 import java.util.TreeMap;
+import java.util.function.UnaryOperator;
 
 /** The box in a storm: rights and accounts, the web's right, the lights, voice events. */
 final class StormBox {
@@ -59,7 +60,7 @@ final class StormBox {
             }
             boolean bThere = !model().value(key).equals(HomeModel.kAbsent);
             if (oneIn(8)) {
-                refused("an account that is there already, or isn't",
+                refused("an account that is there already, or isn't", -1,
                         () -> bThere ? service.add(name, "other") : service.delete(name));
             } else if (bThere) {
                 change("deleting an account", key, HomeModel.kAbsent, () -> service.delete(name));
@@ -112,6 +113,8 @@ final class StormBox {
 
     private static final class Web extends StormPart {
         private static final int kMostUncertain = 8;
+        private static final UnaryOperator<String> kOneMore =
+                value -> String.valueOf(Integer.parseInt(value) + 1);
 
         private int iUncertain;
 
@@ -128,9 +131,7 @@ final class StormBox {
             } else if (isCertain(prefix + "changes") || iUncertain++ < kMostUncertain) {
                 // The gateway counts them. What comes late is counted late, so that the order of
                 // two changes makes no difference.
-                change("setHTTPUserPassword",
-                        Effect.map(prefix + "changes",
-                                value -> String.valueOf(Integer.parseInt(value) + 1)),
+                change("setHTTPUserPassword", Effect.map(prefix + "changes", kOneMore),
                         ()
                                 -> isDone("setHTTPUserPassword",
                                         Natives.number(Box.kRightConfig, "setHTTPUserPassword",

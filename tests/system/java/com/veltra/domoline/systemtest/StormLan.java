@@ -9,6 +9,7 @@ import java.util.Locale;
 import java.util.Map;
 import java.util.Set;
 import java.util.TreeMap;
+import java.util.function.UnaryOperator;
 
 /** The LAN in a storm: names, addresses, the MAC filter, limits of hosts, port mappings. */
 final class StormLan {
@@ -35,7 +36,7 @@ final class StormLan {
                 change("setGatewayName", prefix + "gateway", name,
                         () -> Natives.number(Lan.kNames, "setGatewayName", name));
             } else if (oneIn(20)) {
-                refused("a name for nobody",
+                refused("a name for nobody", -1,
                         ()
                                 -> Natives.number(
                                         Lan.kNames, "setLANHostName", "02:A1:B2:00:20:FF", name));
@@ -98,7 +99,7 @@ final class StormLan {
                 change("setLANHostIP", prefix + "own", address + " " + mask,
                         () -> Natives.number(Lan.kAddressConfig, "setLANHostIP", address, mask));
             } else if (oneIn(10)) {
-                refused("a pool that is no address",
+                refused("a pool that is no address", -1,
                         ()
                                 -> Natives.number(Lan.kAddressConfig, "setLANDHCPInfo", "TRUE",
                                         "pool", "pool", 1));
@@ -142,6 +143,7 @@ final class StormLan {
         /** The gateway keeps it out of the filter, unless nobody says so. */
         private static final String kExcluded = "filter SSID-2 ";
         private static final String kMode = "filter mode";
+        private static final UnaryOperator<String> kOff = value -> value.charAt(0) + "/0";
 
         Filter() {
             super("filter ");
@@ -206,13 +208,16 @@ final class StormLan {
             int iMode = roll(3);
             if (iMode == 0) {
                 // The mode is kept if the gateway tells it.
-                boolean bDone = change("switching the filter off",
-                        Effect.map(kMode, value -> value.charAt(0) + "/0"),
+                boolean bDone = change("switching the filter off", Effect.map(kMode, kOff),
                         ()
                                 -> isDone("setMacFilterMode",
                                         Natives.number(Lan.kAccess, "setMacFilterMode", 0)));
                 if (!bDone || !isCalm()) {
-                    model().mayHaveChanged(kMode, value -> "0/0");
+                    model().mayHaveChanged(kMode, HomeModel.to("0/0"));
+                }
+                // What comes late has the mode of when it was asked for.
+                if (!bDone) {
+                    model().mayHaveChanged(kMode, HomeModel.to("1/0"));
                 }
             } else {
                 change("setMacFilterMode", kMode, (iMode - 1) + "/1",
@@ -269,6 +274,9 @@ final class StormLan {
         @Override
         Map<String, String> toTell(Map<String, String> held) {
             String mode = held.get(kMode);
+            if (mode == null) {
+                return Map.of();
+            }
             boolean bOn = mode.endsWith("/1");
             return Map.of(kMode, String.valueOf(bOn ? 1 + mode.charAt(0) - '0' : 0));
         }
@@ -279,6 +287,7 @@ final class StormLan {
             if (iMode == -1) {
                 throw new Disturbed("the filter's mode is " + iMode);
             }
+            looked();
             return Map.of(kMode, String.valueOf(iMode));
         }
     }
@@ -428,7 +437,7 @@ final class StormLan {
                 return;
             }
             if (oneIn(6)) {
-                refused("a mapping that is there already",
+                refused("a mapping that is there already", -2,
                         ()
                                 -> Natives.number(Lan.kMappingConfig, "addPortMapping", kWans[iWan],
                                         iPort, iInternal, "TCP", client));

@@ -50,10 +50,15 @@ final class StormLooks {
     private static final class Machine extends StormPart {
         private static final int kLongestTest = 3600;
 
-        private boolean bRuntimeKnown;
+        private volatile boolean bRuntimeKnown;
 
         Machine() {
             super("machine ");
+        }
+
+        @Override
+        boolean isWarm() {
+            return bRuntimeKnown;
         }
 
         @Override

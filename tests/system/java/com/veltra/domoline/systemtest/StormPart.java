@@ -112,13 +112,13 @@ abstract class StormPart {
         }
 
         Effect and(String key, String value) {
-            changes.put(key, ignored -> value);
+            changes.put(key, HomeModel.to(value));
             return this;
         }
 
         /** Something that a success does as well when a query on the way is not answered. */
         Effect inTrouble(String key, String value) {
-            changes.put(key, ignored -> value);
+            changes.put(key, HomeModel.to(value));
             inTrouble.add(key);
             return this;
         }
@@ -162,13 +162,25 @@ abstract class StormPart {
 
     private void look() {
         boolean bCalmBefore = tally.bCalm;
-        tally.lLooks.incrementAndGet();
         try {
-            timed(this::told);
+            Map<String, String> rows = timed(this::told);
+            if (rows != null && bCalmBefore && tally.bCalm) {
+                compare(rows);
+            }
         } catch (Disturbed e) {
             if (bCalmBefore && tally.bCalm && !canBeOvertaken()) {
                 throw e;
             }
+        }
+    }
+
+    /** Compares what the lists tell in a calm with what is certain. */
+    private void compare(Map<String, String> told) {
+        Map<String, String> rows = new TreeMap<>(told);
+        rows.keySet().removeIf(key -> !isCertain(key));
+        Map<String, String> toTell = toTell(model.certainRows(prefix));
+        if (!toTell.equals(rows)) {
+            tally.complain(prefix + "was told in a calm as " + rows + " instead of " + toTell);
         }
     }
 
@@ -207,6 +219,11 @@ abstract class StormPart {
      */
     final void holdBackUnless(boolean bDone) {
         bHeldBack |= !bDone;
+    }
+
+    /** Whether what leaves something behind when it is done first has been done. */
+    boolean isWarm() {
+        return true;
     }
 
     /** Does one operation, or none when all that it could do is uncertain. */
@@ -296,13 +313,19 @@ abstract class StormPart {
         return iAnswer == 0;
     }
 
-    /** Asks for what must be refused whatever happens, and changes nothing. */
-    final void refused(String what, Supplier<Integer> call) {
-        int iAnswer = call.get();
+    /**
+     * Asks for what must be refused whatever happens, and changes nothing.
+     *
+     * @param iRefusal what it is answered; while something is wrong it may be the failure, too
+     */
+    final void refused(String what, int iRefusal, Supplier<Integer> call) {
+        boolean bCalmBefore = tally.bCalm;
+        int iAnswer = timed(call);
+        boolean bCalm = bCalmBefore && tally.bCalm;
         tally.lOperations.incrementAndGet();
         tally.lRefusals.incrementAndGet();
-        if (iAnswer >= 0) {
-            tally.complain(what + " answered " + iAnswer);
+        if (iAnswer != iRefusal && (bCalm || iAnswer != -1)) {
+            tally.complain(what + " answered " + iAnswer + " instead of " + iRefusal);
         }
     }
 
@@ -318,7 +341,7 @@ abstract class StormPart {
         boolean bCalmBefore = tally.bCalm;
         Object answer = timed(call);
         boolean bCalm = bCalmBefore && tally.bCalm;
-        tally.lLooks.incrementAndGet();
+        looked();
         if (!success.test(answer) && (bCalm || !failure.test(answer))) {
             tally.complain(
                     what + " answered " + answer + (bCalm ? " though nothing was wrong" : ""));
@@ -380,12 +403,18 @@ abstract class StormPart {
     }
 
     /** An answer that must be no failure now. */
-    static JsonObject answer(String text) {
+    final JsonObject answer(String text) {
         JsonObject object = text == null ? null : Home.object(text);
         if (object == null || object.get("Result").getAsInt() != 0) {
             throw new Disturbed("a query was answered " + text);
         }
+        looked();
         return object;
+    }
+
+    /** An answer was looked at. */
+    final void looked() {
+        tally.lLooks.incrementAndGet();
     }
 
     /** Puts a row, and marks the second one of the same key. */

@@ -8,6 +8,7 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.Random;
 import java.util.Set;
+import java.util.concurrent.TimeUnit;
 import java.util.concurrent.locks.ReentrantReadWriteLock;
 import java.util.function.Supplier;
 import org.junit.jupiter.api.AfterAll;
@@ -130,10 +131,12 @@ class StormTest {
     /** As many storms as begin within so many seconds, at least one. */
     private void liveThrough(long lSeconds, boolean bDisk) throws InterruptedException {
         long lEnd = System.nanoTime() + lSeconds * 1_000_000_000;
+        String endless;
         parts.forEach(this::employ);
         try {
             kTally.bCalm = true;
             Thread.sleep(kCalmMilliseconds);
+            Traffic.await(() -> parts.stream().allMatch(StormPart::isWarm));
             Rest before = quietly(() -> rest("the calm before"));
             do {
                 kTally.bCalm = false;
@@ -155,12 +158,11 @@ class StormTest {
             Traffic.await(() -> bDisk || Natives.neverCalled().isEmpty());
         } finally {
             bStop = true;
-            for (Thread thread : threads) {
-                thread.join();
-            }
+            endless = Patience.end(threads);
             lUncertain += model.everUncertain();
             System.out.print(kTally.errors());
         }
+        assertEquals("", endless, "with the seed " + kSeed + "\n" + kWeather.report());
         assertEquals("", kTally.errors(), "with the seed " + kSeed + "\n" + kWeather.report());
     }
 
@@ -178,13 +180,18 @@ class StormTest {
                 part.rest(kPauseMilliseconds);
             }
         }, "storm-" + part.prefix.strip());
+        // One that never ends shall not keep the machine from its end.
+        thread.setDaemon(true);
         thread.start();
         threads.add(thread);
     }
 
     /** Does something while no part does. */
-    private <T> T quietly(Supplier<T> action) {
-        quiet.writeLock().lock();
+    private <T> T quietly(Supplier<T> action) throws InterruptedException {
+        if (!quiet.writeLock().tryLock(Patience.kSeconds, TimeUnit.SECONDS)) {
+            throw new AssertionError("it never gets quiet, seed " + kSeed + "\n" + kWeather.report()
+                    + Patience.stacks(threads));
+        }
         try {
             return action.get();
         } finally {

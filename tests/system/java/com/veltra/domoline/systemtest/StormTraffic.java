@@ -169,7 +169,7 @@ final class StormTraffic {
                 return;
             }
             if (oneIn(12)) {
-                refused("deleting a rule that isn't there", () -> kind.delete(100000));
+                refused("deleting a rule that isn't there", -1, () -> kind.delete(100000));
             } else if (model().value(key).equals(HomeModel.kAbsent)) {
                 int iPort = 1 + roll(65535);
                 int[] iNumber = {-1};
@@ -265,7 +265,7 @@ final class StormTraffic {
                                             Natives.number(Traffic.kFlows,
                                                     "deleteAllTrafficFromFlow", iFlow))));
                 } else {
-                    refused("a mark that is none",
+                    refused("a mark that is none", -1,
                             () -> Natives.number(Traffic.kFlows, "setDSCPRemarkByFlow", iFlow, 64));
                 }
                 break;

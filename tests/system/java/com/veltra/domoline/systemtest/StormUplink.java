@@ -65,7 +65,7 @@ final class StormUplink {
                     numbers.put(key, iNumber[0]);
                 }
             } else if (oneIn(6)) {
-                refused("deleting the LAN's own route", () -> delete(1));
+                refused("deleting the LAN's own route", -1, () -> delete(1));
             } else {
                 change("deleting a route", key, HomeModel.kAbsent, () -> delete(numbers.get(key)));
             }
@@ -164,7 +164,7 @@ final class StormUplink {
                     indexes.put(key, iIndex[0]);
                 }
             } else if (oneIn(6)) {
-                refused("a VLAN that is taken",
+                refused("a VLAN that is taken", -2,
                         () -> Natives.number(Wan.kConfig, "addWANIf", "2", vlan, "IP_Routed"));
             } else if (oneIn(2)) {
                 String service = oneOf("VOIP", "OTHER", "INTERNET");
@@ -232,7 +232,7 @@ final class StormUplink {
         void act() {
             String place = oneOf(kInterfaces);
             if (oneIn(12)) {
-                refused("binding what isn't there",
+                refused("binding what isn't there", -1,
                         ()
                                 -> Natives.number(Wan.kBinding, "setVLANBind",
                                         oneOf("LAN9", "SSID9", "USB1"), "1/2"));
