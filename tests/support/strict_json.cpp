@@ -2,8 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <optional>
 #include <set>
 #include <string_view>
 
@@ -46,23 +44,16 @@ class TwiceFinder {
     std::string m_sTwice;
 };
 
-/// The UTF-16 unit that an escape stands for which begins here, if one does.
-std::optional<uint32_t> UnitAt(const std::string &sText, size_t uiAt) {
-    const std::string sEscape = sText.substr(std::min(uiAt, sText.size()), kEscape);
-    const char *pcDigits = "0123456789abcdefABCDEF";
-    if (sEscape.size() != kEscape || sEscape.compare(0, 2, "\\u") != 0 ||
-        sEscape.find_first_not_of(pcDigits, 2) != std::string::npos) {
-        return {};
-    }
-    return static_cast<uint32_t>(std::stoul(sEscape.substr(2), nullptr, 16));
-}
-
-bool IsSurrogate(std::optional<uint32_t> uiUnit, uint32_t uiFirst) {
-    return uiUnit && *uiUnit >= uiFirst && *uiUnit < uiFirst + 0x400;
+/// Whether the escape of a UTF-16 unit stands there.
+bool IsUnitAt(const std::string &sText, size_t uiAt) {
+    const std::string sEscape = sText.substr(uiAt, kEscape);
+    return sEscape.size() == kEscape && sEscape.compare(0, 2, "\\u") == 0 &&
+           sEscape.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos;
 }
 
 /// A text in which somebody else's values of the list have nothing that JSON allows and nobody can
-/// store: half a surrogate pair, and a number beyond all types. Faults stay.
+/// store: half a surrogate pair, for which escaped units become all the same, and a number beyond
+/// all types. Faults stay.
 class Smoother {
   public:
     explicit Smoother(const std::string &sText) : m_sText(sText) {}
@@ -79,11 +70,12 @@ class Smoother {
     }
 
   private:
-    /// Whether what is looked at stands in a value of an element, or deeper.
-    bool IsTheirs() const {
-        return m_sOpen.starts_with(kElement) &&
-               (m_sOpen.size() > kElement.size() || m_cBefore == ':');
+    /// Whether what is looked at stands in a list or an object of theirs.
+    bool IsInside() const {
+        return m_sOpen.starts_with(kElement) && m_sOpen.size() > kElement.size();
     }
+    /// The same, or whether it is an element's value.
+    bool IsTheirs() const { return IsInside() || (m_sOpen == kElement && m_cBefore == ':'); }
     void Take(size_t uiCount) {
         m_sOut.append(m_sText, m_uiAt, uiCount);
         m_uiAt += uiCount;
@@ -95,11 +87,7 @@ class Smoother {
             Take(1);
             return;
         }
-        const std::optional<uint32_t> uiUnit = UnitAt(m_sText, m_uiAt);
-        const bool bHigh = IsSurrogate(uiUnit, 0xD800);
-        if (bHigh && IsSurrogate(UnitAt(m_sText, m_uiAt + kEscape), 0xDC00)) {
-            Take(2 * kEscape);
-        } else if (IsTheirs() && (bHigh || IsSurrogate(uiUnit, 0xDC00))) {
+        if (IsTheirs() && IsUnitAt(m_sText, m_uiAt)) {
             m_sOut += "\\uFFFD";
             m_uiAt += kEscape;
         } else {
@@ -110,7 +98,7 @@ class Smoother {
     void Mark(char cMark) {
         // A number is as good without the third digit in a row and those behind it, and small.
         m_uiDigits = cMark >= '0' && cMark <= '9' ? m_uiDigits + 1 : 0;
-        if (m_uiDigits > 2 && m_sOpen.size() > kElement.size() && IsTheirs()) {
+        if (m_uiDigits > 2 && IsInside()) {
             ++m_uiAt;
             return;
         }
