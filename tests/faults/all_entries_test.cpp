@@ -12,6 +12,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "faults/fault_sweep.h"
 #include "faults/leniency.h"
@@ -40,6 +41,18 @@ TEST(EntryTable, HasARowForEveryNativeMethod) {
     }
     EXPECT_EQ(asSwept.size(), kNatives.size() - asMissing.size()) << "rows of no native method";
     EXPECT_EQ(kNatives.size(), size_t{WAP_NATIVES});
+}
+
+TEST(EntryTable, KnowsEveryNameThatHasARule) {
+    std::set<std::string> asKnown;
+    for (const SweepCase &stCase : AllCases()) {
+        asKnown.insert({stCase.Name(), stCase.sMethod});
+    }
+    const std::vector<std::string> asRuled = RuledNames();
+    EXPECT_FALSE(asRuled.empty());
+    for (const std::string &sName : asRuled) {
+        EXPECT_TRUE(asKnown.contains(sName)) << "neither a case nor a method: " << sName;
+    }
 }
 
 /// The names of what failed.

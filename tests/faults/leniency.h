@@ -28,6 +28,9 @@ struct CallRecord {
 /// an exception.
 std::vector<std::string> FailedOperationsOf(const World &stWorld, JniFailure eFailure);
 
+/// The cases and methods that there are rules for; all others fail whatever fails.
+std::vector<std::string> RuledNames();
+
 /// What is wrong with how a call came out; empty when nothing is.
 /// @param stGood what the case asks for when nothing fails
 std::string Judge(const SweepCase &stCase, const Requests &stGood, const CallRecord &stCall);
