@@ -9,7 +9,8 @@ namespace wap::gateway {
 
 namespace {
 
-constexpr uint32_t kAnswerTimeoutMs = 5000;
+/// A person waits rather than be told of a machine that is merely busy.
+constexpr uint32_t kAnswerTimeoutMs = 15000;
 
 }  // namespace
 

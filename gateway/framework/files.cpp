@@ -103,12 +103,6 @@ std::optional<std::string> ReadTextFile(const std::string &acPath) {
 }
 
 void WriteTextFile(const std::string &acPath, std::string_view pcText) {
-    // Opened before anything is done: behind the rename nothing may fail any more.
-    const std::string acFolder = FolderOf(acPath);
-    const FileDescriptor stFolder(open(acFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (stFolder.Get() < 0) {
-        Fail("write", acPath);
-    }
     const std::string acTemp = acPath + "." + std::to_string(getpid()) + std::string(kTemporaryEnd);
     FileDescriptor stFile(open(acTemp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
     if (stFile.Get() < 0) {
@@ -116,19 +110,15 @@ void WriteTextFile(const std::string &acPath, std::string_view pcText) {
     }
     TemporaryFile stTemp(acTemp);
     WriteAll(stFile.Get(), pcText, acTemp);
-    if (fsync(stFile.Get()) != 0 || !stFile.Close()) {
+    // Not flushed: what a process keeps is to outlive the process, not the PC, and a busy disk
+    // would let a change take longer than its caller waits.
+    if (!stFile.Close()) {
         Fail("write", acTemp);
     }
     if (rename(acTemp.c_str(), acPath.c_str()) != 0) {
         Fail("replace", acPath);
     }
     stTemp.Keep();
-    if (fsync(stFolder.Get()) != 0) {
-        const int iErrno = errno;
-        fprintf(stderr,
-                "%s is written, but may be the old one after a crash: cannot flush %s: %s\n",
-                acPath.c_str(), acFolder.c_str(), ErrnoText(iErrno).c_str());
-    }
 }
 
 void RemoveHalfWritten(const std::string &acPath) {

@@ -35,10 +35,10 @@ class FileDescriptor {
 /// be read or is longer than 16 MiB.
 std::optional<std::string> ReadTextFile(const std::string &acPath);
 
-/// Replaces a file's content: temporary file, fsync, rename, fsync of its directory. The file is
+/// Replaces a file's content: temporary file and rename, so that whoever reads it, and whoever
+/// comes after a process that was killed, finds the old content or the new one. The file is
 /// readable by its owner alone, as homes hold passwords. Throws GatewayError; the old content is
-/// then still there. Once the new content is there it counts as written: a directory that can't be
-/// flushed is a matter for stderr, since only a crash of the machine can bring the old one back.
+/// then still there.
 void WriteTextFile(const std::string &acPath, std::string_view pcText);
 
 /// Removes the temporary files that WriteTextFile has left where its process was killed. Nobody may
