@@ -108,10 +108,12 @@ TEST_F(WanJsonTest, MegabytesAreAnswered) {
     EXPECT_EQ(Set(sMegabyte), kMinusOne);
     EXPECT_EQ(Set(std::string(1 << 20, ' ') + "{}"), 0u);
     EXPECT_EQ(Set("{\"VLANMode\":\"" + sMegabyte), kMinusOne);
-    EXPECT_EQ(Set("{\"VLANMode\":\"" + std::string(1 << 20, ':') + "\"}"), 0u);
+    // No more of these: at each mark and name, the address sanitizer measures the rest of the text.
+    constexpr size_t kManyMarks = 1 << 16;
+    EXPECT_EQ(Set("{\"VLANMode\":\"" + std::string(kManyMarks, ':') + "\"}"), 0u);
     EXPECT_EQ(Sent(), kNothing);
     std::string sMembers = "{";
-    while (sMembers.size() < sMegabyte.size()) {
+    while (sMembers.size() < kManyMarks) {
         sMembers += "\"m" + std::to_string(sMembers.size()) + "\":\"v\",";
     }
     EXPECT_EQ(Set(sMembers + "\"VLANMode\":\"2\"}"), 0u);
