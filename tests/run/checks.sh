@@ -5,11 +5,11 @@
 check() {
     local pcName=$1
     shift
-    if "$@" >"$pcWork/output" 2>&1 </dev/null; then
+    if "$@" >"$pcOutput" 2>&1 </dev/null; then
         echo "ok run: $pcName"
     else
         echo "FAILED: run: $pcName"
-        tail -n 40 "$pcWork/output" | sed 's/^/    /'
+        tail -n 40 "$pcOutput" | sed 's/^/    /'
         iFailures=$((iFailures + 1))
         return 1
     fi

@@ -270,7 +270,7 @@ class BoxTest {
                             entry -> entry.getValue().equals(before.get(entry.getKey())));
         }
         assertTrue(bNew, "not all processes were replaced");
-        Gateway.ctl("wait");
+        Gateway.await();
     }
 
     @Test

@@ -24,6 +24,8 @@ final class Gateway {
     static final String kIgmp = "igmp";
     static final String kTarn = "tarn";
     static final String kUsbMngt = "usb_mngt";
+    /** Seconds for what takes one or two on an idle machine. */
+    private static final String kPatience = "60";
 
     private Gateway() {}
 
@@ -107,7 +109,22 @@ final class Gateway {
 
     /** Starts a process and comes back when it answers. */
     static void start(String process) {
-        ctl("start", process);
+        ctl("start", process, "--timeout", kPatience);
+    }
+
+    /** Starts what doesn't run and comes back when all the processes answer. */
+    static void startRest() {
+        ctl("start", "--timeout", kPatience);
+    }
+
+    /** Ends all the processes and starts them again. */
+    static void restart() {
+        ctl("restart", "--timeout", kPatience);
+    }
+
+    /** Waits until all the processes answer. */
+    static void await() {
+        ctl("wait", "--timeout", kPatience);
     }
 
     /** Lets processes crash and brings them back. */
@@ -115,7 +132,12 @@ final class Gateway {
         for (String process : processes) {
             kill(process);
         }
-        ctl(words("start", processes));
+        revive(processes);
+    }
+
+    /** Starts these processes and comes back when they answer. */
+    static void revive(String... processes) {
+        ctl(words("start", processes, "--timeout", kPatience));
     }
 
     /**
@@ -125,7 +147,7 @@ final class Gateway {
      */
     static void startOver(String... words) {
         ctl("stop");
-        ctl(words("start", words, "--fresh", "--timeout", "60"));
+        ctl(words("start", words, "--fresh", "--timeout", kPatience));
     }
 
     /** How many requests each process that runs has served. */

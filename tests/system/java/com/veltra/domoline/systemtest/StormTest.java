@@ -239,7 +239,7 @@ class StormTest {
                         + " were under way when their process"
                         + " died, seed " + kSeed + "\n" + kWeather.report());
         adopt();
-        Gateway.ctl("restart");
+        Gateway.restart();
         assertEquals("", differences(when + " and a restart"));
         assertEquals(0, Leftovers.blocks(), when);
         before.assertSame(when + " and a restart", new Rest());

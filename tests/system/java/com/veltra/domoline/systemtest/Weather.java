@@ -117,7 +117,7 @@ final class Weather {
                 goOn(id);
             }
         }
-        Gateway.ctl("start");
+        Gateway.startRest();
         Gateway.clear();
         lFaultsEnded = System.nanoTime();
     }
@@ -220,13 +220,7 @@ final class Weather {
             lKills++;
         }
         rest(roll(300));
-        String[] words = new String[victims.size() + 1];
-        words[0] = "start";
-        int i = 1;
-        for (String process : victims) {
-            words[i++] = process;
-        }
-        Gateway.ctl(words);
+        Gateway.revive(victims.toArray(new String[0]));
         note("alive again");
     }
 
@@ -333,7 +327,7 @@ final class Weather {
             now = Gateway.processIds();
             now.values().removeAll(before.values());
         } while (now.size() < before.size());
-        Gateway.ctl("wait");
+        Gateway.await();
         note("up again");
     }
 
