@@ -91,8 +91,12 @@ final class Report {
             if (rows.matches()) {
                 page.addAll(rows(rows.group(1), rows.group(2), rows.group(3)));
             } else {
-                page.add(kFigure.matcher(line).replaceAll(
-                        it -> Matcher.quoteReplacement(value(it.group(1), it.group(2)))));
+                String done = kFigure.matcher(line).replaceAll(
+                        it -> Matcher.quoteReplacement(value(it.group(1), it.group(2))));
+                if (done.contains("@")) {
+                    complaints.add("this is no figure: " + line);
+                }
+                page.add(done);
             }
         }
         return page;
