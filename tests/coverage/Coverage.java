@@ -85,10 +85,10 @@ final class Coverage {
         return file.startsWith("bridge/");
     }
 
-    /** Sources are told from the project's root; what llvm-cov puts before them is where that was. */
+    /** Sources are told from the project's root; llvm-cov may put the build before them. */
     private String relative(String file) {
         Path path = Path.of(file);
-        for (Path folder : List.of(build, root)) {
+        for (Path folder : List.of(build, root.relativize(build), root)) {
             if (path.startsWith(folder)) {
                 return folder.relativize(path).toString();
             }

@@ -476,9 +476,12 @@ TEST(StrictJson, TellsWhatIsWrongAroundWhatIsHandedOver) {
     for (const std::string &sLarge :
          {std::string("1e999"), std::string("-1.0E+0999"), sManyDigits, "-" + sManyDigits + ".5"}) {
         SCOPED_TRACE(sLarge);
-        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + ", {\"b\":" + sLarge + "}, 12345]}"), "");
-        EXPECT_EQ(FaultOfElement("{\"a\":[]," + std::string("\"b\":") + sLarge + "}"), sTooLarge);
-        EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "]}," + sLarge), sTooLarge);
+        const std::string sTwoLarge = std::string(sLarge).append(", {\"b\":").append(sLarge);
+        EXPECT_EQ(FaultOfElement("{\"a\":[" + sTwoLarge + "}, 12345]}"), "");
+        EXPECT_EQ(FaultOfElement("{\"a\":[],\"b\":" + sLarge + "}"), sTooLarge);
+        EXPECT_EQ(
+            FaultOfElement(std::string("{\"a\":[").append(sLarge).append("]},").append(sLarge)),
+            sTooLarge);
         EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge), "no JSON");
         EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "}"), "no JSON");
         EXPECT_EQ(FaultOfElement("{\"a\":[" + sLarge + "],\"a\":1}"), sTwice);
@@ -494,8 +497,9 @@ TEST(StrictJson, TellsWhatIsWrongAroundWhatIsHandedOver) {
           std::string("\\ud800\\u0041"), std::string("\\ud800\\ud83d\\ude00")}) {
         SCOPED_TRACE(sHalf);
         const std::string sText = "\"" + sHalf + "\"";
-        EXPECT_EQ(FaultOfElement("{\"a\":" + sText + ",\"b\": [" + sText + ",{" + sText + ":1}]}"),
-                  "");
+        std::string sThreeTimes = "{\"a\":" + sText;
+        sThreeTimes.append(",\"b\": [").append(sText).append(",{").append(sText).append(":1}]}");
+        EXPECT_EQ(FaultOfElement(sThreeTimes), "");
         EXPECT_EQ(FaultOfElement("{\"a\":1," + sText + ":1}"), "no JSON");
         EXPECT_EQ(FaultOfElement("{\"a\":1}," + sText), "no JSON");
         EXPECT_EQ(FaultOfElement("{\"a\":[" + sText), "no JSON");

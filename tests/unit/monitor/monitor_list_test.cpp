@@ -190,6 +190,8 @@ TEST_F(MonitorListTest, WhatReachesBeyondItsPlaceIsAFailure) {
                     "a[Infinity]",
                     "a[-Infinity]",
                     "a[00]",
+                    "a[00.5]",
+                    "a[|]",
                     "a[-01]",
                     "a[1.]",
                     "a[1.e5]",
