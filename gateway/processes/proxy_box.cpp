@@ -26,7 +26,7 @@ uint32_t Reset(HandlerContext &stContext, const WordRequest &, DeviceControlRepl
     // Before the restart begins, which ends this process at any time.
     stContext.stHome.Set("device.upTimeBase", "0");
     try {
-        (void)SpawnDetached(acController, {"restart"}, stDir.LogFile("reset"));
+        (void)SpawnDetached(acController, {"restart", "--timeout", "60"}, stDir.LogFile("reset"));
     } catch (const GatewayError &) {
         stContext.stHome.Set("device.upTimeBase", acBase);
         throw;

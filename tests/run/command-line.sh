@@ -78,7 +78,7 @@ usual_folder() {
     done
 
     local pcUsual=$pcWork/tree/build/run pcRunning
-    ctl "$pcUsual" start >"$pcWork/usual.start" 2>&1
+    ctl "$pcUsual" start --timeout 60 >"$pcWork/usual.start" 2>&1
     ctl "$pcUsual" set device.mac 02:00:00:00:00:01
     pcRunning=$(processes_of "$pcUsual" | sort)
     pcRun=$pcWork/tree/run

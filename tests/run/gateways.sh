@@ -80,7 +80,7 @@ kept() {
 leftover() {
     local pcDir=$pcWork/leftover
     pcPath=$pcWork/built:$PATH
-    ctl "$pcDir" start cwmp >"$pcWork/leftover.start" 2>&1
+    ctl "$pcDir" start cwmp --timeout 60 >"$pcWork/leftover.start" 2>&1
     run leftover "$pcDir" call getDeviceMAC
     check "a process left of an unclean end: the next run ends with 0" exits leftover 0
     check "it gets its answer" answer_is leftover "$kMac"
@@ -96,7 +96,7 @@ leftover() {
     run byhand "$pcDir" call getDeviceMAC
     check "a kept gateway that was ended by hand is started again" answer_is byhand "$kMac"
     check "the run that started it ends it" nothing_left "$pcDir"
-    ctl "$pcDir" start cwmp >"$pcWork/leftover.start" 2>&1
+    ctl "$pcDir" start cwmp --timeout 60 >"$pcWork/leftover.start" 2>&1
     run marked "$pcDir" call getDeviceMAC
     check "it counts as kept no longer" answer_is marked "$kMac"
     check "nothing is left then" nothing_left "$pcDir"
@@ -106,7 +106,7 @@ leftover() {
 # nobody could reach. Waiting takes no processor, so this runs beside the others.
 stuck() {
     local pcDir=$pcWork/stuck iPid
-    ctl "$pcDir" start >"$pcWork/stuck.start" 2>&1
+    ctl "$pcDir" start --timeout 60 >"$pcWork/stuck.start" 2>&1
     iPid=$(cat "$pcDir/osgi_proxy.pid")
     kill -STOP "$iPid"
     pcPath=$pcWork/built:$PATH

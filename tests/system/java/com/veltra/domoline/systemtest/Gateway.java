@@ -3,6 +3,7 @@ package com.veltra.domoline.systemtest;
 import com.veltra.domoline.deviceservice.kavo.wap.JNINativeMethods;
 import java.io.File;
 import java.io.IOException;
+import java.io.UncheckedIOException;
 import java.io.InputStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
@@ -105,6 +106,15 @@ final class Gateway {
 
     static void kill(String process) {
         ctl("kill", process);
+    }
+
+    /** The process's id as it has noted it itself: asking them all takes long while one hangs. */
+    static String idOf(String process) {
+        try {
+            return Files.readString(Leftovers.directory().resolve(process + ".pid")).strip();
+        } catch (IOException e) {
+            throw new UncheckedIOException(e);
+        }
     }
 
     /** Starts a process and comes back when it answers. */

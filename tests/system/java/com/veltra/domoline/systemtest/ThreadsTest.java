@@ -117,7 +117,7 @@ class ThreadsTest {
 
     private void hang(LoadRun run, LoadRun.Phase phase, String process, long lMilliseconds)
             throws InterruptedException {
-        String id = String.valueOf(Gateway.processIds().get(process));
+        String id = Gateway.idOf(process);
         iTroubles++;
         iStops++;
         run.enter(phase, process);

@@ -243,20 +243,11 @@ final class Weather {
     }
 
     private String stop(String process) {
-        String id = idOf(process);
+        String id = Gateway.idOf(process);
         Gateway.program("kill", "-STOP", id);
         lStops++;
         note("stopped: " + process + " " + id);
         return id;
-    }
-
-    /** As it has noted it itself: asking them all takes long while one hangs. */
-    private static String idOf(String process) {
-        try {
-            return Files.readString(Leftovers.directory().resolve(process + ".pid")).strip();
-        } catch (IOException e) {
-            throw new AssertionError(e);
-        }
     }
 
     private void goOn(String id) {
