@@ -121,8 +121,8 @@ int Status(const Options &) {
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
     int iExit = 0;
     printf("Simulated gateway in %s\n", stDir.Path().c_str());
-    printf("%-12s %-14s %8s %12s %10s %7s\n", "PROCESS", "STATE", "PID", "UPTIME", "REQUESTS",
-           "FAULTS");
+    printf("%-12s %-14s %8s %12s %10s %7s %5s\n", "PROCESS", "STATE", "PID", "UPTIME", "REQUESTS",
+           "FAULTS", "BUSY");
     for (const ProcessInfo &stInfo : kProcesses) {
         const pid_t iPid = RunningProcess(stDir, stInfo.pcName);
         constexpr uint32_t kTimeoutMs = 2000;
@@ -132,10 +132,11 @@ int Status(const Options &) {
             const auto stNumber = [&](const char *pcKey) {
                 return GetNumber(stStatus.get(), pcKey).value_or(0);
             };
-            printf("%-12s %-14s %8d %12s %10lld %7lld\n", stInfo.pcName, "running",
+            printf("%-12s %-14s %8d %12s %10lld %7lld %5lld\n", stInfo.pcName, "running",
                    static_cast<int>(iPid), Duration(stNumber("upTime")).c_str(),
                    static_cast<long long>(stNumber("served")),
-                   static_cast<long long>(stNumber("faults")));
+                   static_cast<long long>(stNumber("faults")),
+                   static_cast<long long>(stNumber("busy")));
             continue;
         }
         iExit = 1;

@@ -2,7 +2,7 @@
 // objects as text. They are never subject to scripted faults.
 //
 //   id              request                     reply
-//   kControlStatus  {}                          {"pid","upTime","served","faults"}
+//   kControlStatus  {}                          {"pid","upTime","served","faults","busy"}
 //   kControlGet     {"path"}                    {"value"}, any JSON
 //   kControlSet     {"path","text"}             {}
 //   kControlFault   {"rpc" or none, "fault"}    {}

@@ -18,6 +18,18 @@ namespace wap::gateway {
 
 namespace {
 
+/// Counts a request while it is served.
+class UnderWay {
+  public:
+    explicit UnderWay(std::atomic<int64_t> &iBusy) : m_iBusy(iBusy) { ++m_iBusy; }
+    UnderWay(const UnderWay &) = delete;
+    UnderWay &operator=(const UnderWay &) = delete;
+    ~UnderWay() { --m_iBusy; }
+
+  private:
+    std::atomic<int64_t> &m_iBusy;
+};
+
 std::string RequiredText(json_object *pstRequest, const char *pcKey) {
     std::optional<std::string> acText = GetText(pstRequest, pcKey);
     if (!acText) {
@@ -157,6 +169,7 @@ uint32_t Process::Serve(const VtHostCall &stCall, uint32_t &uiReplyLength) {
         return ServeControl(stCall, uiReplyLength);
     }
     m_uiServed.fetch_add(1, std::memory_order_relaxed);
+    const UnderWay stUnderWay(m_iBusy);
     const std::optional<Fault> stFault = m_stFaults.Take(stCall.uiRpcId);
     if (stFault) {
         return ServeWithFault(*stFault, stCall, uiReplyLength);
@@ -234,6 +247,7 @@ JsonValue Process::AnswerControl(uint32_t uiRpcId, json_object *pstRequest) {
             PutNumber(stReply.get(), "upTime", static_cast<int64_t>(NowSeconds() - m_uiStart));
             PutNumber(stReply.get(), "served", static_cast<int64_t>(m_uiServed.load()));
             PutNumber(stReply.get(), "faults", static_cast<int64_t>(m_stFaults.List().size()));
+            PutNumber(stReply.get(), "busy", m_iBusy.load());
             return stReply;
         case kControlGet:
             PutMember(stReply.get(), "value", m_stHome.Get(RequiredText(pstRequest, "path")));

@@ -52,6 +52,7 @@ class Process {
     HandlerContext m_stContext;
     uint64_t m_uiStart;
     std::atomic<uint64_t> m_uiServed{0};
+    std::atomic<int64_t> m_iBusy{0};  ///< of these, under way
 
     std::mutex m_stEndMutex;
     std::condition_variable m_stEndSignal;

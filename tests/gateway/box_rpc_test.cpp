@@ -117,7 +117,7 @@ TEST_F(BoxTest, ResetRestartsEverythingAndTheUpTime) {
     CtlOk({"leds", "off"});
     EXPECT_GE(UpTime(), 86400u);
     EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, 0u);
-    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(120);
     while (Ctl({"status"}).iExit != 0 && std::chrono::steady_clock::now() < stEnd) {
         usleep(50000);
     }
@@ -162,7 +162,7 @@ TEST_F(GatewayTest, ResetStartsTheProgramThatRan) {
     CtlOk({"start", "osgi_proxy", "--program", acLink, "--timeout", "60"});
     ASSERT_EQ(unlink(acLink.c_str()), 0);
     EXPECT_EQ(Query("osgi_proxy", 0x47209051, 4).uiStatus, 0u);
-    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto stEnd = std::chrono::steady_clock::now() + std::chrono::seconds(120);
     while (!Contains(ReadFile("log/reset.out"), ": restarted\n") &&
            std::chrono::steady_clock::now() < stEnd) {
         usleep(50000);

@@ -151,8 +151,8 @@ TEST_F(RunningGatewayTest, StopDoesNotWaitForDelays) {
     CtlOk({"fault", "osgi_proxy", "any", "--delay", "3600000"});
     RpcReply stAnswer;
     std::thread stCaller([&] { stAnswer = AskMac(60000); });
-    // Once the request is counted, the fault holds it.
-    const std::regex stOneRequest("osgi_proxy +running +[0-9]+ +[0-9:]+ +1 ");
+    // Counted, the fault waiting for others, and one request under way: the fault holds it.
+    const std::regex stOneRequest("osgi_proxy +running +[0-9]+ +[0-9:]+ +1 +1 +1\n");
     const auto stLatest = Clock::now() + std::chrono::seconds(30);
     while (!std::regex_search(Ctl({"status"}).acOut, stOneRequest)) {
         if (Clock::now() > stLatest) {

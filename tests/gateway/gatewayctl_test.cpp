@@ -66,7 +66,8 @@ TEST_F(GatewayTest, StatusTellsWhatRuns) {
     const std::string acLine =
         stStatus.acOut.substr(uiLine, stStatus.acOut.find('\n', uiLine) - uiLine);
     EXPECT_TRUE(Contains(acLine, "running")) << acLine;
-    EXPECT_TRUE(Contains(acLine, " 2       0")) << "two requests, no fault: " << acLine;
+    EXPECT_TRUE(Contains(acLine, " 2       0     0"))
+        << "two requests, no fault, none under way: " << acLine;
     std::string acPid = ReadFile("osgi_proxy.pid");
     acPid.back() = ' ';
     EXPECT_TRUE(Contains(acLine, acPid)) << acLine;
