@@ -261,7 +261,10 @@ final class StormLan {
             JsonObject filter = home.getAsJsonObject("macFilter");
             rows.put(kMode, text(filter, "mode") + "/" + text(filter, "status"));
             for (JsonElement entry : filter.getAsJsonArray("lan")) {
-                put(rows, kWired + text(entry, "mac"), HomeModel.kPresent);
+                put(rows, kWired + text(entry, "mac"),
+                        HomeModel.kPresent
+                                + odd(entry, "{'days':'YYYYYNN','start':'00:00','end':'23:59'}",
+                                        "id", "mac"));
             }
             for (JsonElement entry : filter.getAsJsonArray("wlan")) {
                 put(rows, prefix + text(entry, "ssid") + " " + text(entry, "mac"),
@@ -313,6 +316,11 @@ final class StormLan {
         }
 
         @Override
+        Set<String> mustSucceed() {
+            return Set.of("setLANHostSpeedLimit", "barring", "allowing");
+        }
+
+        @Override
         void act() {
             String mac = mac(roll(kMacs));
             if (oneIn(2)) {
@@ -349,7 +357,11 @@ final class StormLan {
             for (JsonElement record : home.getAsJsonArray("attachControl")) {
                 String mac = text(record, "mac");
                 put(rows, kLimit + mac, text(record, "upLimit") + " " + text(record, "downLimit"));
-                put(rows, kStorage + mac, text(record, "storageRight"));
+                put(rows, kStorage + mac,
+                        text(record, "storageRight")
+                                + odd(record, "{'upGuarantee':0,'downGuarantee':0}", "id",
+                                        "internetRight", "mac", "upLimit", "downLimit",
+                                        "storageRight"));
             }
             for (int i = 0; i < kMacs; i++) {
                 rows.putIfAbsent(kLimit + mac(i), "0 0");
@@ -469,11 +481,16 @@ final class StormLan {
         Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
             for (JsonElement mapping : home.getAsJsonArray("portMapping")) {
-                int iWan = text(mapping, "wanIndex").equals(String.valueOf(kWans[0])) ? 0 : 1;
-                put(rows, prefix + kNames[iWan] + " " + text(mapping, "externalPort"),
+                String wan = text(mapping, "wanIndex");
+                for (int i = 0; i < kWans.length; i++) {
+                    wan = wan.equals(String.valueOf(kWans[i])) ? kNames[i] : wan;
+                }
+                put(rows, prefix + wan + " " + text(mapping, "externalPort"),
                         value(mapping.getAsJsonObject().get("enabled").getAsBoolean(),
                                 mapping.getAsJsonObject().get("internalPort").getAsInt(),
-                                text(mapping, "client")));
+                                text(mapping, "client"))
+                                + odd(mapping, "{'protocol':'TCP'}", "id", "wanIndex", "enabled",
+                                        "externalPort", "internalPort", "client"));
             }
             return rows;
         }

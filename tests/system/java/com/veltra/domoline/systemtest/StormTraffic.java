@@ -88,22 +88,26 @@ final class StormTraffic {
     }
 
     private enum RuleKind {
-        MIRROR("mirrorRules", Traffic.kMirror, "MirrorRule", "getMirroRuleInfo") {
+        MIRROR("mirrorRules", Traffic.kMirror, "MirrorRule", "getMirroRuleInfo",
+                "{'direction':'UP','protocol':'TCP','hostMac':'','toIp':'192.168.1.100',"
+                        + "'toPort':'9000'}") {
             @Override
             Object[] rule(String address, int iPort) {
                 return new Object[] {
                         address, String.valueOf(iPort), "UP", "TCP", null, "192.168.1.100", 9000};
             }
         },
-        FORWARD("forwardRules", Traffic.kForward, "ForwardRule", "getForwardRuleInfo") {
+        FORWARD("forwardRules", Traffic.kForward, "ForwardRule", "getForwardRuleInfo",
+                "{'protocol':'UDP','hostMac':'','toIp':'192.168.1.100','toPort':'9000'}") {
             @Override
             Object[] rule(String address, int iPort) {
                 return new Object[] {
                         address, String.valueOf(iPort), "UDP", null, "192.168.1.100", 9000};
             }
         },
-        HTTP("httpRules", Traffic.kHttp, "HTTPTrafficProcessRule",
-                "getHTTPTrafficProcessRuleInfo") {
+        HTTP("httpRules", Traffic.kHttp, "HTTPTrafficProcessRule", "getHTTPTrafficProcessRuleInfo",
+                "{'direction':'DOWN','hostMac':'','methods':'GET','statusCodes':'200',"
+                        + "'headers':'Host'}") {
             @Override
             Object[] rule(String address, int iPort) {
                 return new Object[] {address, iPort, "DOWN", null, Lan.macs("GET"), Lan.macs("200"),
@@ -116,12 +120,15 @@ final class StormTraffic {
         final String deleteAll;
         private final String name;
         private final String list;
+        /** What {@link #rule} gives each of them. */
+        final String always;
 
-        RuleKind(String section, Object service, String name, String list) {
+        RuleKind(String section, Object service, String name, String list, String always) {
             this.section = section;
             this.service = service;
             this.name = name;
             this.list = list;
+            this.always = always;
             deleteAll = "deleteAll" + name;
         }
 
@@ -193,23 +200,25 @@ final class StormTraffic {
             }
         }
 
-        private Map<String, String> rows(JsonArray list, String address, String port) {
+        @Override
+        Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
-            for (JsonElement rule : list) {
-                put(rows, prefix + text(rule, address), text(rule, port));
+            for (JsonElement rule : home.getAsJsonArray(kind.section)) {
+                put(rows, prefix + text(rule, "remoteAddress"),
+                        text(rule, "remotePort")
+                                + odd(rule, kind.always, "number", "remoteAddress", "remotePort"));
             }
             return rows;
         }
 
         @Override
-        Map<String, String> held(JsonObject home) {
-            return rows(home.getAsJsonArray(kind.section), "remoteAddress", "remotePort");
-        }
-
-        @Override
         Map<String, String> told() {
-            return rows(answer(carrying(Gateway.kGulm, kind::list)).getAsJsonArray("List"),
-                    "RemoteAddress", "RemotePort");
+            Map<String, String> rows = new TreeMap<>();
+            for (JsonElement rule :
+                    answer(carrying(Gateway.kGulm, kind::list)).getAsJsonArray("List")) {
+                put(rows, prefix + text(rule, "RemoteAddress"), text(rule, "RemotePort"));
+            }
+            return rows;
         }
     }
 

@@ -5,7 +5,9 @@ import com.google.gson.JsonObject;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import java.util.TreeMap;
+import java.util.TreeSet;
 import java.util.function.IntSupplier;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
@@ -16,6 +18,11 @@ final class StormUplink {
 
     static List<StormPart> parts() {
         return List.of(new Routes(false), new Routes(true), new Connections(), new Bindings());
+    }
+
+    /** Whether a connection is none of those that the home has as it is shipped. */
+    static boolean isAdded(JsonElement wan) {
+        return StormPart.text(wan, "name").matches(".*_VID_100[0-3]");
     }
 
     /** Static routes through connections that stay. */
@@ -96,10 +103,16 @@ final class StormUplink {
                 if (!text(route, "id").equals("1")) { // which is the LAN's own
                     put(rows, key(route),
                             text(route, bIpv6 ? "nextHop" : "gateway") + " "
-                                    + (iWay < 0 ? way : kWays[iWay]));
+                                    + (iWay < 0 ? way : kWays[iWay]) + odd(route));
                 }
             }
             return rows;
+        }
+
+        private String odd(JsonElement route) {
+            return bIpv6 ? odd(route, "{}", "id", "prefix", "nextHop", "interface")
+                         : odd(route, "{'static':true,'mask':'255.255.0.0','lanInterface':''}",
+                                 "id", "destination", "gateway", "connection");
         }
 
         @Override
@@ -134,10 +147,15 @@ final class StormUplink {
 
     /** Connections beside those that the home has as it is shipped, by their VLANs. */
     private static final class Connections extends StormPart {
+        private static final int kFirst = 1000;
         private static final int kVlans = 4;
+        private static final String kNat = "connection nat ";
+        private static final String kDevices = "connection devices";
         private static final Pattern kName = Pattern.compile("\\d+_(.*)_([RB])_VID_(\\d+)");
 
         private final Map<String, Integer> indexes = new HashMap<>();
+        /** A connection and its device come and go in two steps, of which one may have failed. */
+        private boolean bDevicesMayStay;
 
         Connections() {
             super("connection ");
@@ -145,7 +163,7 @@ final class StormUplink {
 
         @Override
         void act() {
-            String vlan = String.valueOf(1000 + roll(kVlans));
+            String vlan = String.valueOf(kFirst + roll(kVlans));
             String key = prefix + vlan;
             if (!isCertain(key)) {
                 return;
@@ -154,12 +172,14 @@ final class StormUplink {
                 boolean bRouted = oneIn(2);
                 String type = oneOf("IP_", "PPPoE_") + (bRouted ? "Routed" : "Bridged");
                 int[] iIndex = {-1};
-                boolean bDone =
-                        change("addWANIf", Effect.set(key, bRouted ? "INTERNET R" : "OTHER B"),
-                                ()
-                                        -> (iIndex[0] = Natives.number(
-                                                    Wan.kConfig, "addWANIf", "2", vlan, type))
-                                        > 0);
+                boolean bDone = change("addWANIf",
+                        Effect.set(key, bRouted ? "INTERNET R" : "OTHER B")
+                                .and(kNat + vlan, bRouted ? "TRUE" : "unset"),
+                        ()
+                                -> (iIndex[0] = Natives.number(
+                                            Wan.kConfig, "addWANIf", "2", vlan, type))
+                                > 0);
+                bDevicesMayStay |= !bDone;
                 if (bDone) {
                     indexes.put(key, iIndex[0]);
                 }
@@ -168,17 +188,23 @@ final class StormUplink {
                         () -> Natives.number(Wan.kConfig, "addWANIf", "2", vlan, "IP_Routed"));
             } else if (oneIn(2)) {
                 String service = oneOf("VOIP", "OTHER", "INTERNET");
+                String nat = oneOf("TRUE", "FALSE");
                 change("setWANIf",
-                        Effect.map(key, value -> service + value.substring(value.indexOf(' '))),
+                        Effect.map(key, value -> service + value.substring(value.indexOf(' ')))
+                                .and(kNat + vlan, nat),
                         ()
                                 -> isDone("setWANIf",
                                         Wan.set(indexes.get(key), "ServiceList", service,
-                                                "NATEnabled", oneOf("TRUE", "FALSE"))));
+                                                "NATEnabled", nat)));
             } else if (model().isAllCertain(prefix)) {
                 // Its connection device goes in a step of its own, which would take a later
                 // connection's away if it came that late.
-                change("deleteWANIf", key, HomeModel.kAbsent,
-                        () -> Natives.number(Wan.kConfig, "deleteWANIf", indexes.get(key)));
+                bDevicesMayStay |= !change("deleteWANIf",
+                        Effect.set(key, HomeModel.kAbsent).and(kNat + vlan, HomeModel.kAbsent),
+                        ()
+                                -> isDone("deleteWANIf",
+                                        Natives.number(
+                                                Wan.kConfig, "deleteWANIf", indexes.get(key))));
             }
         }
 
@@ -203,9 +229,48 @@ final class StormUplink {
         @Override
         Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
+            Set<String> devices = new TreeSet<>();
             for (JsonElement wan : home.getAsJsonArray("wan")) {
+                devices.add(device(wan));
+                if (isAdded(wan)) {
+                    JsonObject settings = wan.getAsJsonObject().getAsJsonObject("settings");
+                    String vlan = text(settings, "VLANIDMark");
+                    put(rows, kNat + vlan,
+                            (settings.has("NATEnabled") ? text(settings, "NATEnabled") : "unset")
+                                    + oddities(wan, settings));
+                }
                 putName(rows, text(wan, "name"));
             }
+            Set<String> known = new TreeSet<>();
+            home.getAsJsonArray("wanDevices").forEach(one -> known.add(device(one)));
+            if (bDevicesMayStay) {
+                known.retainAll(devices);
+            }
+            put(rows, kDevices, known.equals(devices) ? "theirs" : known + " for " + devices);
+            return rows;
+        }
+
+        private static String device(JsonElement element) {
+            return text(element, "deviceInstance") + "." + text(element, "connDeviceInstance");
+        }
+
+        private static String oddities(JsonElement wan, JsonObject settings) {
+            boolean bRouted = text(wan, "connectionType").endsWith("_Routed");
+            return odd(wan,
+                           "{'deviceInstance':1,'connInstance':1,'mappingMode':0,'connected':true,"
+                                   + "'sentBytes':0,'receivedBytes':0,"
+                                   + "'sendBandwidth':100000000,'receiveBandwidth':100000000}",
+                           "index", "name", "number", "connDeviceInstance", "kind", "mappingGate",
+                           "connectionType", "settings")
+                    + odd(settings, bRouted ? "{'VLANMode':'2','IPMode':'1'}" : "{'VLANMode':'2'}",
+                            "ServiceList", "VLANIDMark", "NATEnabled");
+        }
+
+        /** The settings and the devices are told by nobody. */
+        @Override
+        Map<String, String> toTell(Map<String, String> held) {
+            Map<String, String> rows = new TreeMap<>(held);
+            rows.keySet().removeIf(key -> key.startsWith(kNat) || key.equals(kDevices));
             return rows;
         }
 
@@ -251,12 +316,20 @@ final class StormUplink {
         Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
             for (JsonElement port : home.getAsJsonArray("lanPorts")) {
-                putBound(rows, "LAN" + text(port, "port"), text(port, "bind"));
+                putHeld(rows, "LAN" + text(port, "port"), port);
             }
             for (JsonElement ssid : home.getAsJsonArray("ssidBindings")) {
-                putBound(rows, "SSID" + text(ssid, "ssid"), text(ssid, "bind"));
+                putHeld(rows, "SSID" + text(ssid, "ssid"), ssid);
             }
             return rows;
+        }
+
+        private void putHeld(Map<String, String> rows, String place, JsonElement bound) {
+            String pairs = text(bound, "bind");
+            putBound(rows, place,
+                    pairs
+                            + odd(bound, pairs.isEmpty() ? "{'mode':0}" : "{'mode':1}", "port",
+                                    "ssid", "bind"));
         }
 
         private void putBound(Map<String, String> rows, String place, String pairs) {
