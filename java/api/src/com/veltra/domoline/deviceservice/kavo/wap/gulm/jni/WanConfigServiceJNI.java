@@ -34,8 +34,8 @@ public class WanConfigServiceJNI {
      * 2_INTERNET_B_VID_200}. They are looked at in the order of the list, up to the first that
      * names no VLAN.
      *
-     * <p>Example: {@code addWANIf("2", "500", "IP_Routed")} answers {@code 269504513}, the
-     * index {@code 0x10105001} that the gateway chose.
+     * <p>Example: {@code addWANIf("2", "500", "IP_Routed")} answers {@code 269504513}, the index
+     * {@code 0x10105001} that the gateway chose.
      *
      * @param sVlanMode the VLAN mode, {@code "0"}, {@code "1"} or {@code "2"}; not null, not empty
      * @param sVlan the VLAN, {@code "0"} to {@code "4094"} in decimal digits; not null, not empty.
@@ -83,7 +83,8 @@ public class WanConfigServiceJNI {
      * </ul>
      *
      * <p>Those whose name ends in {@code Enable} or {@code Enabled} are {@code "TRUE"} or {@code
-     * "FALSE"}, in upper case; like any other setting, a text of more than 7 bytes is not looked at.
+     * "FALSE"}, in upper case; like any other setting, a text of more than 7 bytes is not looked
+     * at.
      *
      * @param iWanIndex the WAN connection
      * @param sJson the settings, strictly JSON: nothing behind the object, names and texts in
