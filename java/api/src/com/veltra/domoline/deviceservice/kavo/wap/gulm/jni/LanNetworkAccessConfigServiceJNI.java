@@ -39,9 +39,12 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example: {@code setMacFilterMode(1)} switches the black list on and answers {@code 0}.
      *
+     * <p>When {@code gulm} doesn't tell what is set, the change is made without a comparison, and
+     * switching the filter off sets its mode to the black list.
+     *
      * @param iMacFltPara 0 to switch the filter off, which keeps its mode; 1 for the black list, 2
      *     for the trust list, and on. Other numbers are passed on to the gateway, less 1
-     * @return 0 when the filter is as wanted; -1 when a process doesn't answer or refuses
+     * @return 0 when the filter is as wanted; -1 when {@code osgi_proxy} doesn't answer or refuses
      */
     public native int setMacFilterMode(int iMacFltPara);
 
