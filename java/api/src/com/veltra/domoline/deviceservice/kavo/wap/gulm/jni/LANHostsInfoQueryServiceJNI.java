@@ -160,7 +160,8 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>The answer is one line. The hosts come in the order of the addresses asked for, and
      * without them; when all are asked for, in the order of the gateway's records, of which the
      * first 128 are told. {@code UpSpeed} and {@code DownSpeed} are the upstream and the downstream
-     * limit in the gateway's unit, 0 for none.
+     * limit in the gateway's unit, 0 for none; a limit from 2147483648 on is told as a negative
+     * number, less by 4294967296.
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all records
      * @return the limits; <code>{"Result":-1}</code> (no blanks) when there are more than 128
