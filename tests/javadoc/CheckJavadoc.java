@@ -59,8 +59,14 @@ final class CheckJavadoc {
     private CheckJavadoc() {}
 
     /** @param args the project's folder */
-    public static void main(String[] args) throws IOException {
-        System.exit(new CheckJavadoc().run(Path.of(args[0])) ? 0 : 1);
+    public static void main(String[] args) {
+        boolean bGood = false;
+        try {
+            bGood = new CheckJavadoc().run(Path.of(args[0]));
+        } catch (IOException exception) {
+            System.out.println("FAILED: the Javadoc cannot be checked: " + exception);
+        }
+        System.exit(bGood ? 0 : 1);
     }
 
     private boolean run(Path root) throws IOException {

@@ -15,11 +15,16 @@ final class Sources {
 
     /** The files in a folder and those in it whose names have one of these ends, in order. */
     static List<Path> in(Path folder, String... ends) throws IOException {
+        List<Path> found;
         try (Stream<Path> files = Files.walk(folder)) {
-            return files.filter(file -> Stream.of(ends).anyMatch(file.toString()::endsWith))
-                    .sorted()
-                    .collect(Collectors.toList());
+            found = files.filter(file -> Stream.of(ends).anyMatch(file.toString()::endsWith))
+                            .sorted()
+                            .collect(Collectors.toList());
         }
+        if (found.isEmpty()) {
+            throw new IOException("no file " + String.join(" or ", ends) + " is in " + folder);
+        }
+        return found;
     }
 
     /** The compiler, for no more than reading these Java sources. */
