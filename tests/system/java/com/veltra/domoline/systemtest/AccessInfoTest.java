@@ -119,6 +119,13 @@ class AccessInfoTest extends NewGatewayEachTime {
                         + "\"802-1pMark\":\"\",\"MulticastVlan\":\"300\",\"IPMode\":\"\","
                         + "\"NATEnabled\":\"\",\"AddressingType\":\"\",\"DNSEnabled\":\"\"}",
                 Wan.kAccess.getWANIfInfo(Wan.kIptv));
+        assertEquals("{\"Result\":0,\"Index\":269488129,\"Name\":\"1_INTERNET_R_VID_100\","
+                        + "\"ConnectionType\":\"IP_Routed\",\"ServiceList\":\"INTERNET\","
+                        + "\"LanInterface\":\"\",\"VLANMode\":\"2\",\"VLANIDMark\":\"100\","
+                        + "\"802-1pMark\":\"\",\"MulticastVlan\":\"\",\"IPMode\":\"3\","
+                        + "\"NATEnabled\":\"TRUE\",\"AddressingType\":\"DHCP\","
+                        + "\"DNSEnabled\":\"TRUE\"}",
+                Wan.kAccess.getWANIfInfo(Wan.kInternet));
         Gateway.set("wan.2.sendBandwidth", "64000");
         assertEquals("{\"Result\":0,\"UsBandwidth\":64000,\"DsBandwidth\":2500000000}",
                 Wan.kAccess.getWanIfBandwidth(Wan.kIptv));

@@ -23,7 +23,11 @@ enum BoxMethod implements GatewayMethod {
             BoxMethod::isShippedVolume, Box.kStorageFailed),
     // Nobody gets null for a text, so that a failure can be told from a query that has none.
     POTS(List.of(Gateway.kAppM), 0x47209061,
-            () -> String.valueOf(Box.kVoice.getPOTSInfo()), Box.pots("idle", "idle"), "null");
+            () -> String.valueOf(Box.kVoice.getPOTSInfo()),
+            "{\"Result\":0,\"List\":[{\"Name\":\"POTS1\",\"Number\":\"5550101\","
+                    + "\"Status\":\"idle\"},{\"Name\":\"POTS2\",\"Number\":\"5550102\","
+                    + "\"Status\":\"idle\"}]}",
+            "null");
 
     private final Query query;
 

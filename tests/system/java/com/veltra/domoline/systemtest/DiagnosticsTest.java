@@ -132,6 +132,35 @@ class DiagnosticsTest {
     }
 
     @Test
+    void eachKindTellsWhatItFound() {
+        assertEquals(0,
+                Traffic.kPing.startIPPingDiagnostics(Wan.kInternet, kHost,
+                        "{\"NumberOfRepetitions\":4,\"Timeout\":1000,\"DataBlockSize\":64,"
+                                + "\"DSCP\":46}"));
+        assertEquals("{\"Result\":0,\"State\":\"Complete\",\"Host\":\"www.example.com\","
+                        + "\"Address\":\"203.0.113.1\",\"Sent\":4,\"Received\":4,"
+                        + "\"DataBlockSize\":64,\"DSCP\":46,\"MinimumMs\":2,\"AverageMs\":3,"
+                        + "\"MaximumMs\":5}",
+                Traffic.kPing.getIPPingDiagnosticsResult());
+        assertEquals(0,
+                Traffic.kDns.startDnsDiagnostics(
+                        Wan.kInternet, kHost, "192.0.2.53", "retries=2"));
+        assertEquals("{\"Result\":0,\"State\":\"Complete\",\"Host\":\"www.example.com\","
+                        + "\"Servers\":\"192.0.2.53\",\"Addresses\":[\"203.0.113.1\"],"
+                        + "\"Parameters\":\"retries=2\"}",
+                Traffic.kDns.getDnsDiagnosticsResult());
+        assertEquals(0,
+                Traffic.kTraceRoute.startTraceRouteDiagnostics(Wan.kInternet, kHost, "hops=8"));
+        assertEquals("{\"Result\":0,\"State\":\"Complete\",\"Host\":\"www.example.com\","
+                        + "\"Hops\":[{\"Hop\":1,\"Address\":\"198.51.100.1\",\"Ms\":2},"
+                        + "{\"Hop\":2,\"Address\":\"198.51.100.2\",\"Ms\":4},"
+                        + "{\"Hop\":3,\"Address\":\"198.51.100.3\",\"Ms\":6},"
+                        + "{\"Hop\":4,\"Address\":\"203.0.113.1\",\"Ms\":8}],"
+                        + "\"Parameters\":\"hops=8\"}",
+                Traffic.kTraceRoute.getTraceRouteDiagnosticsResult());
+    }
+
+    @Test
     void theKindsRunBesideEachOther() {
         for (Diagnosis diagnosis : Diagnosis.values()) {
             diagnosis.takes(kMilliseconds);

@@ -13,8 +13,8 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * method throws because of the gateway's state.
  *
  * <p>A right is a number from 0 to 3 that stands for two access flags: 0 none, 1 the first, 2 the
- * second, 3 both. Of the argument only the low 8 bits are looked at, so 256 is the right 0. What the
- * flags open is for the gateway to know.
+ * second, 3 both. Of the argument only the low 8 bits are looked at, so 256 is the right 0. What
+ * the flags open is for the gateway to know.
  *
  * <p>Lengths of names and passwords are those of their UTF-8 form. A U+0000 ends a text. The native
  * library wipes its own copies of passwords; what Java holds is the caller's to keep safe.
@@ -31,7 +31,7 @@ public class DeviceAccessRightConfigServiceJNI {
      * Sets the right of the FTP service, which is on unless the right is 0. Asks the process {@code
      * osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example: {@code setFTPRight(3, 1)} answers 0.
+     * <p>Example: {@code setFTPRight(3, 1)} answers {@code 0}.
      *
      * @param iRight the right, 0 to 3
      * @param iValue passed on to the gateway as it is
@@ -44,18 +44,19 @@ public class DeviceAccessRightConfigServiceJNI {
      * Sets the right of the Samba service, which is on unless the right is 0. Asks the process
      * {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example: {@code setSambaRight(0, 1)} answers 0.
+     * <p>Example: {@code setSambaRight(0, 1)} answers {@code 0}.
      *
      * @param iRight the right, 0 to 3
      * @param iValue passed on to the gateway as it is
-     * @return as {@link #setFTPRight(int, int)}
+     * @return 0, or -1 for another right (nobody is asked then), or when the process doesn't answer
+     *     or refuses
      */
     public native int setSambaRight(int iRight, int iValue);
 
     /**
      * Adds an account to the FTP service. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example: {@code addFTPAccount("guest", "lets-see-0815")} answers 0.
+     * <p>Example: {@code addFTPAccount("guest", "lets-see-0815")} answers {@code 0}.
      *
      * @param sUser the user's name, 1 to 256 bytes
      * @param sPassword the password, 1 to 256 bytes
@@ -65,13 +66,15 @@ public class DeviceAccessRightConfigServiceJNI {
     public native int addFTPAccount(String sUser, String sPassword);
 
     /**
-     * Adds an account to the Samba service. Asks the process {@code osgi_proxy}, at most 30 seconds.
+     * Adds an account to the Samba service. Asks the process {@code osgi_proxy}, at most 30
+     * seconds.
      *
-     * <p>Example: {@code addSambaAccount("media", "lets-hear-0815")} answers 0.
+     * <p>Example: {@code addSambaAccount("media", "lets-hear-0815")} answers {@code 0}.
      *
      * @param sUser the user's name, 1 to 256 bytes
      * @param sPassword the password, 1 to 64 bytes
-     * @return as {@link #addFTPAccount(String, String)}
+     * @return 0, or -1 when an argument is {@code null} or has another length (nobody is asked
+     *     then), or when the process doesn't answer or refuses
      */
     public native int addSambaAccount(String sUser, String sPassword);
 
@@ -79,7 +82,7 @@ public class DeviceAccessRightConfigServiceJNI {
      * Deletes an account of the FTP service. Asks {@code tarn} for the number of accounts and
      * {@code osgi_proxy} for the deletion, at most 30 seconds each.
      *
-     * <p>Example: {@code deleteFTPAccount("guest")} answers 0.
+     * <p>Example: {@code deleteFTPAccount("guest")} answers {@code 0}.
      *
      * @param sUser the user's name, 1 to 256 bytes
      * @return 0, or -1 when there are no accounts at all, when the name is {@code null} or has
@@ -91,10 +94,11 @@ public class DeviceAccessRightConfigServiceJNI {
      * Deletes an account of the Samba service. Asks {@code usb_mngt} for the number of accounts and
      * {@code osgi_proxy} for the deletion, at most 30 seconds each.
      *
-     * <p>Example: {@code deleteSambaAccount("media")} answers 0.
+     * <p>Example: {@code deleteSambaAccount("media")} answers {@code 0}.
      *
      * @param sUser the user's name, 1 to 256 bytes
-     * @return as {@link #deleteFTPAccount(String)}
+     * @return 0, or -1 when there are no accounts at all, when the name is {@code null} or has
+     *     another length, or when a process doesn't answer or refuses
      */
     public native int deleteSambaAccount(String sUser);
 
@@ -102,7 +106,7 @@ public class DeviceAccessRightConfigServiceJNI {
      * Deletes all accounts of the FTP service. Asks {@code tarn} for the number of accounts and, if
      * there are any, {@code osgi_proxy} for the deletion, at most 30 seconds each.
      *
-     * <p>Example: {@code deleteAllFTPAccount()} answers 0.
+     * <p>Example: {@code deleteAllFTPAccount()} answers {@code 0}.
      *
      * @return 0, also when there are no accounts, unlike {@link #deleteFTPAccount(String)}; -1 when
      *     a process doesn't answer or refuses
@@ -113,7 +117,7 @@ public class DeviceAccessRightConfigServiceJNI {
      * Deletes all accounts of the Samba service. Asks {@code usb_mngt} for the number of accounts
      * and, if there are any, {@code osgi_proxy} for the deletion, at most 30 seconds each.
      *
-     * <p>Example: {@code deleteAllSambaAccount()} answers 0.
+     * <p>Example: {@code deleteAllSambaAccount()} answers {@code 0}.
      *
      * @return 0, also when there are no accounts, unlike {@link #deleteSambaAccount(String)}; -1
      *     when a process doesn't answer or refuses
@@ -123,7 +127,7 @@ public class DeviceAccessRightConfigServiceJNI {
     /**
      * Sets the right of the web service. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example: {@code setHTTPRight(1)} answers 0.
+     * <p>Example: {@code setHTTPRight(1)} answers {@code 0}.
      *
      * @param iRight the right, 0 to 3
      * @return 0, or -1 for another right (nobody is asked then), or when the process doesn't answer
@@ -135,7 +139,7 @@ public class DeviceAccessRightConfigServiceJNI {
      * Sets the password of the web service's user. Asks the process {@code osgi_proxy}, at most 30
      * seconds.
      *
-     * <p>Example: {@code setHTTPUserPassword("lets-look-0815")} answers 0.
+     * <p>Example: {@code setHTTPUserPassword("lets-look-0815")} answers {@code 0}.
      *
      * @param sPassword the password, 1 to 127 bytes
      * @return 0, or -1 when the password is {@code null} or has another length (nobody is asked

@@ -22,7 +22,7 @@ public class DeviceConfigServiceJNI {
     /**
      * Switches the lights on or off. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example: {@code setLedSwitch(0)} answers 0, and the lights are off.
+     * <p>Example: {@code setLedSwitch(0)} answers {@code 0}, and the lights are off.
      *
      * @param iSwitch 1 for on, 0 for off
      * @return 0; -1 for any other switch, of which nobody is told, and when the process doesn't

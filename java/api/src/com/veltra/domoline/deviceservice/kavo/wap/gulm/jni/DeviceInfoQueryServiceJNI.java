@@ -26,14 +26,17 @@ public class DeviceInfoQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * {"Result":0 , "Vendor":"Veltra", "ProductCLass":"HG-200", "HardwareVer":"V1.0",
-     *  "FirmwareVer":"1.0.7", "FlashSize":256, "RamSize":512, "MainChipClass":"VC-9", "NFC":"0"}
+     * {"Result":0 , "Vendor":"Example Works", "ProductCLass":"HG-7", "HardwareVer":"A1.2",
+     *   "FirmwareVer":"V3.0.1", "FlashSize":256, "RamSize":512, "MainChipClass":"AX-9", "NFC":"1"}
      * }</pre>
      *
-     * <p>The answer is one line. The key {@code ProductCLass} is spelt with a capital L. The sizes
-     * are numbers in the unit that the firmware uses; {@code NFC} is a text of one character at
-     * most, and empty when the firmware doesn't say. Each text of the gateway is inserted as it
-     * stands, so a quotation mark in one of them makes the answer invalid JSON.
+     * <p>The answer is one line. {@code Vendor} is who made the device, {@code ProductCLass} (with
+     * a capital L) its model, {@code HardwareVer} and {@code FirmwareVer} are its versions, and
+     * {@code MainChipClass} is its processor. {@code FlashSize} and {@code RamSize} are numbers in
+     * the unit that the firmware uses, signed ones: from 2147483648 on they are negative. {@code
+     * NFC} is a text of one character at most, and empty when the firmware doesn't say; the other
+     * texts have 64 bytes at most, that of the processor 65. Each text of the gateway is inserted
+     * as it stands, so a quotation mark in one of them makes the answer invalid JSON.
      *
      * @return the description, or <code>{"Result":-1}</code> (no blanks) when the gateway's process
      *     doesn't answer or refuses
@@ -43,11 +46,11 @@ public class DeviceInfoQueryServiceJNI {
     /**
      * Tells the device's MAC address. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example answer: {@code 02:11:22:33:44:55}
+     * <p>Example answer: {@code 02:A1:B2:00:00:01}
      *
-     * @return the address as the gateway writes it, 17 characters at most; <code>
-     *     { "Result": -1 }</code> (with blanks) when the process doesn't answer, refuses, or sends
-     * a longer text; {@code null} when it sends an empty text
+     * @return the address as the gateway writes it, 17 characters at most; <code>{ "Result": -1
+     *     }</code> (with blanks) when the process doesn't answer, refuses, or sends a longer text;
+     *     {@code null} when it sends an empty text
      */
     public native String getDeviceMAC();
 
@@ -59,7 +62,7 @@ public class DeviceInfoQueryServiceJNI {
      *
      * @return the running time in the unit of the firmware, as an unsigned 32-bit number in an
      *     {@code int}: read it with {@link Integer#toUnsignedLong(int)}; -1 when the process
-     * doesn't answer or refuses. A running time of 4294967295 can't be told from that failure.
+     *     doesn't answer or refuses. A running time of 4294967295 can't be told from that failure.
      */
     public native int getDeviceUpTime();
 
@@ -68,8 +71,7 @@ public class DeviceInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 1.0}
      *
-     * @return the version; should it not fit the library's buffer, <code>{ "Result": N }</code>
-     *     with the library's code N
+     * @return the version, always this one: no state of the gateway makes this call fail
      */
     public native String getAPIVersion();
 
@@ -77,7 +79,7 @@ public class DeviceInfoQueryServiceJNI {
      * Tells how busy the processors are. Measured by the platform's library in this process,
      * without asking the gateway's processes; the measurement itself can take a moment.
      *
-     * <p>Example answer: {@code 7}
+     * <p>Example answer: {@code 42}
      *
      * @param iSample ignored, whatever its value
      * @return the share of busy time in percent, never 0: an idle device answers 1; -1 when the
@@ -89,7 +91,7 @@ public class DeviceInfoQueryServiceJNI {
      * Tells how much of the memory is in use. Read by the platform's library in this process,
      * without asking the gateway's processes.
      *
-     * <p>Example answer: {@code 43}
+     * <p>Example answer: {@code 57}
      *
      * @param iSample ignored, whatever its value
      * @return the used share in percent, 0 included; -1 when the platform can't tell
@@ -113,24 +115,25 @@ public class DeviceInfoQueryServiceJNI {
      * every runtime that calls itself an OpenJDK, and empty for the others. Each has 31 bytes at
      * most. What the runtime doesn't tell is empty; what it tells in more bytes is left out.
      *
-     * @return the description; the same with {@code "Result": 1} and empty texts when there is no
-     *     output of the command; <code>{"Result":-1}</code> (no blanks) when the description has
-     *     more than 127 bytes or memory runs out. Where there is no command {@code java}, the
-     *     result is 0 and the texts are empty: the shell's complaint is the output then
+     * @return the description; <code>{ "Result": 1, "Name": "", "Version": "", "Vendor": ""
+     *     }</code> when there is no output of the command; <code>{"Result":-1}</code> (no blanks)
+     *     when the description has more than 127 bytes or memory runs out. Where there is no
+     *     command {@code java}, the result is 0 and the texts are empty: the shell's complaint is
+     *     the output then
      */
     public native String getJVMInfo();
 
     /**
      * Describes the OSGi framework that the applications run in. Asks nobody and doesn't wait.
      *
-     * <p>The answer is always:
+     * <p>Example answer, which is the only one:
      *
      * <pre>{@code
      * { "Result": 0, "Name": "Felix OSGi", "Version": "4.4.0",
      *   "Vendor": "Apache Software Foundation" }
      * }</pre>
      *
-     * <p>in one line.
+     * <p>The answer is one line: {@code Name}, {@code Version} and {@code Vendor} of the framework.
      *
      * @return the description; <code>{"Result":-1}</code> (no blanks) when memory runs out
      */

@@ -27,7 +27,7 @@ public class DeviceSecretInfoQueryServiceJNI {
     /**
      * Tells the device password. Asks the process {@code osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example answer: {@code 0123456789}
+     * <p>Example answer: {@code device-pass-0123456789}
      *
      * @return the password, 64 bytes at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer or refuses; {@code null} when there is no password
@@ -38,7 +38,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * Tells the manufacturer's organisation number (OUI). Asks the process {@code cwmp}, at most 30
      * seconds.
      *
-     * <p>Example answer: {@code 0A1B2C}
+     * <p>Example answer: {@code 02A1B2}
      *
      * @return the number, 6 characters at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
@@ -48,7 +48,7 @@ public class DeviceSecretInfoQueryServiceJNI {
     /**
      * Tells the device's serial number. Asks the process {@code cwmp}, at most 30 seconds.
      *
-     * <p>Example answer: {@code VT00A1B2C3D4E5F6}
+     * <p>Example answer: {@code EX0123456789AB}
      *
      * @return the serial number, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
@@ -59,7 +59,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * Tells the factory password of the administration pages. Asks the process {@code osgi_proxy},
      * at most 30 seconds.
      *
-     * <p>Example answer: {@code admin-3f9a}
+     * <p>Example answer: {@code web-pass-abcdefghijklmnopq}
      *
      * @return the password, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
@@ -70,7 +70,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * Tells the factory name of the first wireless network. Asks the process {@code osgi_proxy}, at
      * most 30 seconds.
      *
-     * <p>Example answer: {@code HomeNet-2C4D}
+     * <p>Example answer: {@code Home-2G}
      *
      * @return the name, 31 bytes of UTF-8 at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
@@ -81,7 +81,7 @@ public class DeviceSecretInfoQueryServiceJNI {
      * Tells the factory password of the first wireless network. Asks the process {@code
      * osgi_proxy}, at most 30 seconds.
      *
-     * <p>Example answer: {@code k7mq2wxz}
+     * <p>Example answer: {@code ssid-pass-ABCDEFGHIJKL}
      *
      * @return the password, 31 bytes at most; <code>{ "Result": -1 }</code> when the process
      *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty

@@ -24,10 +24,12 @@ public class IPPingDiagnosticsServiceJNI {
      * Starts a ping. Asks the process {@code app_m}, at most 5 seconds.
      *
      * <p>Example: {@code startIPPingDiagnostics(0x10101001, "www.example.com",
-     * "{\"NumberOfRepetitions\":4,\"Timeout\":1000,\"DataBlockSize\":64,\"DSCP\":0}")} answers 0.
+     * "{\"NumberOfRepetitions\":4,\"Timeout\":1000,\"DataBlockSize\":64,\"DSCP\":46}")} answers
+     * {@code 0}.
      *
      * @param iWanIndex the WAN connection to ping through, as in the list of {@link
-     *     WanConfigServiceJNI}; sent as it is
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}; sent as it
+     *     is
      * @param sHost name or address, from 1 to 255 bytes of UTF-8; not {@code null}
      * @param sParameters a JSON object with the integers {@code NumberOfRepetitions}, {@code
      *     Timeout}, {@code DataBlockSize} and {@code DSCP}, in the gateway's units; {@code null} or
@@ -35,9 +37,11 @@ public class IPPingDiagnosticsServiceJNI {
      *     as 0, and an integer beyond 32 bits as the nearest within them. The text must be JSON and
      *     nothing else: nothing may follow the value. JSON that is no object starts a ping with
      *     zeros, and {@code "null"} is refused
-     * @return the gateway's start status; -1 when the host is {@code null} or empty or the
-     *     parameters are no JSON (nobody is asked then), or when the process doesn't answer or
-     *     refuses; -2 when the host is longer than 255 bytes (nobody is asked then)
+     * @return 0 when it has started, or another start status of the gateway's own, such as the
+     *     simulated one's (1: a ping runs already; 2: the WAN connection is not up); -1 when the
+     *     host is {@code null} or empty or the parameters are no JSON (nobody is asked then), or
+     *     when the process doesn't answer or refuses; -2 when the host is longer than 255 bytes or
+     *     begins with U+0000 (nobody is asked then)
      */
     public native int startIPPingDiagnostics(int iWanIndex, String sHost, String sParameters);
 
@@ -47,9 +51,16 @@ public class IPPingDiagnosticsServiceJNI {
      * <p>Example answer of the simulated gateway, which is one line:
      *
      * <pre>{@code
-     * {"Result":0,"State":"Complete","Host":"desk-pc","Address":"192.168.1.10","Sent":4,
-     *  "Received":4,"DataBlockSize":56,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5}
+     * {"Result":0,"State":"Complete","Host":"www.example.com","Address":"203.0.113.1","Sent":4,
+     * "Received":4,"DataBlockSize":64,"DSCP":46,"MinimumMs":2,"AverageMs":3,"MaximumMs":5}
      * }</pre>
+     *
+     * <p>{@code State} is {@code Complete}. {@code Host} is what was pinged and {@code Address} its
+     * address; {@code Sent} and {@code Received} count the requests and their replies, {@code
+     * MinimumMs}, {@code AverageMs} and {@code MaximumMs} are how long these took, in milliseconds.
+     * {@code DataBlockSize} and {@code DSCP} are the parameters of the start. Before a first ping,
+     * the simulated gateway answers <code>{"Result":0,"State":"None"}</code>, and while one runs,
+     * <code>{"Result":1}</code>.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *

@@ -12,11 +12,11 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  * answered, 5 seconds at most for each request. A process that is not running makes them fail
  * without waiting. No method throws because of the gateway's state.
  *
- * <p>A list of MAC addresses is an array of up to 128 texts, of which 31 bytes each are used. {@code
- * null}, an array without elements, and one of empty texts alone stand for all hosts. A {@code null}
- * element is left out by {@link #getLANHostInfoByMAC(String[])}; the other methods refuse an array
- * that has one, even if it has nothing else. Where the process {@code app_m} writes the answer, its
- * keys are the process's own.
+ * <p>A list of MAC addresses is an array of up to 128 texts, of which 31 bytes each are used.
+ * {@code null}, an array without elements, and one of empty texts alone stand for all hosts. A
+ * {@code null} element is left out by {@link #getLANHostInfoByMAC(String[])}; the other methods
+ * refuse an array that has one, even if it has nothing else. Where the process {@code app_m} writes
+ * the answer, its keys are the process's own.
  */
 public class LANHostsInfoQueryServiceJNI {
     static {
@@ -43,10 +43,15 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * <pre>{@code
      * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:01","IP":"192.168.1.10","DevName":"desk-pc",
-     *   "HostClass":"PC","Interface":"LAN1","Active":1,"OnlineTime":7200}]}
+     *   "HostClass":"PC","Interface":"LAN1","Active":1,"OnlineTime":7200},
+     *   {"MAC":"02:A1:B2:00:20:04","IP":"192.168.1.13","DevName":"tablet-tom",
+     *   "HostClass":"TABLET","Interface":"SSID5","Active":1,"OnlineTime":900}]}
      * }</pre>
      *
-     * <p>The answer is one line.
+     * <p>The answer is one line. {@code MAC} and {@code IP} are the addresses of a host, {@code
+     * DevName} is its name, {@code HostClass} what kind of device it is, and {@code Interface}
+     * where it is connected: a LAN port or a wireless network. {@code Active} is 1 when it is there
+     * now, and {@code OnlineTime} for how long it has been, in the gateway's unit.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -62,7 +67,15 @@ public class LANHostsInfoQueryServiceJNI {
     /**
      * Describes the hosts behind an interface. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
+     * <p>Example: {@code getLANHostInfoByInterface("LAN2")} answers, in the simulated gateway
+     *
+     * <pre>{@code
+     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:02","IP":"192.168.1.11",
+     *   "DevName":"living-room-tv","HostClass":"TV","Interface":"LAN2","Active":1,
+     *   "OnlineTime":3600}]}
+     * }</pre>
+     *
+     * <p>The answer is one line; its members are those of {@link #getLANHostInfoByMAC(String[])}.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -77,7 +90,15 @@ public class LANHostsInfoQueryServiceJNI {
     /**
      * Describes the hosts of a class. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Answers look as those of {@link #getLANHostInfoByMAC(String[])}.
+     * <p>Example: {@code getLANHostInfoByClass("PHONE")} answers, in the simulated gateway
+     *
+     * <pre>{@code
+     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:03","IP":"192.168.1.12",
+     *   "DevName":"phone-anna","HostClass":"PHONE","Interface":"SSID1","Active":1,
+     *   "OnlineTime":1800}]}
+     * }</pre>
+     *
+     * <p>The answer is one line; its members are those of {@link #getLANHostInfoByMAC(String[])}.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -95,11 +116,13 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer of the simulated gateway:
      *
      * <pre>{@code
-     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:01","RxBytes":734003200,"TxBytes":52428800,
-     *   "RxPackets":734003,"TxPackets":52428}]}
+     * {"Result":0,"List":[{"MAC":"02:A1:B2:00:20:02","RxBytes":2147483648,"TxBytes":10485760,
+     *   "RxPackets":2147483,"TxPackets":10485}]}
      * }</pre>
      *
-     * <p>The answer is one line.
+     * <p>The answer is one line. {@code MAC} is the address of a host; {@code RxBytes} and {@code
+     * RxPackets} count what it has received, {@code TxBytes} and {@code TxPackets} what it has
+     * sent.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -130,13 +153,15 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer, for two hosts of which the second has no limit:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "UpSpeed": 512, "DownSpeed": 2048 },
+     * { "Result": 0, "List": [ { "UpSpeed": 100, "DownSpeed": 200 },
      *   { "UpSpeed": 0, "DownSpeed": 0 } ] }
      * }</pre>
      *
      * <p>The answer is one line. The hosts come in the order of the addresses asked for, and
      * without them; when all are asked for, in the order of the gateway's records, of which the
-     * first 128 are told. The unit is the gateway's.
+     * first 128 are told. {@code UpSpeed} and {@code DownSpeed} are the upstream and the downstream
+     * limit in the gateway's unit, 0 for none; a limit from 2147483648 on is told as a negative
+     * number, less by 4294967296.
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all records
      * @return the limits; <code>{"Result":-1}</code> (no blanks) when there are more than 128

@@ -26,7 +26,7 @@ public class LANIPConfigServiceJNI {
      * Sets the gateway's LAN address and mask. Asks the process {@code osgi_proxy}, at most 5
      * seconds. Those who reach the gateway under the old address lose it.
      *
-     * <p>Example: {@code setLANHostIP("192.168.1.1", "255.255.255.0")} answers 0.
+     * <p>Example: {@code setLANHostIP("192.168.1.1", "255.255.255.0")} answers {@code 0}.
      *
      * @param sAddress the address, neither {@code null} nor empty; one of more than 15 bytes is
      *     sent as an empty text
@@ -39,7 +39,8 @@ public class LANIPConfigServiceJNI {
     /**
      * Sets up the DHCP server. Asks the process {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code setLANDHCPInfo("TRUE", "192.168.1.2", "192.168.1.254", 86400)} answers 0.
+     * <p>Example: {@code setLANDHCPInfo("TRUE", "192.168.1.2", "192.168.1.254", 86400)} answers
+     * {@code 0}.
      *
      * @param sStatus {@code TRUE}, in upper or lower case, switches the server on; every other text
      *     switches it off, so beware of {@code yes} and {@code 1}; neither {@code null} nor empty

@@ -22,12 +22,14 @@ public class LANIPInfoQueryServiceJNI {
     /**
      * Tells the gateway's LAN address and mask. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>The process writes the answer, and its keys are the process's own. Example answer of the
-     * simulated gateway:
+     * <p>Example answer of the simulated gateway:
      *
      * <pre>{@code
      * {"Result":0,"LANHostIP":"192.168.1.1","LANHostMask":"255.255.255.0"}
      * }</pre>
+     *
+     * <p>The process writes the answer, and its members are the process's own: here {@code
+     * LANHostIP} is the gateway's address on the LAN, and {@code LANHostMask} its mask.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -46,11 +48,13 @@ public class LANIPInfoQueryServiceJNI {
      *   "DHCPEndIP": "192.168.1.254", "DHCPDuration": 86400 }
      * }</pre>
      *
-     * <p>The answer is one line. {@code EnableDHCPServer} is a text, {@code TRUE} or {@code FALSE};
-     * {@code DHCPDuration} is the time that a lease lasts, in the gateway's unit.
+     * <p>The answer is one line. {@code EnableDHCPServer} is a text, {@code TRUE} when the server
+     * is on and {@code FALSE} when it is off; {@code DHCPStartIP} and {@code DHCPEndIP} are the
+     * first and the last address that it gives away; {@code DHCPDuration} is the time that a lease
+     * lasts, in the gateway's unit.
      *
      * @return the settings; <code>{"Result":-1}</code> (no blanks) when the process doesn't answer
-     *     or refuses, or when the settings take more than 255 bytes
+     *     or refuses, or when the settings take more than 255 bytes, or when memory runs out
      */
     public native String getLANDHCPInfo();
 }

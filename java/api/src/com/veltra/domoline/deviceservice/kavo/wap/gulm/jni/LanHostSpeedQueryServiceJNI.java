@@ -22,12 +22,15 @@ public class LanHostSpeedQueryServiceJNI {
     /**
      * Tells the current speed of a host. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>The process writes the answer, and its keys are the process's own. Example answer of the
-     * simulated gateway:
+     * <p>Example: {@code getLANHostSpeed("02:A1:B2:00:20:01")} answers, in the simulated gateway
      *
      * <pre>{@code
      * {"Result":0,"UpSpeed":120,"DownSpeed":2400}
      * }</pre>
+     *
+     * <p>The process writes the answer, and its members are the process's own: here {@code UpSpeed}
+     * and {@code DownSpeed} are what the host sends and receives at the moment, in the gateway's
+     * unit.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *

@@ -39,9 +39,12 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example: {@code setMacFilterMode(1)} switches the black list on and answers {@code 0}.
      *
+     * <p>When {@code gulm} doesn't tell what is set, the change is made without a comparison, and
+     * switching the filter off sets its mode to the black list.
+     *
      * @param iMacFltPara 0 to switch the filter off, which keeps its mode; 1 for the black list, 2
      *     for the trust list, and on. Other numbers are passed on to the gateway, less 1
-     * @return 0 when the filter is as wanted; -1 when a process doesn't answer or refuses
+     * @return 0 when the filter is as wanted; -1 when {@code osgi_proxy} doesn't answer or refuses
      */
     public native int setMacFilterMode(int iMacFltPara);
 
@@ -51,8 +54,8 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example answer: {@code 0}
      *
-     * @param asMacs up to 8 MAC addresses; with {@code null}, or without any text in it,
-     *     nothing is done
+     * @param asMacs up to 8 MAC addresses; with {@code null}, or without any text in it, nothing is
+     *     done
      * @return 0 when all were added or none was given; -1 when there are more than 8, when the
      *     filter's mode is not the black list, or when a process doesn't answer or refuses
      */
@@ -64,8 +67,8 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example: {@code deleteLANHostFromBlackList(null)} empties the list and answers {@code 0}.
      *
-     * @param asMacs up to 128 MAC addresses; one that is not on the list is no failure.
-     *     {@code null}, and an array without any text in it, empty the list
+     * @param asMacs up to 128 MAC addresses; one that is not on the list is no failure. {@code
+     *     null}, and an array without any text in it, empty the list
      * @return 0 when the hosts are off the list, and also, with nothing done, when the filter's
      *     mode is not the black list; -1 when there are more than 128, when memory runs out before
      *     any of them is known, or when a process doesn't answer or refuses
@@ -78,8 +81,8 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example answer: {@code 0}
      *
-     * @param asMacs up to 8 MAC addresses; with {@code null}, or without any text in it,
-     *     nothing is done
+     * @param asMacs up to 8 MAC addresses; with {@code null}, or without any text in it, nothing is
+     *     done
      * @return 0 when all were added or none was given; -1 when there are more than 8, when the
      *     filter's mode is not the trust list, or when a process doesn't answer or refuses
      */
@@ -91,8 +94,8 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example answer: {@code 0}
      *
-     * @param asMacs up to 8 MAC addresses; one that is not on the list is no failure. With
-     *     {@code null}, or without any text in it, nothing is done
+     * @param asMacs up to 8 MAC addresses; one that is not on the list is no failure. With {@code
+     *     null}, or without any text in it, nothing is done
      * @return 0 when the hosts are off the list, and also, with nothing done, when the filter's
      *     mode is not the trust list; -1 when there are more than 8, or when a process doesn't
      *     answer or refuses
@@ -114,9 +117,9 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example answer: {@code 0}
      *
-     * @param asMacs up to 128 MAC addresses; with {@code null}, or without any text in it,
-     *     nothing is done. An empty element beside one with text is barred like a host, in a record
-     *     with an empty MAC address
+     * @param asMacs up to 128 MAC addresses; with {@code null}, or without any text in it, nothing
+     *     is done. An empty element beside one with text is barred like a host, in a record with an
+     *     empty MAC address
      * @return 0 when all are barred or none was given; -1 when there are more than 128, or when a
      *     process doesn't answer or refuses, be it while the MAC filter is read, the records, or
      *     when one is changed
@@ -134,9 +137,9 @@ public class LanNetworkAccessConfigServiceJNI {
      *
      * <p>Example answer: {@code 0}
      *
-     * @param asMacs up to 8 MAC addresses; a host without a record is no failure. {@code
-     *     null}, and an array without any text in it, stand for all hosts that have a record. An
-     *     empty element beside one with text stands for the record with an empty MAC address
+     * @param asMacs up to 8 MAC addresses; a host without a record is no failure. {@code null}, and
+     *     an array without any text in it, stand for all hosts that have a record. An empty element
+     *     beside one with text stands for the record with an empty MAC address
      * @return 0 when the hosts have access; -1 when there are more than 8, when memory runs out
      *     before any of them is known, or when a process doesn't answer or refuses, be it while the
      *     MAC filter is read, the records, or when one is changed

@@ -24,7 +24,7 @@ public class LanNetworkNameConfigServiceJNI {
     /**
      * Names the gateway. Asks the process {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code setGatewayName("Home")} answers 0, and {@link
+     * <p>Example: {@code setGatewayName("Home")} answers {@code 0}, and {@link
      * LANHostsInfoQueryServiceJNI#getGatewayName()} tells it from then on.
      *
      * @param sName the name, 1 to 256 bytes
@@ -36,7 +36,7 @@ public class LanNetworkNameConfigServiceJNI {
     /**
      * Names a host. Asks the process {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code setLANHostName("02:A1:B2:00:20:01", "Tablet")} answers 0.
+     * <p>Example: {@code setLANHostName("02:A1:B2:00:20:01", "Tablet")} answers {@code 0}.
      *
      * @param sMac the host's MAC address; one of more than 31 bytes is sent as an empty text
      * @param sName the name, 1 to 64 bytes

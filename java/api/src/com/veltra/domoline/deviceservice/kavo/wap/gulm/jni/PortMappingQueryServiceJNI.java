@@ -34,15 +34,20 @@ public class PortMappingQueryServiceJNI {
      * ] } ] }
      * }</pre>
      *
-     * <p>The answer is one line. The mappings come in the gateway's order, and those of one WAN
-     * connection that stand apart in it make several groups of the same name. Without any mapping
-     * the list is empty: <code>{ "Result": 0, "List": [ ] }</code>. {@code PortMappingIndex} is
-     * what {@link PortMappingConfigServiceJNI} takes as the mapping's number.
+     * <p>The answer is one line. {@code WANName} is the name of a WAN connection and {@code
+     * MapList} its mappings. {@code PortMappingIndex} is what {@link PortMappingConfigServiceJNI}
+     * takes as a mapping's number, {@code PortMappingEnabled} is {@code TRUE} when it is on and
+     * {@code FALSE} when it is off. {@code ExternalPort} is the port of the WAN connection; {@code
+     * InternalClient} and {@code InternalPort} are the host and the port that it leads to; {@code
+     * PortMappingProtocol} is the protocol in the gateway's words. The mappings come in the
+     * gateway's order, and those of one WAN connection that stand apart in it make several groups
+     * of the same name. Without any mapping the list is empty: <code>{ "Result": 0, "List": [ ]
+     * }</code>.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
      *     refuses, or doesn't know a WAN connection that has mappings, when memory runs out, or
-     *     when the text would have 512 bytes or more for each mapping and for the list itself:
-     *     512 × (mappings + 1). A mapping for which the list cannot grow is left out of it
+     *     when the text would have 512 bytes or more for each mapping and for the list itself: 512
+     *     for each, and 512 more. A mapping for which the list cannot grow is left out of it
      */
     public native String getPortMappingInfo();
 }

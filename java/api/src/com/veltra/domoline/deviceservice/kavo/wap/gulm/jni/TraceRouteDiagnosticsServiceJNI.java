@@ -24,16 +24,19 @@ public class TraceRouteDiagnosticsServiceJNI {
     /**
      * Starts a traceroute. Asks the process {@code app_m}, at most 5 seconds.
      *
-     * <p>Example: {@code startTraceRouteDiagnostics(0x10101001, "www.example.com", null)} answers
-     * 0.
+     * <p>Example: {@code startTraceRouteDiagnostics(0x10101001, "www.example.com", "hops=8")}
+     * answers {@code 0}.
      *
      * @param iWanIndex the WAN connection to go through, as in the list of {@link
-     *     WanConfigServiceJNI}; sent as it is
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}; sent as it
+     *     is
      * @param sHost name or address, from 1 to 254 bytes of UTF-8; not {@code null}
      * @param sParameters parameters in the gateway's words, which are not looked at, at most 254
      *     bytes; {@code null} or empty for none
-     * @return the gateway's start status; -1 when the host is missing, or the host or the
-     *     parameters too long (nobody is asked then), or when the process doesn't answer or refuses
+     * @return 0 when it has started, or another start status of the gateway's own, such as the
+     *     simulated one's (1: a test runs already; 2: the WAN connection is not up); -1 when the
+     *     host is missing, or the host or the parameters too long (nobody is asked then), or when
+     *     the process doesn't answer or refuses
      */
     public native int startTraceRouteDiagnostics(int iWanIndex, String sHost, String sParameters);
 
@@ -43,11 +46,17 @@ public class TraceRouteDiagnosticsServiceJNI {
      * <p>Example answer of the simulated gateway, which is one line:
      *
      * <pre>{@code
-     * {"Result":0,"State":"Complete","Host":"2001:db8::1","Hops":[
+     * {"Result":0,"State":"Complete","Host":"www.example.com","Hops":[
      *  {"Hop":1,"Address":"198.51.100.1","Ms":2},{"Hop":2,"Address":"198.51.100.2","Ms":4},
-     *  {"Hop":3,"Address":"198.51.100.3","Ms":6},{"Hop":4,"Address":"2001:db8::1","Ms":8}],
-     *  "Parameters":""}
+     *  {"Hop":3,"Address":"198.51.100.3","Ms":6},{"Hop":4,"Address":"203.0.113.1","Ms":8}],
+     * "Parameters":"hops=8"}
      * }</pre>
+     *
+     * <p>{@code State} is {@code Complete}. {@code Host} is where the way leads, and {@code Hops}
+     * are the stations: {@code Hop} counts them from 1, {@code Address} is a station's address,
+     * {@code Ms} how long its reply took, in milliseconds. {@code Parameters} are those of the
+     * start. Before a first test, the simulated gateway answers
+     * <code>{"Result":0,"State":"None"}</code>, and while one runs, <code>{"Result":1}</code>.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *

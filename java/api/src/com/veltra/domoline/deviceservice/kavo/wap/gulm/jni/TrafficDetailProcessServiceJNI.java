@@ -33,7 +33,8 @@ public class TrafficDetailProcessServiceJNI {
      * lists with more elements together are refused.
      *
      * <p>Example: {@code addHTTPTrafficProcessRule("203.0.113.80", 80, "UP", "00:11:22:33:44:55",
-     * {"GET", "POST"}, {"200"}, {"Host", "User-Agent"})} answers {@code 1}.
+     * new String[] {"GET", "POST"}, new String[] {"200"}, new String[] {"Host", "User-Agent"})}
+     * answers {@code 9}.
      *
      * @param sRemoteAddress the remote address, at most 255 bytes; null or empty for any
      * @param iRemotePort the remote port; sent as it is
@@ -53,7 +54,7 @@ public class TrafficDetailProcessServiceJNI {
     /**
      * Deletes a rule. Asks {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteHTTPTrafficProcessRule(1)} answers {@code 0}.
+     * <p>Example: {@code deleteHTTPTrafficProcessRule(9)} answers {@code 0}.
      *
      * @param iRuleInst the rule's number, {@code RuleInst} in the list; -1 stands for all rules, as
      *     in {@link #deleteAllHTTPTrafficProcessRule()}
@@ -78,12 +79,17 @@ public class TrafficDetailProcessServiceJNI {
      * <pre>{@code
      * { "Result": 0, "List": [ { "RemoteAddress": "203.0.113.80", "RemotePort": "80",
      *   "Direction": "UP", "HostMAC": "00:11:22:33:44:55", "MethodList": [ "GET,POST" ],
-     *   "StatuscodeList": [ "200" ], "HeaderList": [ "Host,User-Agent" ], "RuleInst": 1 } ] }
+     *   "StatuscodeList": [ "200" ], "HeaderList": [ "Host,User-Agent" ], "RuleInst": 9 },
+     *   { "RemoteAddress": "", "RemotePort": "0", "Direction": "DOWN", "HostMAC": "",
+     *   "MethodList": [ "" ], "StatuscodeList": [ "" ], "HeaderList": [ "" ], "RuleInst": 12 } ] }
      * }</pre>
      *
-     * <p>What a rule leaves open is an empty text. Each of the three lists has exactly one element,
-     * the text with the commas, which may be empty. A rule for which the list cannot grow is left
-     * out of it.
+     * <p>The answer is one line. {@code RemoteAddress} and {@code RemotePort} are the remote side
+     * of the traffic, {@code Direction} is its direction, and {@code HostMAC} the host at home.
+     * {@code MethodList}, {@code StatuscodeList} and {@code HeaderList} are the methods, status
+     * codes and headers, and {@code RuleInst} is the rule's number. What a rule leaves open is an
+     * empty text. Each of the three lists has exactly one element, the text with the commas, which
+     * may be empty. A rule for which the list cannot grow is left out of it.
      *
      * @return the list; <code>{"Result":0,"List":[]}</code> (no blanks) when there are no rules; a
      *     failure otherwise, never null because of the gateway: <code>{ "Result": -1 }</code> when

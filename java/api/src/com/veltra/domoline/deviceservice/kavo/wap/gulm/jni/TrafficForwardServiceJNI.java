@@ -29,7 +29,7 @@ public class TrafficForwardServiceJNI {
      * Adds a rule. Asks {@code gulm}, at most 5 seconds. Unlike a mirror rule it has no direction.
      *
      * <p>Example: {@code addForwardRule("203.0.113.80", "80", "TCP", "00:11:22:33:44:55",
-     * "192.168.1.100", 9000)} answers {@code 1}.
+     * "192.168.1.100", 9000)} answers {@code 8}.
      *
      * @param sRemoteAddress the remote address, at most 255 bytes; null or empty for any
      * @param sRemotePort the remote port, 1 to 11 bytes
@@ -49,7 +49,7 @@ public class TrafficForwardServiceJNI {
     /**
      * Deletes a rule. Asks {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteForwardRule(1)}, of the only rule, answers {@code 0}.
+     * <p>Example: {@code deleteForwardRule(8)} answers {@code 4}, say.
      *
      * @param iRuleInst the rule's number; -1 stands for all rules, as in {@link
      *     #deleteAllForwardRule()}
@@ -61,9 +61,10 @@ public class TrafficForwardServiceJNI {
     /**
      * Deletes all rules. Asks {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteAllForwardRule()} answers {@code 0}.
+     * <p>Example: {@code deleteAllForwardRule()} answers {@code 4}, say.
      *
-     * @return as {@link #deleteForwardRule(int)}
+     * @return a number of the gateway's own, handed on as it is; -1 when it refuses or doesn't
+     *     answer
      */
     public native int deleteAllForwardRule();
 
@@ -75,13 +76,17 @@ public class TrafficForwardServiceJNI {
      * <pre>{@code
      * { "Result": 0, "List": [ { "RemoteAddress": "203.0.113.80", "RemotePort": "80",
      *   "Protocol": "TCP", "HostMAC": "00:11:22:33:44:55", "ForwardToIP": "192.168.1.100",
-     *   "ForwardToPort": 9000 } ] }
+     *   "ForwardToPort": 9000 }, { "RemoteAddress": "", "RemotePort": "0", "Protocol": "UDP",
+     *   "HostMAC": "", "ForwardToIP": "", "ForwardToPort": 9001 } ] }
      * }</pre>
      *
-     * <p>What a rule leaves open is an empty text. The rules' numbers are not told. A collector's
-     * port that the gateway tells as something else than a number is listed as that of the rule
-     * before it, 0 with the first; one above 2147483647 is listed as a negative number, less by
-     * 4294967296. A rule for which the list cannot grow is left out of it.
+     * <p>The answer is one line. {@code RemoteAddress} and {@code RemotePort} are the remote side
+     * of the traffic, {@code Protocol} its protocol and {@code HostMAC} the host at home; {@code
+     * ForwardToIP} and {@code ForwardToPort} are where it is diverted to. What a rule leaves open
+     * is an empty text. The rules' numbers are not told. A collector's port that the gateway tells
+     * as something else than a number is listed as that of the rule before it, 0 with the first;
+     * one above 2147483647 is listed as a negative number, less by 4294967296. A rule for which the
+     * list cannot grow is left out of it.
      *
      * @return the list; <code>{"Result":0,"List":[]}</code> (no blanks) when there are no rules; a
      *     failure otherwise, never null because of the gateway: <code>{ "Result": -1 }</code> when

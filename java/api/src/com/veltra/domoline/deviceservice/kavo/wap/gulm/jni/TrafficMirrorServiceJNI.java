@@ -29,7 +29,7 @@ public class TrafficMirrorServiceJNI {
      * Adds a rule. Asks {@code gulm}, at most 5 seconds.
      *
      * <p>Example: {@code addMirrorRule("203.0.113.80", "80", "UP", "TCP", "00:11:22:33:44:55",
-     * "192.168.1.100", 9000)} answers {@code 1}.
+     * "192.168.1.100", 9000)} answers {@code 7}.
      *
      * @param sRemoteAddress the remote address, at most 255 bytes; null or empty for any
      * @param sRemotePort the remote port, 1 to 11 bytes
@@ -49,7 +49,7 @@ public class TrafficMirrorServiceJNI {
     /**
      * Deletes a rule. Asks {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteMirrorRule(1)}, of the only rule, answers {@code 0}.
+     * <p>Example: {@code deleteMirrorRule(7)} answers {@code 3}, say.
      *
      * @param iRuleInst the rule's number; -1 stands for all rules, as in {@link
      *     #deleteAllMirrorRule()}
@@ -61,9 +61,10 @@ public class TrafficMirrorServiceJNI {
     /**
      * Deletes all rules. Asks {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteAllMirrorRule()} answers {@code 0}.
+     * <p>Example: {@code deleteAllMirrorRule()} answers {@code 3}, say.
      *
-     * @return as {@link #deleteMirrorRule(int)}
+     * @return a number of the gateway's own, handed on as it is; -1 when it refuses or doesn't
+     *     answer
      */
     public native int deleteAllMirrorRule();
 
@@ -76,10 +77,15 @@ public class TrafficMirrorServiceJNI {
      * <pre>{@code
      * { "Result": 0, "List": [ { "RemoteAddress": "203.0.113.80", "RemotePort": "80",
      *   "Direction": "UP", "Protocol": "TCP", "HostMAC": "00:11:22:33:44:55",
-     *   "MirrorToIP": "192.168.1.100", "MirrorToPort": 9000 } ] }
+     *   "MirrorToIP": "192.168.1.100", "MirrorToPort": 9000 }, { "RemoteAddress": "",
+     *   "RemotePort": "0", "Direction": "DOWN", "Protocol": "UDP", "HostMAC": "",
+     *   "MirrorToIP": "2001:db8::1", "MirrorToPort": 9001 } ] }
      * }</pre>
      *
-     * <p>What a rule leaves open is an empty text. The rules' numbers are not told. A collector's
+     * <p>The answer is one line. {@code RemoteAddress} and {@code RemotePort} are the remote side
+     * of the traffic, {@code Direction} is its direction, {@code Protocol} its protocol and {@code
+     * HostMAC} the host at home; {@code MirrorToIP} and {@code MirrorToPort} are where it is copied
+     * to. What a rule leaves open is an empty text. The rules' numbers are not told. A collector's
      * port that the gateway tells as something else than a number is listed as that of the rule
      * before it, 0 with the first; one above 2147483647 is listed as a negative number, less by
      * 4294967296. A rule for which the list cannot grow is left out of it.

@@ -27,7 +27,7 @@ public class TrafficMonitoringConfigServiceJNI {
      * process {@code app_m} has taken note, for which it is given 5 seconds as well.
      *
      * <p>Example: {@code addTrafficMonitoringDestAddress(new String[] {"10.0.0.1", "10.0.0.2"},
-     * "com.example.meter")} answers 0.
+     * "com.example.meter")} answers {@code 0}.
      *
      * @param asAddresses the addresses, at least one; each has less than 256 bytes of UTF-8 and is
      *     passed on as it is, joined to the others with commas. A {@code null} or empty element
@@ -49,11 +49,13 @@ public class TrafficMonitoringConfigServiceJNI {
      * well.
      *
      * <p>Example: {@code deleteTrafficMonitoringDestAddress(new String[] {"10.0.0.1"},
-     * "com.example.meter")} answers 0.
+     * "com.example.meter")} answers {@code 0}.
      *
      * @param asAddresses as for {@link #addTrafficMonitoringDestAddress(String[], String)}
      * @param sBundle as for {@link #addTrafficMonitoringDestAddress(String[], String)}
-     * @return 0, or -1 for the same reasons as there
+     * @return 0, or -1 when the array is {@code null} or empty, an address is too long, there are
+     *     too many, or the name is {@code null} or empty (nobody is asked or told then), when
+     *     memory runs out, or when the process doesn't answer or refuses
      */
     public native int deleteTrafficMonitoringDestAddress(String[] asAddresses, String sBundle);
 
@@ -67,7 +69,8 @@ public class TrafficMonitoringConfigServiceJNI {
      *   "10.0.0.2"]},{"BundleName":"com.example.shield","DestAddressList":["192.0.2.7"]}]}
      * }</pre>
      *
-     * <p>The answer is one line, and always JSON. The bundles come in the gateway's order, and the
+     * <p>The answer is one line, and always JSON. {@code BundleName} is the name of a bundle,
+     * {@code DestAddressList} are its addresses. The bundles come in the gateway's order, and the
      * lists of addresses exactly as {@code gulm} writes them. A bundle's name is cut to 255 bytes,
      * and what is left of it is inserted as it stands: when a name or a list would reach beyond its
      * place, or the answer be no JSON, the call fails. What has no name or no list of addresses is
@@ -76,10 +79,10 @@ public class TrafficMonitoringConfigServiceJNI {
      * @return the list; <code>{"Result":0, "List":[]}</code> (a blank after the comma) when the
      *     registry is empty; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't
      *     answer, refuses, or sends what can't be read or would not be JSON in the list (a quote
-     *     that ends a name, a control character, a list without its end, or one nested more than
-     *     29 deep), or when memory runs out. The text has less than 384 bytes for each bundle and
-     *     272 for each address, as {@code gulm} counts them; where that is not enough, the list
-     *     ends with the last bundle that fits
+     *     that ends a name, a control character, a list without its end, or one nested more than 29
+     *     deep), or when memory runs out. The text has less than 384 bytes for each bundle and 272
+     *     for each address, as {@code gulm} counts them; where that is not enough, the list ends
+     *     with the last bundle that fits
      */
     public native String getTrafficMonitoringDestAddressInfo();
 }

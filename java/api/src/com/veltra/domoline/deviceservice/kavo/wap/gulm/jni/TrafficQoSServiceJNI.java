@@ -27,7 +27,7 @@ public class TrafficQoSServiceJNI {
      * Puts the traffic towards an address and port into a flow. Asks the process {@code gulm}, at
      * most 5 seconds.
      *
-     * <p>Example: {@code addTrafficToFlow("198.51.100.7", "443", 1)} answers 0.
+     * <p>Example: {@code addTrafficToFlow("198.51.100.7", "443", 1)} answers {@code 0}.
      *
      * @param sRemoteAddress the remote address, at most 255 bytes of UTF-8; {@code null} and an
      *     empty text are both sent as an empty address
@@ -42,19 +42,20 @@ public class TrafficQoSServiceJNI {
      * Takes the traffic towards an address and port out of a flow. Asks the process {@code gulm},
      * at most 5 seconds.
      *
-     * <p>Example: {@code deleteTrafficFromFlow("198.51.100.7", "443", 1)} answers 0.
+     * <p>Example: {@code deleteTrafficFromFlow("198.51.100.7", "443", 1)} answers {@code 0}.
      *
      * @param sRemoteAddress as for {@link #addTrafficToFlow(String, String, int)}
-     * @param sRemotePort likewise
-     * @param iFlow likewise
-     * @return likewise
+     * @param sRemotePort as for {@link #addTrafficToFlow(String, String, int)}
+     * @param iFlow as for {@link #addTrafficToFlow(String, String, int)}
+     * @return 0, or -1 when there is no port, or a text or the flow is longer than described
+     *     (nobody is asked then), or when the process doesn't answer or refuses
      */
     public native int deleteTrafficFromFlow(String sRemoteAddress, String sRemotePort, int iFlow);
 
     /**
      * Takes all traffic out of a flow. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code deleteAllTrafficFromFlow(1)} answers 0.
+     * <p>Example: {@code deleteAllTrafficFromFlow(1)} answers {@code 0}.
      *
      * @param iFlow the flow
      * @return 0, or -1 when the process doesn't answer or refuses
@@ -64,12 +65,15 @@ public class TrafficQoSServiceJNI {
     /**
      * Lists the traffic that is in a flow. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example answer, which is one line:
+     * <p>Example: {@code getTrafficInfoByFlow(1)} answers, in one line
      *
      * <pre>{@code
      * { "Result": 0, "List": [ { "RemoteAddress": "198.51.100.7", "RemotePort": "443" },
      *   { "RemoteAddress": "", "RemotePort": "53" } ] }
      * }</pre>
+     *
+     * <p>{@code RemoteAddress} and {@code RemotePort} are what {@link #addTrafficToFlow(String,
+     * String, int)} was given.
      *
      * <p>A flow without members answers with the failure, not with an empty list. A member for
      * which the list cannot grow is left out of it, and so are members for which the gateway's
@@ -88,12 +92,15 @@ public class TrafficQoSServiceJNI {
      * <p>Example: {@code getStatsByFlow(1)} answers
      *
      * <pre>{@code
-     * {"Result":0,"UsStats":104857600,"DsStats":5368709120}
+     * {"Result":0,"UsStats":4294967301,"DsStats":18446744073709551615}
      * }</pre>
      *
+     * <p>{@code UsStats} and {@code DsStats} are the bytes in upstream and in downstream direction,
+     * from 0 to 2<sup>64</sup> - 1, which a Java {@code long} can't hold.
+     *
      * @param iFlow the flow
-     * @return the bytes in upstream and downstream direction, from 0 to 2<sup>64</sup> - 1; <code>
-     *     { "Result": -1 }</code> (with blanks) when the process doesn't answer or refuses
+     * @return the bytes; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
+     *     answer or refuses
      */
     public native String getStatsByFlow(int iFlow);
 
@@ -106,11 +113,13 @@ public class TrafficQoSServiceJNI {
      * {"Result":0,"upSpeed":512,"downSpeed":20480}
      * }</pre>
      *
-     * <p>The keys begin with small letters, unlike those of {@link #getSpeedLimitByFlow(int)}.
+     * <p>{@code upSpeed} and {@code downSpeed} are the speeds in upstream and in downstream
+     * direction. The keys begin with small letters, unlike those of {@link
+     * #getSpeedLimitByFlow(int)}.
      *
      * @param iFlow the flow
-     * @return the speeds in upstream and downstream direction; <code>{ "Result": -1 }</code> (with
-     *     blanks) when the process doesn't answer or refuses
+     * @return the speeds; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
+     *     answer or refuses
      */
     public native String getSpeedByFlow(int iFlow);
 
@@ -123,18 +132,19 @@ public class TrafficQoSServiceJNI {
      * {"Result":0,"UpSpeed":1024,"DownSpeed":40960}
      * }</pre>
      *
-     * <p>The keys begin with capital letters, unlike those of {@link #getSpeedByFlow(int)}.
+     * <p>{@code UpSpeed} and {@code DownSpeed} are the limits in upstream and in downstream
+     * direction. The keys begin with capital letters, unlike those of {@link #getSpeedByFlow(int)}.
      *
      * @param iFlow the flow
-     * @return the limits in upstream and downstream direction; <code>{ "Result": -1 }</code> (with
-     *     blanks) when the process doesn't answer or refuses
+     * @return the limits; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
+     *     answer or refuses
      */
     public native String getSpeedLimitByFlow(int iFlow);
 
     /**
      * Limits a flow's speeds. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code setSpeedLimitByFlow(1, 1024, 40960)} answers 0.
+     * <p>Example: {@code setSpeedLimitByFlow(1, 1024, 40960)} answers {@code 0}.
      *
      * @param iFlow the flow
      * @param iUpLimit the limit in upstream direction
@@ -146,7 +156,7 @@ public class TrafficQoSServiceJNI {
     /**
      * Tells a flow's DSCP mark. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code getDSCPRemarkByFlow(1)} answers 46.
+     * <p>Example: {@code getDSCPRemarkByFlow(1)} answers {@code 46}.
      *
      * @param iFlow the flow
      * @return the mark, or -1 when the process doesn't answer or refuses
@@ -156,7 +166,7 @@ public class TrafficQoSServiceJNI {
     /**
      * Sets the DSCP mark of a flow's traffic. Asks the process {@code gulm}, at most 5 seconds.
      *
-     * <p>Example: {@code setDSCPRemarkByFlow(1, 46)} answers 0.
+     * <p>Example: {@code setDSCPRemarkByFlow(1, 46)} answers {@code 0}.
      *
      * @param iFlow the flow
      * @param iDscp the mark

@@ -11,8 +11,11 @@ import com.veltra.domoline.deviceservice.kavo.wap.NativeLibrary;
  *
  * <p>Route lists are one line each. {@code Index} is a number written as a text, and {@code
  * Interface} the alias of the route's WAN connection, which is its name in the list of WAN
- * connections; the name of an interface that is no WAN connection is shown as it is. A route for
- * which a list cannot grow is left out of it.
+ * connections; the name of an interface that is no WAN connection is shown as it is. {@code
+ * DestIPAddress}, {@code DestSubnetMask} and {@code GatewayIPAddress} are the destination of an
+ * IPv4 route, its mask and the gateway that it leads over; {@code DestIPPrefix} and {@code NextHop}
+ * the destination and the next hop of an IPv6 route. A route for which a list cannot grow is left
+ * out of it.
  *
  * <p>{@link JNINativeMethods#startThread()} must have been called once. The methods may be called
  * by any number of threads. Each asks processes of the gateway one after the other and waits for
@@ -68,8 +71,12 @@ public class TransferQueryServiceJNI {
      * StaticLayer3ForwardingConfigServiceJNI#deleteIPv6Layer3ForwardingStatic(int)} takes. JSON
      * lets a slash be written as here; a parser gives it back alone.
      *
-     * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons, and when a
-     *     route's prefix can't be read
+     * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
+     *     refuses, tells of more than 192 routes, or doesn't know a route or its WAN connection;
+     *     when the interface of a listed route is shorter than 6 characters, is called like a WAN
+     *     connection but numbered like none, or is shown with more than 127 bytes; when the answer
+     *     reaches 256 bytes for each route, those left out among them, and 256 more; when a route's
+     *     prefix can't be read; or when memory runs out
      */
     public native String getIPv6Layer3ForwardingStaticConfigInfo();
 
@@ -109,7 +116,8 @@ public class TransferQueryServiceJNI {
      *   "NextHop": "2001:db8:0:1::1", "Interface": "1_INTERNET_R_VID_100" } ] }
      * }</pre>
      *
-     * @return the list; <code>{"Result":-1}</code> (no blanks) for the same reasons
+     * @return the list; <code>{"Result":-1}</code> (no blanks) for the reasons of {@link
+     *     #getLayer3ForwardingCurrent()}
      */
     public native String getIPv6Layer3ForwardingCurrent();
 
@@ -122,13 +130,16 @@ public class TransferQueryServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "LanInterface": "LAN1", "Bind": "10\/100,20\/200" },
-     *   { "LanInterface": "SSID1", "Bind": "" } ] }
+     * { "Result": 0, "List": [ { "LanInterface": "LAN1", "Bind": "10\/100" },
+     *   { "LanInterface": "LAN2", "Bind": "10\/100" },
+     *   { "LanInterface": "SSID1", "Bind": "20\/200,30\/300" },
+     *   { "LanInterface": "SSID2", "Bind": "" } ] }
      * }</pre>
      *
-     * <p>The answer is one line, and a parser gives the slashes back alone. {@code Bind} is what
-     * {@link VLANBindConfigServiceJNI#setVLANBind(String, String)} takes. Without LAN ports and
-     * SSIDs the list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
+     * <p>The answer is one line, and a parser gives the slashes back alone. {@code LanInterface} is
+     * the LAN port or the SSID, {@code Bind} its binding: they are what {@link
+     * VLANBindConfigServiceJNI#setVLANBind(String, String)} takes. Without LAN ports and SSIDs the
+     * list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when a process doesn't answer or
      *     refuses, when the answer exceeds 1087 bytes, or when memory runs out

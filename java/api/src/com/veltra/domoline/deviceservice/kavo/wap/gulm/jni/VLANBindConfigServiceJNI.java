@@ -25,7 +25,7 @@ public class VLANBindConfigServiceJNI {
      * Binds an interface to VLANs, in the place of what it was bound to. Asks the process {@code
      * osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code setVLANBind("LAN1", "10/100,20/200")} answers 0.
+     * <p>Example: {@code setVLANBind("LAN1", "10/100,20/200")} answers {@code 0}.
      *
      * <p>A binding is a list of pairs, user-side VLAN, slash, WAN-side VLAN, with commas between
      * them and none behind the last. Each VLAN is a decimal number from 1 to 4094. A pair that ends
@@ -46,7 +46,7 @@ public class VLANBindConfigServiceJNI {
     /**
      * Takes an interface's binding away. Asks the process {@code osgi_proxy}, at most 5 seconds.
      *
-     * <p>Example: {@code clearVLANBind("LAN1")} answers 0.
+     * <p>Example: {@code clearVLANBind("LAN1")} answers {@code 0}.
      *
      * @param sInterface as for {@link #setVLANBind(String, String)}
      * @return 0, or -1 when the argument is {@code null} or empty (nobody is asked then), or when

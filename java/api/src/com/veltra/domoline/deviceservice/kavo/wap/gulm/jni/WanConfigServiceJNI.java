@@ -34,8 +34,8 @@ public class WanConfigServiceJNI {
      * 2_INTERNET_B_VID_200}. They are looked at in the order of the list, up to the first that
      * names no VLAN.
      *
-     * <p>Example: {@code addWANIf("2", "500", "IP_Routed")} answers {@code 269504513}, the
-     * index {@code 0x10105001} that the gateway chose.
+     * <p>Example: {@code addWANIf("2", "500", "IP_Routed")} answers {@code 269504513}, the index
+     * {@code 0x10105001} that the gateway chose.
      *
      * @param sVlanMode the VLAN mode, {@code "0"}, {@code "1"} or {@code "2"}; not null, not empty
      * @param sVlan the VLAN, {@code "0"} to {@code "4094"} in decimal digits; not null, not empty.
@@ -60,30 +60,40 @@ public class WanConfigServiceJNI {
      * empty, not a text or longer than said here is not changed. In bytes of UTF-8:
      *
      * <ul>
-     *   <li>{@code LanInterface} (63), a list that names LAN ports or SSIDs, such as {@code
-     *       "LAN1,SSID2"}; {@code LanInterface-DHCPEnable}
-     *   <li>{@code VLANMode} (7), {@code "0"} to {@code "2"}; {@code VLANIDMark}, {@code
-     *       802-1pMark}, {@code MulticastVlan} (7 each)
+     *   <li>{@code LanInterface} (63): the LAN ports and SSIDs that belong to the connection, a
+     *       list that names at least one, such as {@code "LAN1,SSID2"}; {@code
+     *       LanInterface-DHCPEnable}: whether they get addresses by DHCP
+     *   <li>{@code VLANMode} (7): {@code "0"} to {@code "2"}, and what is no number is let through
+     *       as well; {@code VLANIDMark}, {@code 802-1pMark}, {@code MulticastVlan} (7 each): the
+     *       VLAN, its priority, and the VLAN of multicast
      *   <li>{@code IPMode} (15): {@code "1"} for IPv4, whose IPv6 settings are then not changed,
      *       {@code "2"} for IPv6, and likewise, {@code "3"} for both
-     *   <li>{@code NATEnabled}
+     *   <li>{@code NATEnabled}: whether addresses are translated
      *   <li>{@code Username}, {@code Password} (67 each): of a PPP connection. They are overwritten
      *       in memory once they have been sent, and show up in no trace
      *   <li>{@code AddressingType}, {@code ExternalIPAddress}, {@code SubnetMask}, {@code
-     *       DefaultGateway} (15 each)
-     *   <li>{@code DNSEnabled}; {@code DNSServers} (63), one or two addresses with a comma between
-     *       them: where there is none, the connection's present server stays
-     *   <li>{@code MACAddress} (31), {@code ConnectionTrigger} (15)
-     *   <li>{@code IPv6IPAddressOrigin} (31), {@code IPv6IPAddress} (63), {@code IPv6DNSServers}
-     *       (127, as {@code DNSServers}), {@code IPv6PrefixDelegationEnabled}, {@code
-     *       IPv6PrefixOrigin} (31), {@code IPv6Prefix} (63), {@code IPv6PrefixPltime}, {@code
-     *       IPv6PrefixVltime} (39 each), {@code IPv6DefaultGateway} (64)
-     *   <li>{@code IPv6DsliteEnable}, {@code IPv6AftrMode} (7), {@code IPv6AftrAddress} (63)
-     *   <li>{@code ServiceList} (31): one connection only may name {@code TR069} in it
+     *       DefaultGateway} (15 each): how the connection gets its IPv4 address, such as {@code
+     *       "DHCP"}, the address, its mask and its gateway
+     *   <li>{@code DNSEnabled}: whether names are resolved; {@code DNSServers} (63): one or two
+     *       addresses with a comma between them. Where there is none, the connection's present
+     *       server stays, and 32 bytes of the two are sent
+     *   <li>{@code MACAddress} (31), {@code ConnectionTrigger} (15): the connection's MAC address,
+     *       and what makes it dial
+     *   <li>{@code IPv6IPAddressOrigin} (31), {@code IPv6IPAddress} (63): how it gets its IPv6
+     *       address, and the address; {@code IPv6DNSServers} (127): as {@code DNSServers}, 63 bytes
+     *       of each are sent; {@code IPv6PrefixDelegationEnabled}: whether it is given a prefix for
+     *       the home; {@code IPv6PrefixOrigin} (31), {@code IPv6Prefix} (63), {@code
+     *       IPv6PrefixPltime}, {@code IPv6PrefixVltime} (39 each): how it gets the prefix, the
+     *       prefix, and for how long that is preferred and valid; {@code IPv6DefaultGateway} (64)
+     *   <li>{@code IPv6DsliteEnable}, {@code IPv6AftrMode} (7), {@code IPv6AftrAddress} (63):
+     *       whether IPv4 is carried over IPv6, how the far end of that is found, and its address
+     *   <li>{@code ServiceList} (31): what the connection is for, such as {@code "INTERNET"}; one
+     *       connection only may name {@code TR069} in it
      * </ul>
      *
      * <p>Those whose name ends in {@code Enable} or {@code Enabled} are {@code "TRUE"} or {@code
-     * "FALSE"}, in upper case; like any other setting, a text of more than 7 bytes is not looked at.
+     * "FALSE"}, in upper case; like any other setting, a text of more than 7 bytes is not looked
+     * at.
      *
      * @param iWanIndex the WAN connection
      * @param sJson the settings, strictly JSON: nothing behind the object, names and texts in

@@ -8,5 +8,9 @@
  * that the library writes by itself have no blanks, <code>{"Result":-1}</code>, while those printed
  * by its JSON library do, <code>{ "Result": -1 }</code>. Read them with a JSON parser, not by
  * comparing texts.
+ *
+ * <p>When memory runs out, a method answers with one of its failures, or as though that were not
+ * there which there was no memory for: an element of an array or of a list. A text may also be
+ * {@code null} then.
  */
 package com.veltra.domoline.deviceservice.kavo.wap.gulm.jni;

@@ -35,11 +35,11 @@ public class AccessInfoQueryServiceJNI {
      *
      * <pre>{@code
      * { "Result": 0, "List": [ { "Index": 269488129, "Name": "1_INTERNET_R_VID_100" },
-     *   { "Index": 269492225, "Name": "2_OTHER_R_VID_200" } ] }
+     *   { "Index": 537923586, "Name": "2_TR069_R_VID_46" } ] }
      * }</pre>
      *
-     * <p>{@code Index} is the WAN index as a signed number (269488129 is {@code 0x10101001}),
-     * {@code Name} what the gateway calls the connection.
+     * <p>{@code Index} is the WAN index as a signed number (537923586 is {@code 0x20101002}, a PPP
+     * connection), {@code Name} what the gateway calls the connection.
      *
      * @return the list; an empty one with result 0, <code>{ "Result": 0, "List": [ ] }</code>, also
      *     when {@code gulm} doesn't answer or refuses; <code>{"Result":-1}</code> (no blanks) when
@@ -55,6 +55,9 @@ public class AccessInfoQueryServiceJNI {
      * <pre>{@code
      * {"Result":0,"UsStats":52428800,"DsStats":734003200}
      * }</pre>
+     *
+     * <p>{@code UsStats} and {@code DsStats} are the bytes that the connection has sent (upstream)
+     * and received (downstream).
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -76,6 +79,14 @@ public class AccessInfoQueryServiceJNI {
      *   "AddressingType":"DHCP","DNSEnabled":"TRUE"}
      * }</pre>
      *
+     * <p>{@code Index} and {@code Name} are those of {@link #getWANIfList()}, {@code
+     * ConnectionType} is one of the types that {@link
+     * com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.WanConfigServiceJNI#addWANIf(String,
+     * String, String)} takes, and the others are settings as {@link
+     * com.veltra.domoline.deviceservice.kavo.wap.gulm.jni.WanConfigServiceJNI#setWANIf(int,
+     * String)} describes them; one that was never made is an empty text. User name and password are
+     * not told.
+     *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @param iWanIndex the WAN connection
@@ -92,6 +103,9 @@ public class AccessInfoQueryServiceJNI {
      * <pre>{@code
      * {"Result":0,"UsBandwidth":1250000000,"DsBandwidth":2500000000}
      * }</pre>
+     *
+     * <p>{@code UsBandwidth} and {@code DsBandwidth} are what the connection can send (upstream)
+     * and receive (downstream), in bits per second.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -112,6 +126,12 @@ public class AccessInfoQueryServiceJNI {
      *   "DNSServers":"192.0.2.53,192.0.2.54","IPv6IPAddress":"2001:db8:0:1::10",
      *   "IPv6DNSServers":"2001:db8::53,2001:db8::54"}
      * }</pre>
+     *
+     * <p>{@code ConnectionStatus} is {@code Connected} or {@code Disconnected}. {@code
+     * ExternalIPAddress}, {@code SubnetMask} and {@code DefaultGateway} are the IPv4 address of the
+     * connection, its mask and its gateway, {@code DNSServers} one or two servers with a comma
+     * between them; {@code IPv6IPAddress} and {@code IPv6DNSServers} are the same for IPv6. What
+     * the connection doesn't have is an empty text.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
@@ -142,13 +162,18 @@ public class AccessInfoQueryServiceJNI {
      *   "SupplyVottage":3.3,"BiasCurrent":12.25}
      * }</pre>
      *
-     * <p>The spelling of {@code SupplyVottage} is the interface's.
+     * <p>{@code TXPower} and {@code RXPower} are the transmitted and the received power, {@code
+     * TransceiverTemperature} the temperature, {@code SupplyVottage} (spelled so) the supply
+     * voltage and {@code BiasCurrent} the bias current of the laser, each in the unit of the
+     * gateway.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @return the process's text, at most 512 bytes; a text of the same members, all 0, whose
-     *     {@code Result} is -2 when {@code app_m} says that it can't tell (its code
-     *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
+     * @return the process's text, at most 512 bytes; <code>{"Result":-2, "TXPower": 0, "RXPower":
+     *     0,"TransceiverTemperature": 0,"SupplyVottage": 0,"BiasCurrent": 0}</code> when {@code
+     *     app_m} says that it can't tell (its code {@code 0xFFFFFFFE}); <code>{"Result":-1,
+     *     "TXPower": 0, "RXPower": 0,"TransceiverTemperature": 0,"SupplyVottage": 0,"BiasCurrent":
+     *     0}</code> when it doesn't answer, refuses otherwise or answers nothing
      */
     public native String getPONIfPhyStatus();
 
@@ -158,15 +183,15 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 86400}.
      *
-     * @return the time; -2 when {@code app_m} says that it can't tell (its code
-     *     {@code 0xFFFFFFFE}); -1 when it doesn't answer or refuses otherwise. A time of such a
-     *     value looks the same
+     * @return the time; -2 when {@code app_m} says that it can't tell (its code {@code
+     *     0xFFFFFFFE}); -1 when it doesn't answer or refuses otherwise. A time of such a value
+     *     looks the same
      */
     public native int getPONIfUpTime();
 
     /**
-     * Tells whether the gateway is registered with the optical network. Asks the process
-     * {@code app_m}, at most 5 seconds.
+     * Tells whether the gateway is registered with the optical network. Asks the process {@code
+     * app_m}, at most 5 seconds.
      *
      * <p>Example answer:
      *
@@ -174,11 +199,15 @@ public class AccessInfoQueryServiceJNI {
      * {"Result":0,"RegisterStatus":"REG_AUTH"}
      * }</pre>
      *
+     * <p>{@code RegisterStatus} is a word of the gateway's; {@code REG_AUTH} is that of one that is
+     * registered and authenticated, {@code NO_REG_NO_AUTH} of one that is neither.
+     *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @return the process's text, at most 128 bytes; a text with the status {@code NO_REG_NO_AUTH}
-     *     whose {@code Result} is -2 when {@code app_m} says that it can't tell (its code
-     *     {@code 0xFFFFFFFE}), and -1 when it doesn't answer, refuses otherwise or answers nothing
+     * @return the process's text, at most 128 bytes; <code>{"Result":-2, "RegisterStatus":
+     *     "NO_REG_NO_AUTH"}</code> when {@code app_m} says that it can't tell (its code {@code
+     *     0xFFFFFFFE}); <code>{"Result":-1, "RegisterStatus": "NO_REG_NO_AUTH"}</code> when it
+     *     doesn't answer, refuses otherwise or answers nothing
      */
     public native String getPONIfRegisterStatus();
 
@@ -192,11 +221,14 @@ public class AccessInfoQueryServiceJNI {
      * {"Result":0,"UsStats":53739520,"DsStats":5031600128}
      * }</pre>
      *
+     * <p>{@code UsStats} and {@code DsStats} are the bytes that the uplink has sent (upstream) and
+     * received (downstream).
+     *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @return the process's text, at most 128 bytes;
-     *     <code>{"Result":-1, "UsStats": 0, "DsStats": 0}</code> when {@code app_m} doesn't answer,
-     *     refuses (with whichever code) or answers nothing
+     * @return the process's text, at most 128 bytes; <code>{"Result":-1, "UsStats": 0, "DsStats":
+     *     0}</code> when {@code app_m} doesn't answer, refuses (with whichever code) or answers
+     *     nothing
      */
     public native String getUplinkIfStats();
 }

@@ -41,7 +41,7 @@ public class UsbServiceJNI {
     /**
      * Makes a plug-in known to the process {@code usb_mngt}. Asks it, at most 30 seconds.
      *
-     * <p>Example: {@code usbRegister("com.example.meter", 1)} answers 0.
+     * <p>Example: {@code usbRegister("com.example.meter", 1)} answers {@code 0}.
      *
      * @param sPlugId the plug-in's id, neither {@code null} nor empty; cut to 127 bytes of UTF-8
      * @param iType the plug-in's type; which there are is for {@code usb_mngt} to know
@@ -54,18 +54,20 @@ public class UsbServiceJNI {
     /**
      * Makes a plug-in unknown again. Asks the process {@code usb_mngt}, at most 30 seconds.
      *
-     * <p>Example: {@code usbUnregister("com.example.meter")} answers 0.
+     * <p>Example: {@code usbUnregister("com.example.meter")} answers {@code 0}.
      *
      * @param sPlugId as for {@link #usbRegister(String, int)}
-     * @return as for {@link #usbRegister(String, int)}
+     * @return 0; -2 when the process says that somebody else is in the way; -1 when the id is
+     *     {@code null} or empty (nobody is asked then), or when the process doesn't answer or
+     *     refuses
      */
     public native int usbUnregister(String sPlugId);
 
     /**
      * Reserves a serial device. Asks the process {@code usb_mngt}, at most 30 seconds.
      *
-     * <p>Example: {@code usbLock(1)} answers 0, and then -2 to whoever asks, until the device is
-     * given free.
+     * <p>Example: {@code usbLock(1)} answers {@code 0}, and then -2 to whoever asks, until the
+     * device is given free.
      *
      * @param iDevId the device's number, as {@code usb_mngt} counts them
      * @return 0; -2 when the device is locked already, also by the caller; -1 when the process
@@ -76,7 +78,7 @@ public class UsbServiceJNI {
     /**
      * Gives a serial device free. Asks the process {@code usb_mngt}, at most 30 seconds.
      *
-     * <p>Example: {@code usbUnlock(1)} answers 0.
+     * <p>Example: {@code usbUnlock(1)} answers {@code 0}.
      *
      * @param iDevId as for {@link #usbLock(int)}
      * @return 0; -2 when the process says that the device is busy; -1 when the process doesn't
@@ -88,7 +90,7 @@ public class UsbServiceJNI {
      * Opens a serial device for reading and writing. Asks the process {@code usb_mngt} where it is,
      * at most 30 seconds.
      *
-     * <p>Example: {@code usbOpen(1)} answers 57, say.
+     * <p>Example: {@code usbOpen(1)} answers {@code 77}, say.
      *
      * @param iDevId as for {@link #usbLock(int)}
      * @return the handle; -2 when another plug-in has the device; -1 when the process doesn't
@@ -99,7 +101,8 @@ public class UsbServiceJNI {
     /**
      * Waits until there is something to read, 2 seconds at most. Asks no process.
      *
-     * <p>Example: {@code usbDataAvailable(57)} answers 1 when the device has sent something.
+     * <p>Example: {@code usbDataAvailable(77)} answers {@code 1} when the device has sent
+     * something.
      *
      * @param iHandle a handle of {@link #usbOpen(int)}
      * @return 1 when there is something to read, or when the device is gone; -2 when nothing came;
@@ -113,7 +116,8 @@ public class UsbServiceJNI {
      * Reads what the device has sent. Asks no process. Waits until there is anything to read, and
      * doesn't wait for more.
      *
-     * <p>Example: {@code usbRead(57, abAnswer, 0, 64, 2)} answers 6 after {@code "\r\nOK\r\n"}.
+     * <p>Example: {@code usbRead(77, abAnswer, 2, 8, 1)} answers {@code 4} when four bytes have
+     * come: they are the elements 2 to 5, and those before and behind them are 0.
      *
      * <p>The array is written from its start to the end of the range, not only where bytes were
      * read: unless the read fails, the elements in front of {@code iOffset} become 0, and so do
@@ -142,7 +146,7 @@ public class UsbServiceJNI {
     /**
      * Sends bytes to the device. Asks no process. Waits while the device takes none.
      *
-     * <p>Example: {@code usbWrite(57, abCommand, 0, 3)} answers 3.
+     * <p>Example: {@code usbWrite(77, abCommand, 0, 4)} answers {@code 4}.
      *
      * @param iHandle a handle of {@link #usbOpen(int)}
      * @param abData the bytes; not {@code null}
@@ -158,7 +162,7 @@ public class UsbServiceJNI {
      * Sets a serial line up, for bytes as they are. Asks no process and doesn't wait. Drops what
      * has been received and not read, and what has not been sent yet.
      *
-     * <p>Example: {@code usbSetSerial(57, 115200, 0, 8, 1, false, false)} answers 0.
+     * <p>Example: {@code usbSetSerial(77, 115200, 0, 8, 1, false, false)} answers {@code 0}.
      *
      * @param iHandle a handle of {@link #usbOpen(int)}
      * @param iBaudRate bits a second: 0 (hangs up), 50, 75, 110, 134, 150, 200, 300, 600, 1200,
@@ -186,7 +190,7 @@ public class UsbServiceJNI {
     /**
      * Closes a serial device. Asks no process; the lock stays until {@link #usbUnlock(int)}.
      *
-     * <p>Example: {@code usbClose(57)} answers 0.
+     * <p>Example: {@code usbClose(77)} answers {@code 0}.
      *
      * @param iHandle a handle of {@link #usbOpen(int)}
      * @return 0, or -1 when the handle is none
@@ -200,13 +204,15 @@ public class UsbServiceJNI {
      * <p>Example answer:
      *
      * <pre>{@code
-     * { "Result": 0, "List": [ { "storagePath": "\/mnt\/usb1_1", "totalStorage": 16008609792,
-     *   "validStorage": 12884901888 } ] }
+     * { "Result": 0, "List": [ { "storagePath": "\/mnt\/usb1", "totalStorage": 4294967296,
+     *   "validStorage": 2147483648 }, { "storagePath": "\/mnt\/gone", "totalStorage": 0,
+     *   "validStorage": 0 } ] }
      * }</pre>
      *
-     * <p>The answer is one line. Sizes are in bytes; {@code validStorage} is what is free. A volume
-     * that can't be measured has 0 for both. At most 32 volumes are listed, and one that there is
-     * no memory for is left out.
+     * <p>The answer is one line. {@code storagePath} is where a volume is mounted, with JSON's
+     * backslash before each slash, which a parser takes away; {@code totalStorage} is its size and
+     * {@code validStorage} what is free of it, both in bytes. A volume that can't be measured has 0
+     * for both. At most 32 volumes are listed, and one that there is no memory for is left out.
      *
      * @return the list; <code>{ "Result": 1 }</code> (1, not -1) when the process doesn't answer or
      *     refuses, when the list is longer than 511 bytes of UTF-8, JSON's escapes included, or

@@ -23,14 +23,16 @@ public class VoIPInfoQueryServiceJNI {
      * Tells the state of the telephone ports. Asks the process {@code app_m}, at most 5 seconds,
      * and passes on what it writes.
      *
-     * <p>Example answer, of the simulated gateway:
+     * <p>Example answer of the simulated gateway:
      *
      * <pre>{@code
      * {"Result":0,"List":[{"Name":"POTS1","Number":"5550101","Status":"idle"},
      *  {"Name":"POTS2","Number":"5550102","Status":"idle"}]}
      * }</pre>
      *
-     * <p>which is one line.
+     * <p>The answer is one line. {@code Name} is the name of a telephone port, {@code Number} its
+     * telephone number, and {@code Status} what it is doing, such as {@code idle}, {@code ringing}
+     * or {@code talking}.
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *

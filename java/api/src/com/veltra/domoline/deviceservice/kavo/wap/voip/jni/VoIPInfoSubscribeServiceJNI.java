@@ -28,7 +28,7 @@ public class VoIPInfoSubscribeServiceJNI {
      * seconds.
      *
      * <p>Example: {@code getSubscribeVoIPEvent("com.example.phone", new String[]
-     * {"NOTIFY_VOICE_CALL_INFO"})} answers 0.
+     * {"NOTIFY_VOICE_CALL_INFO"})} answers {@code 0}.
      *
      * @param sBundleName the bundle's name, neither {@code null} nor empty; the first 128 bytes of
      *     its UTF-8 are sent
@@ -44,11 +44,13 @@ public class VoIPInfoSubscribeServiceJNI {
      * Ends a bundle's subscription to the voice events. Asks the process {@code osgi_proxy}, at
      * most 5 seconds.
      *
-     * <p>Example: {@code getUnSubscribeVoIPEvent("com.example.phone", null)} answers 0.
+     * <p>Example: {@code getUnSubscribeVoIPEvent("com.example.phone", null)} answers {@code 0}.
      *
      * @param sBundleName as for {@link #getSubscribeVoIPEvent(String, String[])}
      * @param asEvents as for {@link #getSubscribeVoIPEvent(String, String[])}
-     * @return as {@link #getSubscribeVoIPEvent(String, String[])}
+     * @return 0; -1 when an argument is not as described or memory runs out, of which nobody is
+     *     told; otherwise the code of the platform or of the process that doesn't answer or
+     *     refuses, never 0
      */
     public native int getUnSubscribeVoIPEvent(String sBundleName, String[] asEvents);
 }
