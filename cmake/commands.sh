@@ -8,7 +8,7 @@ kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format"
 kLintPackages="git clang-tidy cppcheck"
 kFuzzPackages="clang libclang-rt-dev llvm"
-kArmPackages="g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
+kArmPackages="musl g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.
 missing_packages() {
