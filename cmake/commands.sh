@@ -3,7 +3,8 @@
 # prints goes to standard error, which leaves standard output to the caller.
 
 kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
-    openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java"
+    openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java
+    bnd libfelix-framework-java"
 kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format"
 kLintPackages="git clang-tidy cppcheck"

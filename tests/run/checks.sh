@@ -89,6 +89,12 @@ out_is() { # out_is NAME: standard output is what comes in here, byte for byte
 answer_is() { # answer_is NAME TEXT
     out_is "$1" <<<"$2"
 }
+make_tree() { # make_tree DIR: a tree with this one's build, and a build/run of its own
+    mkdir -p "$1/build"
+    cp "$pcRoot/run" "$1/run"
+    ln -s "$pcRoot/cmake" "$1/cmake"
+    ln -s "$pcRoot/build/release" "$1/build/release"
+}
 ctl() { # ctl DIR VERB [ARGUMENT...]
     "$pcBin/gatewayctl" --dir "$@"
 }

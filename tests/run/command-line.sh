@@ -61,10 +61,7 @@ failures() {
 usual_folder() {
     local pcTree pcFound pcSaved=$pcRun
     for pcTree in "$pcWork/tree" "$pcWork/$(printf 'deep%.0s' {1..20})"; do
-        mkdir -p "$pcTree/build"
-        cp "$pcRoot/run" "$pcTree/run"
-        ln -s "$pcRoot/cmake" "$pcTree/cmake"
-        ln -s "$pcRoot/build/release" "$pcTree/build/release"
+        make_tree "$pcTree"
         PATH=$pcPath XDG_RUNTIME_DIR=$pcWork WAP_GATEWAY_PROGRAM=/bin/false "$pcTree/run" tour \
             >"$pcWork/usual.out" 2>&1 </dev/null
         pcFound=$(sed -n 's/.*its logs are in \(.*\)\/log$/\1/p' "$pcWork/usual.out")

@@ -1,15 +1,21 @@
 # The console on a terminal.
 
-# open_console NAME DIR: ./run on a terminal of its own. Keys go to the descriptor iKeys, what the
-# screen shows to NAME.out; iRun is the terminal's process, NAME.pid holds that of ./run.
-open_console() {
-    mkfifo "$pcWork/$1.keys"
-    printf -v pcCommand 'echo $$ >%q; exec %q --dir %q' "$pcWork/$1.pid" "$pcRun" "$2"
+# open_terminal NAME DIR [WORD...]: ./run on a terminal of its own. Keys go to the descriptor iKeys,
+# what the screen shows to NAME.out; iRun is the terminal's process, NAME.pid holds that of ./run.
+open_terminal() {
+    local pcName=$1 pcDir=$2
+    shift 2
+    mkfifo "$pcWork/$pcName.keys"
+    printf -v pcCommand 'echo $$ >%q; exec %q --dir %q %s' \
+        "$pcWork/$pcName.pid" "$pcRun" "$pcDir" "$*"
     PATH=$pcPath TERM=xterm SHELL=/bin/sh env --default-signal=INT,QUIT \
-        script -qefc "$pcCommand" /dev/null >"$pcWork/$1.out" 2>&1 <"$pcWork/$1.keys" &
+        script -qefc "$pcCommand" /dev/null >"$pcWork/$pcName.out" 2>&1 <"$pcWork/$pcName.keys" &
     iRun=$!
-    exec {iKeys}>"$pcWork/$1.keys"
-    : >"$pcWork/$1.err"
+    exec {iKeys}>"$pcWork/$pcName.keys"
+    : >"$pcWork/$pcName.err"
+}
+open_console() { # open_console NAME DIR: the same with the console, until it prompts
+    open_terminal "$1" "$2"
     prompts "$1" 1
 }
 prompts() { # prompts NAME COUNT: waits for that many
@@ -21,7 +27,7 @@ shows_prompts() {
 type_keys() { # type_keys TEXT, with backslashes
     printf "$1" >&"$iKeys"
 }
-close_console() { # close_console NAME: waits for its end
+close_terminal() { # close_terminal NAME: waits for its end
     finish "$1" "$iRun"
     exec {iKeys}>&-
 }
@@ -52,7 +58,7 @@ console() {
     check "Ctrl-C drops the line and the console goes on" soon grep -qF "$kMac" "$pcWork/ctrl-c.out"
     check "the second ./run has waited until now" empty "$pcWork/second.out"
     type_keys 'exit\r'
-    close_console ctrl-c
+    close_terminal ctrl-c
     check "exit ends the console with 0" exits ctrl-c 0
     finish second "$iSecond"
     check "the second ./run goes on then" exits second 0
@@ -61,7 +67,7 @@ console() {
 
     open_console ctrl-d "$pcWork/d"
     type_keys '\004'
-    close_console ctrl-d
+    close_terminal ctrl-d
     check "Ctrl-D ends the console with 0" exits ctrl-d 0
     check "Ctrl-D takes the gateway down" nothing_left "$pcWork/d"
 
@@ -70,20 +76,20 @@ console() {
     type_keys 'call getDeviceMAC\r'
     soon served "$pcWork/busy" osgi_proxy 1
     type_keys '\003'
-    close_console busy
+    close_terminal busy
     check "Ctrl-C during a call that hangs ends the console with 130" exits busy 130
     check "Ctrl-C during a call takes the gateway down" nothing_left "$pcWork/busy"
 
     open_console term "$pcWork/t"
     kill -TERM "$(cat "$pcWork/term.pid")"
-    close_console term
+    close_terminal term
     check "a signal during the console ends it with 143" exits term 143
     check "a signal during the console leaves nothing (143)" nothing_left "$pcWork/t"
 
     open_console closed "$pcWork/h"
     kill -KILL "$iRun"
     check "a terminal that is closed takes the gateway down" nothing_left "$pcWork/h"
-    close_console closed
+    close_terminal closed
 }
 waiting() { # waiting DIR: how many processes wait for another ./run
     ps -o args= -p "$(processes_of "$1" | paste -sd,)" | grep -c '^flock '

@@ -8,9 +8,9 @@ calls() {
     run info "../a home" call getDeviceInfo
     cd "$pcRoot" || exit 1
     check "a call ends with 0" exits info 0
-    # The console's script is written anew whenever the build is configured.
+    # The programs' scripts are written anew whenever the build is configured.
     check "nothing is built a second time" is "what is new" "$(
-        find "$pcRoot/build/release/"{bin,java,lib} -type f ! -name wap-console \
+        find "$pcRoot/build/release/"{bin,java,lib} -type f ! -path '*/bin/wap-*' \
             -newer "$pcWork/built-once"
     )" ""
     check "a call prints the answer alone on standard output" answer_is info "$kInfo"

@@ -47,7 +47,7 @@ class StartThreadTest {
     }
 
     /** The native threads named as the message thread is; a name has room for 15 characters. */
-    private static long messageThreads() throws IOException {
+    static long messageThreads() throws IOException {
         long lFound = 0;
         boolean bAnyThread = false;
         if (Boolean.getBoolean("wap.emulated")) {

@@ -5,7 +5,9 @@ package com.veltra.domoline.deviceservice.kavo.wap;
  *
  * <p>Every service class calls {@link #load()} from its static initializer, so an application never
  * has to: naming a service class is enough. The library is searched for where {@code
- * java.library.path} points, and needs {@code libvt_ssp_basic.so} beside it.
+ * java.library.path} points, and needs {@code libvt_ssp_basic.so} beside it. A virtual machine
+ * loads it into one class loader only; in an OSGi framework that is the one of the bundle with
+ * these classes.
  *
  * <p>Loading opens no connection. Before its first call of a service method an application starts
  * the message service with {@link JNINativeMethods#startThread()}, once.
