@@ -29,11 +29,11 @@ try:
 except ImportError:
     sys.exit("make-wire-formats: Python's libclang is missing: install python3-clang-14")
 
-Function = namedtuple("Function", "name file line params calls")
+Function = namedtuple("Function", "name params calls")
 Unit = namedtuple("Unit", "functions variables")
 Field = namedtuple("Field", "name offset size count element comment")
 Record = namedtuple("Record", "name size fields comment header")
-Constant = namedtuple("Constant", "name value comment header line")
+Constant = namedtuple("Constant", "name value comment header")
 Headers = namedtuple("Headers", "records constants introductions")
 
 # What the platform itself sends: the header of a message, and the descriptor of a bulk block.
@@ -146,9 +146,7 @@ class _Reader:
             calls = []
             self.walk(cursor, calls)
             self.unit.functions[key] = Function(
-                cursor.spelling, os.path.relpath(cursor.location.file.name, self.folder),
-                cursor.location.line, tuple(p.get_usr() for p in cursor.get_arguments()),
-                tuple(calls))
+                cursor.spelling, tuple(p.get_usr() for p in cursor.get_arguments()), tuple(calls))
 
     def walk(self, cursor, calls):
         for child in cursor.get_children():
@@ -337,8 +335,7 @@ def _read_headers(scope, folder, headers):
             headers.records[cursor.spelling] = _record(cursor, header)
         elif cursor.kind == CursorKind.VAR_DECL and cursor.spelling.startswith("k"):
             headers.constants.append(Constant(cursor.spelling, _evaluate(cursor),
-                                              comment_text(cursor.raw_comment), header,
-                                              cursor.location.line))
+                                              comment_text(cursor.raw_comment), header))
 
 
 def _record(cursor, header):

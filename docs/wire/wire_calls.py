@@ -3,7 +3,8 @@
 Arguments are worked out on the way: a route that comes as an argument is known where it is used,
 and so is the record behind a pointer to void. Statements are not decided: both branches are taken,
 and each element of a table unless its index is known; of an expression with a condition one side
-is, when the condition compares numbers that are known. What is found is what a method can send, not what it always does.
+is, when the condition compares numbers that are known. What is found is what a method can send, not
+what it always does.
 
 A value is a tuple: ("func", key), ("int", number), ("str", text), ("null",), ("init", type,
 ((field, values), ...)), ("ptr", value), ("call", type, key) or ("obj", type).
@@ -19,8 +20,7 @@ PLATFORM_CALL = "c:@F@VT_MSG_RpcCall"
 # word which is dropped.
 REPLACER = "CallOrScratch"
 
-Sending = namedtuple("Sending", "receiver sender id timeout module request length reply capacity "
-                                "place")
+Sending = namedtuple("Sending", "receiver sender id timeout module request length reply capacity")
 _UNKNOWN = ("obj", "?")
 
 
@@ -58,19 +58,18 @@ class Calls:
             values = tuple(self.values(g, scope) for g in given)
             for target in self.values(callee, scope):
                 if target[0] == "func":
-                    found |= self.called(target[1], values, function)
+                    found |= self.called(target[1], values)
         self.running.discard(where)
         # Inside a loop of calls the result lacks what the loop has sent.
         if not self.running:
             self.memo[where] = frozenset(found)
         return frozenset(found)
 
-    def called(self, key, values, function):
-        place = f"{function.file}:{function.line} ({function.name})"
+    def called(self, key, values):
         if key.startswith(SENDER + "#"):
-            return set(_requests(values, place))
+            return set(_requests(values))
         if key == MESSENGER:
-            return set(_messages(values, place))
+            return set(_messages(values))
         if key in self.functions:
             return self.sent_by(key, values)
         found = set()  # what another library may call back
@@ -180,19 +179,19 @@ def _route(route):
             for f in ("pcRcvApp", "uiSndMid", "uiRpcId", "uiTimeoutMs")]
 
 
-def _requests(values, place):
+def _requests(values):
     routes, modules, requests, lengths, replies, capacities = values
     for route in routes:
         for receiver, sender, rpc_id, timeout in _product(_route(route)):
             for module, request, length, reply, capacity in _product(
                     (modules, requests, lengths, replies, capacities)):
                 yield Sending(receiver, sender, rpc_id, timeout, module, request, length, reply,
-                              capacity, place)
+                              capacity)
 
 
-def _messages(values, place):
+def _messages(values):
     for receiver, message, data, length in _product(values):
-        yield Sending(receiver, None, message, None, None, data, length, None, None, place)
+        yield Sending(receiver, None, message, None, None, data, length, None, None)
 
 
 def _product(lists):

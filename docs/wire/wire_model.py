@@ -96,6 +96,7 @@ class Builder:
         """By id: a dictionary of each Sending, with the names of those that send it."""
         found = {}
         functions = self.calls.functions
+        unnamed = "{}: sends {}, an id that no record header names"
         natives = [k for k, f in functions.items() if f.name.startswith("Java_")]
         # C functions, which other native code in the process may call.
         workers = [k for k, f in functions.items()
@@ -103,8 +104,7 @@ class Builder:
         for key in natives:
             for sending in self.calls.sent_by(key):
                 if sending.id[0] != "int" or sending.id[1] not in ids:
-                    self.fail(f"{sending.place}: sends an id that no record header names: "
-                              f"{sending.id[1:]}")
+                    self.fail(unnamed.format(functions[key].name, sending.id[1:]))
                     continue
                 senders = found.setdefault(sending.id[1], {}).setdefault(sending, set())
                 senders.add(self.native_name(functions[key].name))
@@ -114,8 +114,7 @@ class Builder:
                 # A wrapper for any id has none of its own.
                 if sending.id[0] == "int" and sending.id[1] not in reached:
                     if sending.id[1] not in ids:
-                        self.fail(f"{sending.place}: sends an id that no record header names: "
-                                  f"{sending.id[1]:#x}")
+                        self.fail(unnamed.format(functions[key].name, f"{sending.id[1]:#x}"))
                         continue
                     senders = found.setdefault(sending.id[1], {}).setdefault(sending, set())
                     senders.add(functions[key].name + "()")

@@ -83,14 +83,16 @@ class Page:
     def rpc(self, rpc):
         self.add(f"### {rpc.name}", "")
         if rpc.is_message:
-            self.lines.append(f"Message of type {rpc.id} to `{rpc.receiver}`, which does not answer.")
+            self.lines.append(f"Message of type {rpc.id} to `{rpc.receiver}`, which does not "
+                              "answer.")
         else:
             self.lines.append(f"`{_hex(rpc.id)}` to `{rpc.receiver}`, sender module "
                               f"{self.modules(rpc)}, time-out {self.timeout(rpc)}.")
         self.lines.append("Sent by " + ", ".join(f"`{n}`" for n in rpc.natives) + ".")
         if rpc.comment:
             self.add(self.prose(rpc.comment))
-        self.add(f"- {'Content' if rpc.is_message else 'Request'}: {self.content(rpc.request, True)}")
+        side = "Content" if rpc.is_message else "Request"
+        self.add(f"- {side}: {self.content(rpc.request, True)}")
         if not rpc.is_message:
             self.lines.append(f"- Reply: {self.content(rpc.reply, True)}")
         if rpc.block is not None:

@@ -62,6 +62,10 @@ std::span<const WireRpc> WireMessages() {
     return kMessages;
 }
 
+const WireRecord &WireMessageHead() {
+    return kRecordRpcMsgHead;
+}
+
 const WireRpc *FindWireRpc(uint32_t uiId) {
     return Find(kRpcs, uiId);
 }

@@ -94,6 +94,9 @@ struct WireRpc {
 std::span<const WireRpc> WireRpcs();
 std::span<const WireRpc> WireMessages();
 
+/// The header that goes before each of them.
+const WireRecord &WireMessageHead();
+
 /// The RPC or message of an id; null when the library sends none.
 const WireRpc *FindWireRpc(uint32_t uiId);
 const WireRpc *FindWireMessage(uint32_t uiType);
