@@ -105,9 +105,9 @@ class Page:
     def part(self, part, sizes):
         secret = ", secret" if part.secret and sizes else ""
         if part.form == "record":
-            return self.link(part.record) + (f", {part.size} bytes" if sizes else "") + secret
+            return self.link(part.record) + (f" ({part.size} bytes)" if sizes else "") + secret
         if part.form == "rows":
-            each = f", {part.size} bytes each" if sizes else ""
+            each = f" ({part.size} bytes each)" if sizes else ""
             return f"rows of {self.link(part.record)}{each}{secret}"
         if part.form == "text" and sizes:
             bound = f" of at most {part.size} bytes" if part.size else ""
