@@ -208,9 +208,16 @@ class Builder:
             self.fail(f"{where}: @{side} says what the code shows; take it out")
         for length in lengths:
             if length[0] == "int" and length[1] != 0 and \
-                    length[1] not in {p.size for p in tagged.parts}:
+                    not any(self.can_be(p, side, length[1]) for p in tagged.parts):
                 self.fail(f"{where}: no part of @{side} has the {length[1]} bytes of the code")
         return tagged
+
+    @staticmethod
+    def can_be(part, side, length):
+        """Whether a part has a length that the code shows. Of a text that comes it is the most."""
+        if part.form == "text" and side == "request":
+            return part.size == 0 or length <= part.size
+        return length == part.size
 
     def shown_part(self, side, value, length):
         """What the code shows of the record behind a pointer; None for bytes."""
