@@ -1,9 +1,12 @@
-// The table of what travels against what the library sends, in every way of calling every entry:
-// the tool that made the table has read the sources, and these requests come from the running code.
+// The table and the page of what travels against what the library sends, in every way of calling
+// every entry: the tool that made them has read the sources, and these requests come from the
+// running code.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -97,7 +100,23 @@ std::optional<std::string> BlockIn(Platform &stPlatform, const WireContent &stCo
     return std::nullopt;
 }
 
-void ExpectAsInTable(const RpcRecord &stAsked) {
+/// By the names of RPCs: the line of the page that says who sends it.
+std::map<std::string, std::string> SendersOnPage() {
+    std::map<std::string, std::string> mapLines;
+    std::ifstream stPage(WAP_WIRE_PAGE);
+    std::string sName;
+    for (std::string sLine; std::getline(stPage, sLine);) {
+        if (sLine.starts_with("### ")) {
+            sName = sLine.substr(4);
+        } else if (sLine.starts_with("Sent by ")) {
+            mapLines[sName] = sLine;
+        }
+    }
+    return mapLines;
+}
+
+/// @param sSender as the page writes its end: ".getWANIfList`"
+void ExpectAsInTable(const RpcRecord &stAsked, const std::string &sSender) {
     const WireRpc *pstRpc = gateway::FindWireRpc(stAsked.uiRpcId);
     if (pstRpc == nullptr) {
         ADD_FAILURE() << "not in the table: " << std::hex << stAsked.uiRpcId;
@@ -114,6 +133,11 @@ void ExpectAsInTable(const RpcRecord &stAsked) {
         << "a request of " << stAsked.uiReqLen << " bytes";
     EXPECT_TRUE(HasRoom(pstRpc->stReply, stAsked.uiRspCap))
         << "room for " << stAsked.uiRspCap << " bytes";
+    static const auto s_mapSenders = SendersOnPage();
+    const auto it = s_mapSenders.find(pstRpc->pcName);
+    ASSERT_NE(it, s_mapSenders.end()) << "not on the page";
+    EXPECT_NE(it->second.find(sSender), std::string::npos)
+        << sSender << " is not in " << it->second;
 }
 
 /// What all cases send, each request looked at.
@@ -126,7 +150,7 @@ class WireTableTest : public ::testing::Test {
   protected:
     /// Makes a call with nothing failing, and looks at what it has sent.
     template <class Furnish, class Call>
-    void Look(const Furnish &fnFurnish, const Call &fnCall) {
+    void Look(const std::string &sSender, const Furnish &fnFurnish, const Call &fnCall) {
         ResetBridge();
         World stWorld;
         FakeJni stEnv;
@@ -137,7 +161,7 @@ class WireTableTest : public ::testing::Test {
         };
         fnCall(stEnv);
         for (const RpcRecord &stAsked : stPlatform.astRpcs) {
-            ExpectAsInTable(stAsked);
+            ExpectAsInTable(stAsked, sSender);
             m_stSent.setRpcs.insert(stAsked.uiRpcId);
         }
         stEnv.EndCall();
@@ -162,15 +186,17 @@ class WireTableTest : public ::testing::Test {
 TEST_F(WireTableTest, IsWhatEveryCaseSends) {
     for (const SweepCase &stCase : AllCases()) {
         SCOPED_TRACE(stCase.Name());
-        Look([&](World &stWorld) { stCase.Furnish(stWorld); },
-             [&](FakeJni &stEnv) { (void)stCase.fnCall(stEnv); });
+        Look(
+            "." + stCase.sMethod + "`", [&](World &stWorld) { stCase.Furnish(stWorld); },
+            [&](FakeJni &stEnv) { (void)stCase.fnCall(stEnv); });
     }
     // No entry asks this.
-    Look([](World &stWorld) { FurnishPortMapping(stWorld); },
-         [](FakeJni &) {
-             uint32_t uiNum = 0;
-             EXPECT_EQ(VT_API_getPortMappingNum(&uiNum), 0u);
-         });
+    Look(
+        "`VT_API_getPortMappingNum()`", [](World &stWorld) { FurnishPortMapping(stWorld); },
+        [](FakeJni &) {
+            uint32_t uiNum = 0;
+            EXPECT_EQ(VT_API_getPortMappingNum(&uiNum), 0u);
+        });
     for (const WireRpc &stRpc : gateway::WireRpcs()) {
         EXPECT_TRUE(m_stSent.setRpcs.contains(stRpc.uiId)) << "nobody asks " << stRpc.pcName;
     }
