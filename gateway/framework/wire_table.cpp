@@ -1,6 +1,7 @@
 #include "framework/wire_table.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace wap::gateway {
 
@@ -45,6 +46,9 @@ constexpr WireContent kNoContent = Alone(NothingPart());
 
 #include "framework/wire_facts.inc"
 
+/// The field with which a descriptor begins.
+constexpr std::string_view kDescriptorStart = kFieldsOfVDataDesc[0].pcName;
+
 const WireRpc *Find(std::span<const WireRpc> astRpcs, uint32_t uiId) {
     const auto it = std::lower_bound(
         astRpcs.begin(), astRpcs.end(), uiId,
@@ -72,6 +76,21 @@ const WireRpc *FindWireRpc(uint32_t uiId) {
 
 const WireRpc *FindWireMessage(uint32_t uiType) {
     return Find(kMessages, uiType);
+}
+
+std::optional<uint32_t> DescriptorOffset(const WireContent &stContent) {
+    const WirePart &stPart = stContent.astParts[0];
+    if (stPart.eForm != WireForm::kRecord) {
+        return std::nullopt;
+    }
+    for (const WireField &stField : stPart.pstRecord->astFields) {
+        // The record itself may be the descriptor, or have its words among its own.
+        const bool bFirstWord = std::string_view(stField.pcName) == kDescriptorStart;
+        if (stField.eKind == WireKind::kDescriptor || bFirstWord) {
+            return stField.uiOffset;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace wap::gateway

@@ -7,6 +7,7 @@
 #include <stdint.h>
 
 #include <array>
+#include <optional>
 #include <span>
 
 namespace wap::gateway {
@@ -100,6 +101,10 @@ const WireRecord &WireMessageHead();
 /// The RPC or message of an id; null when the library sends none.
 const WireRpc *FindWireRpc(uint32_t uiId);
 const WireRpc *FindWireMessage(uint32_t uiType);
+
+/// Where the descriptor of a bulk block begins in a request or a reply, the 12 bytes of VDataDesc;
+/// nothing when none travels in it.
+std::optional<uint32_t> DescriptorOffset(const WireContent &stContent);
 
 }  // namespace wap::gateway
 

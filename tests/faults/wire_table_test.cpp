@@ -85,19 +85,10 @@ bool SpeaksAs(const WireRpc &stRpc, uint32_t uiModule) {
 std::optional<std::string> BlockIn(Platform &stPlatform, const WireContent &stContent,
                                    const std::string &sBytes) {
     constexpr size_t kDescriptorSize = 12;
-    const gateway::WireRecord *pstRecord = stContent.astParts[0].pstRecord;
-    if (pstRecord == nullptr || sBytes.size() != pstRecord->uiSize) {
-        return std::nullopt;
-    }
-    if (std::string_view(pstRecord->pcName) == "VDataDesc") {
-        return stPlatform.TakeBulk(sBytes);
-    }
-    for (const WireField &stField : pstRecord->astFields) {
-        if (stField.eKind == gateway::WireKind::kDescriptor) {
-            return stPlatform.TakeBulk(sBytes.substr(stField.uiOffset, kDescriptorSize));
-        }
-    }
-    return std::nullopt;
+    const std::optional<uint32_t> uiAt = gateway::DescriptorOffset(stContent);
+    return uiAt && sBytes.size() >= *uiAt + kDescriptorSize
+               ? stPlatform.TakeBulk(sBytes.substr(*uiAt, kDescriptorSize))
+               : std::nullopt;
 }
 
 /// By the names of RPCs: the line of the page that says who sends it.
@@ -131,6 +122,10 @@ void ExpectAsInTable(const RpcRecord &stAsked, const std::string &sSender) {
     EXPECT_EQ(stAsked.uiDstMid, 0u);
     EXPECT_TRUE(HasLength(pstRpc->stRequest, stAsked.uiReqLen))
         << "a request of " << stAsked.uiReqLen << " bytes";
+    EXPECT_EQ(gateway::DescriptorOffset(pstRpc->stRequest).has_value(),
+              pstRpc->eBlockSide == gateway::WireSide::kRequest);
+    EXPECT_EQ(gateway::DescriptorOffset(pstRpc->stReply).has_value(),
+              pstRpc->eBlockSide == gateway::WireSide::kReply);
     EXPECT_TRUE(HasRoom(pstRpc->stReply, stAsked.uiRspCap))
         << "room for " << stAsked.uiRspCap << " bytes";
     static const auto s_mapSenders = SendersOnPage();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -82,6 +83,12 @@ TEST(WireDecodeTest, ShowsRecordsInRecordsAndDescriptors) {
     EXPECT_EQ(Rpc(kGetFlowMembers).stReply.astParts[0].pstRecord->astFields[1].eKind,
               WireKind::kDescriptor);
     EXPECT_EQ(Rpc(kGetFlowMembers).eBlockSide, WireSide::kReply);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetFlowMembers).stReply), 4u);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetCurrentRoutes).stReply), 4u);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetLanHostInfoByMac).stReply), 0u);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetLanHostInfoByMac).stRequest), std::nullopt);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetDeviceInfo).stReply), std::nullopt);
+    EXPECT_EQ(DescriptorOffset(Rpc(kGetWanStatus).stReply), std::nullopt);
 }
 
 TEST(WireDecodeTest, LeavesOutWhatIsZeroAtTheEndOfAnArray) {
