@@ -33,6 +33,22 @@ struct MacFltRecord {
 static_assert(offsetof(MacFltRecord, auiInstIds) == offsetof(MacFltInstBlock, auiInstIds));
 static_assert(sizeof(MacFltRecord) == 4 + 4 * kMacFltListMax);
 
+#pragma pack(push, 1)
+
+/// An entry of the wireless table as it is given out: what kRpcGetWlanMacFlt answers, behind the
+/// instance id that was asked about.
+struct WlanMacFltEntry {
+    uint32_t uiInstId;
+    WlanMacFltBody stBody;
+};
+static_assert(offsetof(WlanMacFltEntry, uiInstId) == 0);
+static_assert(offsetof(WlanMacFltEntry, stBody) == 4);
+static_assert(offsetof(WlanMacFltEntry, stBody.acSsidName) == 8);
+static_assert(offsetof(WlanMacFltEntry, stBody.acMac) == 40);
+static_assert(sizeof(WlanMacFltEntry) == 72);
+
+#pragma pack(pop)
+
 /// What a step over a list does when one of its requests fails.
 enum MacFltRollback : uint32_t {
     kMacFltDo = 0,    ///< stops, undoes what it did and returns the code

@@ -8,14 +8,21 @@
 namespace wap {
 
 // RPC ids served by "app_m", each with an AccessRequest. The first four name a WAN connection.
+/// @reply text kWanStatsSize
 inline constexpr uint32_t kRpcGetWanStats = 0x4710308A;
+/// @reply text kWanInfoSize
 inline constexpr uint32_t kRpcGetWanInfo = 0x4710308B;
+/// @reply text kWanBandwidthSize
 inline constexpr uint32_t kRpcGetWanBandwidth = 0x4710308C;
+/// @reply text kWanStatusSize
 inline constexpr uint32_t kRpcGetWanStatus = 0x4710308D;
 inline constexpr uint32_t kRpcGetInternetWan = 0x4710308E;
+/// @reply text kPonPhyStatusSize
 inline constexpr uint32_t kRpcGetPonPhyStatus = 0x4710308F;
 inline constexpr uint32_t kRpcGetPonUpTime = 0x471030D0;
+/// @reply text kPonRegStatusSize
 inline constexpr uint32_t kRpcGetPonRegStatus = 0x471030D1;
+/// @reply text kUplinkStatsSize
 inline constexpr uint32_t kRpcGetUplinkStats = 0x471030D2;
 
 // How long the answers in text may be, in bytes; one that fills its size has no zero.

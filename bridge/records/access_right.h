@@ -8,25 +8,27 @@
 
 namespace wap {
 
-/// Served by "tarn". The request is an AccountsRequest, the reply an AccountCount.
+// Served by "tarn". The request is an AccountsRequest, the reply an AccountCount.
 inline constexpr uint32_t kRpcCountFtpAccounts = 0x47201064;
-/// Served by "usb_mngt", likewise.
+// Served by "usb_mngt", likewise.
 inline constexpr uint32_t kRpcCountSambaAccounts = 0x48200114;
 
 // RPC ids served by "osgi_proxy". Every reply is a word, but for that of kRpcGetHttpRight.
-inline constexpr uint32_t kRpcFillFtpRight = 0x47209038;         ///< RightFill
-inline constexpr uint32_t kRpcSetFtpRight = 0x47209039;          ///< RightSet
-inline constexpr uint32_t kRpcAddFtpAccount = 0x4720903A;        ///< FtpAccountAdd
-inline constexpr uint32_t kRpcDeleteFtpAccount = 0x4720903B;     ///< AccountDelete
-inline constexpr uint32_t kRpcDeleteFtpAccounts = 0x4720903C;    ///< AccountsRequest
-inline constexpr uint32_t kRpcFillSambaRight = 0x4720903D;       ///< RightFill
-inline constexpr uint32_t kRpcSetSambaRight = 0x4720903E;        ///< RightSet
-inline constexpr uint32_t kRpcAddSambaAccount = 0x4720903F;      ///< SambaAccountAdd
-inline constexpr uint32_t kRpcDeleteSambaAccount = 0x47209040;   ///< AccountDelete
-inline constexpr uint32_t kRpcDeleteSambaAccounts = 0x47209041;  ///< AccountsRequest
-inline constexpr uint32_t kRpcGetHttpRight = 0x47209042;         ///< AccountsRequest
-inline constexpr uint32_t kRpcSetHttpRight = 0x47209043;         ///< HttpRightSet
-inline constexpr uint32_t kRpcSetHttpPassword = 0x47209044;      ///< HttpPasswordSet
+/// Writes the accounts and their rights, a text, into the segment of kFtpRightKey.
+inline constexpr uint32_t kRpcFillFtpRight = 0x47209038;       // RightFill
+inline constexpr uint32_t kRpcSetFtpRight = 0x47209039;        // RightSet
+inline constexpr uint32_t kRpcAddFtpAccount = 0x4720903A;      // FtpAccountAdd
+inline constexpr uint32_t kRpcDeleteFtpAccount = 0x4720903B;   // AccountDelete
+inline constexpr uint32_t kRpcDeleteFtpAccounts = 0x4720903C;  // AccountsRequest
+/// Writes the accounts and their rights, a text, into the segment of kSambaRightKey.
+inline constexpr uint32_t kRpcFillSambaRight = 0x4720903D;       // RightFill
+inline constexpr uint32_t kRpcSetSambaRight = 0x4720903E;        // RightSet
+inline constexpr uint32_t kRpcAddSambaAccount = 0x4720903F;      // SambaAccountAdd
+inline constexpr uint32_t kRpcDeleteSambaAccount = 0x47209040;   // AccountDelete
+inline constexpr uint32_t kRpcDeleteSambaAccounts = 0x47209041;  // AccountsRequest
+inline constexpr uint32_t kRpcGetHttpRight = 0x47209042;         // AccountsRequest
+inline constexpr uint32_t kRpcSetHttpRight = 0x47209043;         // HttpRightSet
+inline constexpr uint32_t kRpcSetHttpPassword = 0x47209044;      // HttpPasswordSet
 
 // The System V segments in which the right information comes: the asking side makes one under the
 // service's key, of kRightSegmentSpare bytes and so many more for each account, and "osgi_proxy"
@@ -100,7 +102,7 @@ static_assert(sizeof(RightSet) == 20);
 /// Request of kRpcAddFtpAccount.
 struct FtpAccountAdd {
     char acUser[257];
-    char acPassword[257];
+    char acPassword[257];  ///< @secret
     uint8_t aucUnused[10];
 };
 static_assert(offsetof(FtpAccountAdd, acUser) == 0);
@@ -111,7 +113,7 @@ static_assert(sizeof(FtpAccountAdd) == 524);
 /// Request of kRpcAddSambaAccount.
 struct SambaAccountAdd {
     char acUser[257];
-    char acPassword[65];
+    char acPassword[65];  ///< @secret
     uint8_t aucUnused[10];
 };
 static_assert(offsetof(SambaAccountAdd, acUser) == 0);
@@ -148,7 +150,7 @@ static_assert(sizeof(HttpRightSet) == 140);
 
 /// Request of kRpcSetHttpPassword.
 struct HttpPasswordSet {
-    char acPassword[128];
+    char acPassword[128];  ///< @secret
 };
 static_assert(sizeof(HttpPasswordSet) == 128);
 

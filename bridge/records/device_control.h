@@ -8,9 +8,10 @@
 
 namespace wap {
 
-/// Served by "osgi_proxy". Request: a WordRequest. When the box restarts is the receiver's affair.
+// Served by "osgi_proxy".
+/// When the box restarts is the receiver's affair.
 inline constexpr uint32_t kRpcResetDevice = 0x47209051;
-/// Served by "app_m". Request: a LedSwitch.
+// Served by "app_m".
 inline constexpr uint32_t kRpcSetLedSwitch = 0x471030D3;
 
 /// There are only the switches below this one.

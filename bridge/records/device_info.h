@@ -14,6 +14,7 @@ inline constexpr uint32_t kRpcGetDeviceMac = 0x47209032;
 inline constexpr uint32_t kRpcGetDeviceInfo = 0x47209035;
 inline constexpr uint32_t kRpcGetDeviceUpTime = 0x47209036;
 inline constexpr uint32_t kRpcGetDeviceDefaults = 0x47209037;
+/// @reply DevicePasswordReply
 inline constexpr uint32_t kRpcGetDevicePassword = 0x47209050;
 // RPC id served by "cwmp".
 inline constexpr uint32_t kRpcGetDeviceIdentity = 0x4720136A;
@@ -55,15 +56,15 @@ static_assert(sizeof(DeviceUpTimeReply) == 4);
 
 /// Reply of kRpcGetDevicePassword.
 struct DevicePasswordReply {
-    char acPassword[64];
+    char acPassword[64];  ///< @secret
 };
 static_assert(sizeof(DevicePasswordReply) == 64);
 
 /// Reply of kRpcGetDeviceDefaults: the factory credentials.
 struct DeviceDefaultsReply {
     char acSsid1Name[32];
-    char acSsid1Password[32];
-    char acWebPassword[128];
+    char acSsid1Password[32];  ///< @secret
+    char acWebPassword[128];   ///< @secret
 };
 static_assert(offsetof(DeviceDefaultsReply, acSsid1Name) == 0);
 static_assert(offsetof(DeviceDefaultsReply, acSsid1Password) == 32);

@@ -10,10 +10,13 @@ namespace wap {
 
 // RPC ids served by "app_m". Results are asked for with the word 0.
 inline constexpr uint32_t kRpcStartPing = 0x47103088;
+/// @reply text kPingResultMax
 inline constexpr uint32_t kRpcGetPingResult = 0x47103089;
 inline constexpr uint32_t kRpcStartTraceRoute = 0x47103090;
+/// @block text
 inline constexpr uint32_t kRpcGetTraceRouteResult = 0x47103091;
 inline constexpr uint32_t kRpcStartDns = 0x47103096;
+/// @block text
 inline constexpr uint32_t kRpcGetDnsResult = 0x47103097;
 
 /// Room for the reply of kRpcGetPingResult, which is the result's text itself.

@@ -7,12 +7,12 @@
 
 namespace wap {
 
-/// Served by "app_m". The request is a LanIndex; the reply is the answer's text, of 128 bytes at
-/// most.
+/// The reply is the answer's text.
+/// @reply text 128
 inline constexpr uint32_t kRpcGetLanHostIp = 0x471030A0;
-/// Served by "gulm". The request is a LanIndex, the reply a DhcpSettings.
+// Served by "gulm".
 inline constexpr uint32_t kRpcGetLanDhcp = 0x47302001;
-/// Served by "osgi_proxy". The requests are a LanAddressSet and a DhcpSet, the replies a word.
+// Served by "osgi_proxy". The replies are a word.
 inline constexpr uint32_t kRpcSetLanHostIp = 0x47209098;
 inline constexpr uint32_t kRpcSetLanDhcp = 0x47209099;
 

@@ -9,22 +9,27 @@ namespace wap {
 
 // Served by "app_m". The replies are texts (speed, gateway name) or the descriptor of a bulk block
 // that holds one.
-/// Request: a MAC text with its zero. Reply: a text of 128 bytes at most.
+/// About the host with this MAC address, a text with its zero.
+/// @request text
+/// @reply text 128
 inline constexpr uint32_t kRpcGetLanHostSpeed = 0x471030B0;
-/// Request: a row of MacSlot, as many as the length says, or one EveryHost.
+/// @request MacSlot[] or EveryHost
+/// @block text
 inline constexpr uint32_t kRpcGetLanHostInfoByMac = 0x471030B1;
-/// Request: a HostTextQuery.
+/// @block text
 inline constexpr uint32_t kRpcGetLanHostInfoByClass = 0x471030B2;
+/// @block text
 inline constexpr uint32_t kRpcGetLanHostInfoByInterface = 0x471030B3;
-/// Request: as kRpcGetLanHostInfoByMac.
+/// @request MacSlot[] or EveryHost
+/// @block text
 inline constexpr uint32_t kRpcGetLanHostStats = 0x471030B4;
-/// Request: a word of 0. Reply: a text of 256 bytes at most.
+/// @reply text 256
 inline constexpr uint32_t kRpcGetGatewayName = 0x4830512A;
 
 // Served by "osgi_proxy". The replies are a word.
-/// Request: a HostNameSet.
 inline constexpr uint32_t kRpcSetLanHostName = 0x4720909D;
-/// Request: the name's text with its zero.
+/// To this name, a text with its zero.
+/// @request text 257
 inline constexpr uint32_t kRpcSetGatewayName = 0x4720909E;
 
 #pragma pack(push, 1)

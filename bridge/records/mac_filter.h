@@ -12,19 +12,28 @@ namespace wap {
 // wireless network.
 inline constexpr uint32_t kRpcGetMacFltMode = 0x47307000;
 inline constexpr uint32_t kRpcListLanMacFlt = 0x47309024;
+/// @request word uiInstId
 inline constexpr uint32_t kRpcGetLanMacFlt = 0x40007000;
 inline constexpr uint32_t kRpcListWlanMacFlt = 0x47309027;
+/// @request word uiInstId
 inline constexpr uint32_t kRpcGetWlanMacFlt = 0x4730701A;
+/// @request word uiSsid
+/// @reply word uiExcluded
 inline constexpr uint32_t kRpcIsSsidExcluded = 0x49350180;
+/// @reply word uiInstId
 inline constexpr uint32_t kRpcRestoreWlanMacFlt = 0x4730701D;
 // RPC id served by "app_m".
 inline constexpr uint32_t kRpcGetWlanInst = 0x47103092;
 // RPC ids served by "osgi_proxy". Those that delete take one word, the instance id; all answer one
 // word, which for those that add is the new instance id.
 inline constexpr uint32_t kRpcSetMacFltMode = 0x47209091;
+/// @reply word uiInstId
 inline constexpr uint32_t kRpcAddLanMacFlt = 0x47209092;
+/// @request word uiInstId
 inline constexpr uint32_t kRpcDelLanMacFlt = 0x47209093;
+/// @reply word uiInstId
 inline constexpr uint32_t kRpcAddWlanMacFlt = 0x47209094;
+/// @request word uiInstId
 inline constexpr uint32_t kRpcDelWlanMacFlt = 0x47209095;
 
 /// Modes: listed hosts are refused, or only listed hosts are admitted.
@@ -131,17 +140,6 @@ static_assert(offsetof(WlanMacFltBody, uiEnable) == 0);
 static_assert(offsetof(WlanMacFltBody, acSsidName) == 4);
 static_assert(offsetof(WlanMacFltBody, acMac) == 36);
 static_assert(sizeof(WlanMacFltBody) == 68);
-
-/// An entry of the wireless table.
-struct WlanMacFltEntry {
-    uint32_t uiInstId;
-    WlanMacFltBody stBody;
-};
-static_assert(offsetof(WlanMacFltEntry, uiInstId) == 0);
-static_assert(offsetof(WlanMacFltEntry, stBody) == 4);
-static_assert(offsetof(WlanMacFltEntry, stBody.acSsidName) == 8);
-static_assert(offsetof(WlanMacFltEntry, stBody.acMac) == 40);
-static_assert(sizeof(WlanMacFltEntry) == 72);
 
 /// Request of kRpcAddWlanMacFlt. All bytes behind the entry are 0xFF.
 struct WlanMacFltAddRequest {

@@ -10,6 +10,7 @@ namespace wap {
 // RPC ids served by "gulm".
 inline constexpr uint32_t kRpcGetPortMappingOfKind1 = 0x47309010;
 inline constexpr uint32_t kRpcGetPortMappingOfKind0 = 0x47309014;
+/// @block PortMappingRow[]
 inline constexpr uint32_t kRpcGetPortMappingTable = 0x47309029;
 inline constexpr uint32_t kRpcGetPortMappingNum = 0x4730902A;
 // RPC ids served by "osgi_proxy".

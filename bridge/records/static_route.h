@@ -18,6 +18,7 @@ inline constexpr uint32_t kRpcGetIpv4RouteIds = 0x47304006;
 inline constexpr uint32_t kRpcGetIpv4Route = 0x47304002;
 inline constexpr uint32_t kRpcGetIpv6RouteIds = 0x47100009;
 inline constexpr uint32_t kRpcGetIpv6Route = 0x47100004;
+/// @block Ipv4CurrentRoute[] or Ipv6CurrentRoute[]
 inline constexpr uint32_t kRpcGetCurrentRoutes = 0x46345865;
 
 /// What the first word of an IPv4 addition says.

@@ -12,6 +12,7 @@ namespace wap {
 inline constexpr uint32_t kRpcAddFlowTraffic = 0x4830419B;
 inline constexpr uint32_t kRpcDelFlowTraffic = 0x4830419C;
 inline constexpr uint32_t kRpcDelAllFlowTraffic = 0x4830419D;
+/// @block FlowTrafficRec[]
 inline constexpr uint32_t kRpcGetFlowMembers = 0x4830419E;
 inline constexpr uint32_t kRpcGetFlowStats = 0x4830419F;
 inline constexpr uint32_t kRpcGetFlowSpeed = 0x483041A0;

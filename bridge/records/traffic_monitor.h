@@ -10,12 +10,16 @@
 namespace wap {
 
 // RPC ids served by "gulm"; the last one is asked with the word 0.
+/// @block text
 inline constexpr uint32_t kRpcAddMonitoredAddresses = 0x48304173;
+/// @block text
 inline constexpr uint32_t kRpcDelMonitoredAddresses = 0x48304174;
+/// @block text
 inline constexpr uint32_t kRpcGetMonitoredAddresses = 0x483041A5;
 
-/// Type of the message without reply that tells "app_m" of a change. Its content is the descriptor
-/// of a bulk block with a TrafficMonitorNotice.
+/// Type of the message without reply that tells "app_m" of a change. It is the descriptor of a bulk
+/// block.
+/// @block TrafficMonitorNotice then text
 inline constexpr uint32_t kMsgTrafficMonitorChanged = 39;
 
 /// The first byte of a notice.

@@ -10,14 +10,20 @@
 namespace wap {
 
 // RPC ids served by "gulm". The listings are asked with the word 0.
+/// @request MirrorRuleRec
 inline constexpr uint32_t kRpcAddMirrorRule = 0x48304191;
 inline constexpr uint32_t kRpcDelMirrorRule = 0x48304192;
+/// @block MirrorRuleRec[]
 inline constexpr uint32_t kRpcGetMirrorRules = 0x48304193;
+/// @request ForwardRuleRec
 inline constexpr uint32_t kRpcAddForwardRule = 0x48304195;
 inline constexpr uint32_t kRpcDelForwardRule = 0x48304196;
+/// @block ForwardRuleRec[]
 inline constexpr uint32_t kRpcGetForwardRules = 0x48304197;
+/// @request HttpProcessRuleRec
 inline constexpr uint32_t kRpcAddHttpRule = 0x48304198;
 inline constexpr uint32_t kRpcDelHttpRule = 0x48304199;
+/// @block HttpRuleRow[]
 inline constexpr uint32_t kRpcGetHttpRules = 0x4830419A;
 
 /// The rule number that deletes all rules of a kind.

@@ -8,10 +8,10 @@
 
 namespace wap {
 
-/// Served by "app_m". Request: a WordRequest. Reply: a text of kPotsInfoSize bytes at most, which
-/// "app_m" writes itself.
+// Served by "app_m", which writes the text itself.
+/// @reply text kPotsInfoSize
 inline constexpr uint32_t kRpcGetPotsInfo = 0x47209061;
-// Served by "osgi_proxy". Request: a VoiceSubscription.
+// Served by "osgi_proxy".
 inline constexpr uint32_t kRpcSubscribeVoice = 0x47209062;
 inline constexpr uint32_t kRpcUnsubscribeVoice = 0x47209063;
 

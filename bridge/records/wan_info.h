@@ -110,6 +110,7 @@ static_assert(kWanSettings == 31);
 #define WAP_WAN_SETTING_FIELD(name, offset, size, key, label) char ac##name[size];
 /// Request of kRpcSetWan, which has no reply: the fields acLanInterface to acServiceList, and for
 /// each of them whether it counts. Holds the connection's PPP user and password.
+/// @secret acUsername acPassword
 struct WanIfPara {
     WanPlace stPlace;
     WAP_WAN_SETTINGS(WAP_WAN_SETTING_FIELD)
