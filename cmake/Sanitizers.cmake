@@ -19,14 +19,17 @@ endif()
 if(WAP_FUZZ)
     # The fuzzer sees every branch of our code.
     add_compile_options(-fsanitize=fuzzer-no-link)
-    # The sanitizer is a library of its own, so that the hooks of the tests around malloc and its kin
-    # get into our code alone.
+endif()
+
+if(WAP_SANITIZE STREQUAL "address" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # The sanitizer is a library of its own, as it is with g++, so that the hooks of the tests around
+    # malloc and its kin get into our code alone.
     execute_process(
         COMMAND ${CMAKE_CXX_COMPILER}
             -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE sAsanLibrary OUTPUT_STRIP_TRAILING_WHITESPACE)
     if(NOT IS_ABSOLUTE "${sAsanLibrary}")
-        message(FATAL_ERROR "WAP_FUZZ needs clang with its sanitizers (libclang-rt-dev)")
+        message(FATAL_ERROR "AddressSanitizer of clang is missing (libclang-rt-dev)")
     endif()
     get_filename_component(sAsanFolder "${sAsanLibrary}" DIRECTORY)
     add_link_options(-shared-libasan "-Wl,-rpath,${sAsanFolder}")

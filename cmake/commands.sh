@@ -8,7 +8,7 @@ kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11
 kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format python3-clang"
 kLintPackages="git clang-tidy cppcheck"
-kFuzzPackages="clang libclang-rt-dev llvm"
+kClangPackages="clang libclang-rt-dev llvm"
 kArmPackages="musl g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.

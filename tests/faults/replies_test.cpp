@@ -8,14 +8,7 @@
 #include <gtest/gtest.h>
 #include <wap_natives.h>
 
-// g++ says it with a macro of its own, clang with a feature.
-#ifdef __SANITIZE_ADDRESS__
-#define WAP_ADDRESS_SANITIZER
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define WAP_ADDRESS_SANITIZER
-#endif
-#endif
+#include "support/sanitizers.h"
 #ifdef WAP_ADDRESS_SANITIZER
 #include <sanitizer/common_interface_defs.h>
 #endif

@@ -4,10 +4,11 @@
 
 #include "support/entry_table_portmap.h"
 #include "support/entry_table_rights.h"
+#include "support/sanitizers.h"
 #include "system/wap_msg_jni.h"
 #include "vt_ssp_host.h"
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(WAP_ADDRESS_SANITIZER) || defined(WAP_THREAD_SANITIZER)
 // The sanitizers' allocators count for themselves; not every compiler brings their header.
 extern "C" size_t __sanitizer_get_current_allocated_bytes(void);
 #endif
@@ -103,7 +104,7 @@ const std::vector<LiveMethod> &LiveMethods() {
 }
 
 size_t HeapBytes() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(WAP_ADDRESS_SANITIZER) || defined(WAP_THREAD_SANITIZER)
     return __sanitizer_get_current_allocated_bytes();
 #else
     const struct mallinfo2 stInfo = mallinfo2();

@@ -2,7 +2,9 @@
 
 #include <pthread.h>
 #include <sys/mman.h>
-#ifdef __SANITIZE_ADDRESS__
+
+#include "support/sanitizers.h"
+#ifdef WAP_ADDRESS_SANITIZER
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -86,7 +88,7 @@ __attribute__((noinline, no_sanitize("address", "thread", "undefined"))) bool Ho
     return false;
 }
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef WAP_ADDRESS_SANITIZER
 /// The same for the place where AddressSanitizer keeps locals when it looks for their use after
 /// the return; false where it does not. Eleven sizes of frames have a part of it each, as large as
 /// the stack; pages that no frame has touched are passed over.

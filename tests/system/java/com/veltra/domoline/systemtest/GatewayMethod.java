@@ -58,6 +58,11 @@ interface GatewayMethod {
         return query().failure != null && query().failure.equals(answer);
     }
 
+    /** Whether it relies on what it did itself before, which a request served late may undo. */
+    default boolean isStory() {
+        return false;
+    }
+
     default void assertSucceeds() {
         Object answer = call();
         if (!isSuccess(answer)) {

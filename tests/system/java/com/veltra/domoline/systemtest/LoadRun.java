@@ -85,6 +85,7 @@ final class LoadRun {
     private final AtomicLong lCalls = new AtomicLong();
     private final AtomicLong lFailuresWhileDown = new AtomicLong();
     private final AtomicLong lFailures = new AtomicLong();
+    private final AtomicLong lUndone = new AtomicLong();
     private final AtomicInteger iErrors = new AtomicInteger();
     private final Queue<String> errors = new ConcurrentLinkedQueue<>();
 
@@ -108,6 +109,11 @@ final class LoadRun {
     /** How many calls answered the failure of their methods. */
     long failures() {
         return lFailures.get();
+    }
+
+    /** How many stories failed that a request served late may have spoilt. */
+    long undone() {
+        return lUndone.get();
     }
 
     /** From now on a process, or everybody for null, is so. */
@@ -298,6 +304,7 @@ final class LoadRun {
 
     private void callAndCheck(GatewayMethod method) {
         Trouble before = trouble;
+        long lBegin = System.nanoTime();
         Object answer;
         try {
             answer = method.call();
@@ -314,6 +321,11 @@ final class LoadRun {
                         during == Phase.WILD || next.concerns(method) && next.phase == Phase.WILD;
                 during = bWild ? Phase.WILD : Phase.CHANGING;
             }
+        }
+        if (during == Phase.UP && method.isStory() && method.isFailure(answer)
+                && Lateness.isPossible() && !Lateness.isMine(lBegin)) {
+            lUndone.incrementAndGet();
+            return;
         }
         check(method, answer, during);
     }

@@ -67,12 +67,15 @@ final class Natives {
         }
         called.add(nameOf(method));
         calls.increment();
+        Lateness.begin();
         try {
             return method.invoke(service, arguments);
         } catch (IllegalAccessException e) {
             throw new AssertionError(e);
         } catch (InvocationTargetException e) {
             throw new AssertionError(nameOf(method) + " threw " + e.getCause(), e.getCause());
+        } finally {
+            Lateness.end();
         }
     }
 

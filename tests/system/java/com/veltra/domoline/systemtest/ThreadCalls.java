@@ -61,11 +61,13 @@ final class ThreadCalls {
         private final String name;
         private final Query query;
         private final Predicate<Object> failure;
+        private final boolean bStory;
 
         Call(String name, List<String> processes, Supplier<Object> call, Predicate<Object> success,
-                Predicate<Object> failure) {
+                Predicate<Object> failure, boolean bStory) {
             this.name = name;
             this.failure = failure;
+            this.bStory = bStory;
             LongAdder successes = kSuccesses.computeIfAbsent(name, none -> new LongAdder());
             Supplier<Object> counted = () -> {
                 Object answer = call.get();
@@ -88,6 +90,11 @@ final class ThreadCalls {
         }
 
         @Override
+        public boolean isStory() {
+            return bStory;
+        }
+
+        @Override
         public String toString() {
             return name;
         }
@@ -95,7 +102,7 @@ final class ThreadCalls {
 
     private void add(String name, List<String> processes, Supplier<Object> call,
             Predicate<Object> success, Predicate<Object> failure) {
-        calls.add(new Call(name, processes, call, success, failure));
+        calls.add(new Call(name, processes, call, success, failure, false));
     }
 
     /** A query that is known, called by its method's name. */
@@ -129,14 +136,14 @@ final class ThreadCalls {
     /** A story of a few calls, told by some of the threads. */
     private void story(String name, List<String> processes, Runnable steps) {
         if ((iThread + iStory++) % kShare == 0) {
-            add(name, processes, () -> {
+            calls.add(new Call(name, processes, () -> {
                 try {
                     steps.run();
                     return kOk;
                 } catch (ThreadStories.Failed e) {
                     return kFailed + e.getMessage();
                 }
-            }, kOk::equals, answer -> ((String) answer).startsWith(kFailed));
+            }, kOk::equals, answer -> ((String) answer).startsWith(kFailed), true));
         }
     }
 
@@ -305,10 +312,10 @@ final class ThreadCalls {
         }
         if (iThread < kSerialDevices) {
             int iDevice = iThread + 1;
-            add("serial device", List.of(Gateway.kUsbMngt),
+            calls.add(new Call("serial device", List.of(Gateway.kUsbMngt),
                     ()
                             -> stories.serialStory(iDevice) ? kOk : kFailed,
-                    kOk::equals, kFailed::equals);
+                    kOk::equals, kFailed::equals, true));
         }
     }
 
