@@ -62,6 +62,15 @@ install_packages() {
     fi
 }
 
+# configure LOG ARGUMENT... runs cmake. In a folder that another compiler was used in, it forgets the
+# arguments with all else that it knew: then once more.
+configure() {
+    local pcLog=$1
+    shift
+    cmake "$@" >"$pcLog" 2>&1 || return
+    ! grep -q 'require your cache to be deleted' "$pcLog" || cmake "$@" >"$pcLog" 2>&1
+}
+
 # build_preset PRESET [TARGET...] configures and builds build/PRESET, or some targets of it, one
 # builder at a time. Progress on a terminal; elsewhere only the log of a failure, as a log of hundreds
 # of steps helps nobody.
@@ -75,7 +84,7 @@ build_preset() {
             echo "Waiting for build/$pcPreset, which is being built (log: $pcLog)"
             flock 8
         fi
-        if ! cmake --preset "$pcPreset" >"$pcLog" 2>&1; then
+        if ! configure "$pcLog" --preset "$pcPreset"; then
             tail -n 60 "$pcLog"
             exit 1
         fi

@@ -48,7 +48,7 @@ class SecretWatch {
 /// It sees what the frames below fnCall have left, whoever wrote it there, and nothing is called
 /// between fnCall's return and the look. It can't see what a later call within fnCall has
 /// overwritten: give it a worker alone to see what that worker leaves, and no expectation behind
-/// the call. Nor does it see registers, or parts of a text. Locals that g++'s AddressSanitizer
+/// the call. Nor does it see registers, or parts of a text. Locals that AddressSanitizer
 /// keeps elsewhere to look for their use after the return are seen. A text must be long enough to
 /// lie on the heap in a std::string: 16 bytes.
 bool StackKeeps(const std::function<void()> &fnCall, const std::vector<std::string> &asTexts);

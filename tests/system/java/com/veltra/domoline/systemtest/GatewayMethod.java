@@ -58,8 +58,15 @@ interface GatewayMethod {
         return query().failure != null && query().failure.equals(answer);
     }
 
-    /** Whether it relies on what it did itself before, which a request served late may undo. */
+    /** Whether it does something and relies on it afterwards. */
     default boolean isStory() {
+        return false;
+    }
+
+    /**
+     * Whether it found undone what it did, when a request that was served late may have been why.
+     */
+    default boolean isUndone(Object answer) {
         return false;
     }
 

@@ -37,6 +37,8 @@ final class LoadRun {
     private static final double kBytesPerCall = 0.1;
     /** Each thread of the compiler holds one, and they come and go: one less was seen. */
     private static final int kMachinesReferences = 8;
+    /** One story in so many may find undone what it did. */
+    private static final int kMostUndone = 100;
 
     /** What is known of the process that is in trouble. */
     enum Phase {
@@ -85,6 +87,7 @@ final class LoadRun {
     private final AtomicLong lCalls = new AtomicLong();
     private final AtomicLong lFailuresWhileDown = new AtomicLong();
     private final AtomicLong lFailures = new AtomicLong();
+    private final AtomicLong lStories = new AtomicLong();
     private final AtomicLong lUndone = new AtomicLong();
     private final AtomicInteger iErrors = new AtomicInteger();
     private final Queue<String> errors = new ConcurrentLinkedQueue<>();
@@ -111,7 +114,9 @@ final class LoadRun {
         return lFailures.get();
     }
 
-    /** How many stories failed that a request served late may have spoilt. */
+    /**
+     * How many stories found undone what they did, when a request served late may have been why.
+     */
     long undone() {
         return lUndone.get();
     }
@@ -158,6 +163,8 @@ final class LoadRun {
         assertEquals(0, iErrors.get(), () -> String.join("\n", errors));
         assertTrue(lCalls.get() > 100L * iThreads, "only " + lCalls.get() + " calls");
         assertTrue(lFailuresWhileDown.get() > 0, "no call met a process's absence");
+        assertTrue(lUndone.get() * kMostUndone <= lStories.get(),
+                () -> lUndone + " of " + lStories + " stories found undone what they did");
         intervals.forEach(interval -> System.out.println(name + ": " + interval));
         assertTrue(intervals.stream().anyMatch(Interval::isBounded),
                 "memory grew with the calls, each time anew: " + intervals);
@@ -305,6 +312,7 @@ final class LoadRun {
     private void callAndCheck(GatewayMethod method) {
         Trouble before = trouble;
         long lBegin = System.nanoTime();
+        Lateness.expect(method.processes());
         Object answer;
         try {
             answer = method.call();
@@ -322,8 +330,10 @@ final class LoadRun {
                 during = bWild ? Phase.WILD : Phase.CHANGING;
             }
         }
-        if (during == Phase.UP && method.isStory() && method.isFailure(answer)
-                && Lateness.isPossible() && !Lateness.isMine(lBegin)) {
+        if (method.isStory()) {
+            lStories.incrementAndGet();
+        }
+        if (during == Phase.UP && method.isUndone(answer) && !Lateness.isMine(lBegin)) {
             lUndone.incrementAndGet();
             return;
         }

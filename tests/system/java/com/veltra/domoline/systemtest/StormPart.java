@@ -120,6 +120,11 @@ abstract class StormPart {
             return this;
         }
 
+        Effect andMap(String key, UnaryOperator<String> change) {
+            changes.put(key, change);
+            return this;
+        }
+
         /** Something that a success does as well when a query on the way is not answered. */
         Effect inTrouble(String key, String value) {
             changes.put(key, HomeModel.to(value));

@@ -48,7 +48,11 @@ class StormTest {
     private static long lCompared;
     private static long lOrphans;
 
-    /** What operations of the parts change. A part compares it, and nothing else of the home. */
+    /**
+     * What operations of the parts change. A part compares it, and nothing else of the home; but
+     * the time of the last reset, and what app_m was told of the monitored addresses, follow from
+     * no operation alone.
+     */
     private static final String[] kChanging = {"device.upTimeBase", "leds", "voiceEvents", "ftp",
             "samba", "web", "lan", "network.gatewayName", "hosts.name", "ssidBindings",
             "lanPorts.mode", "lanPorts.bind", "wan", "wanDevices", "routes", "portMapping",

@@ -226,6 +226,8 @@ final class StormTraffic {
         private static final int kFirst = 21;
         private static final int kFlows = 4;
         private static final int kMembers = 8;
+        /** Flows that nobody touches. */
+        private static final String kOthers = "flow of others ";
 
         Flows() {
             super("flow ");
@@ -308,6 +310,7 @@ final class StormTraffic {
             for (JsonElement flow : home.getAsJsonArray("flows")) {
                 int iFlow = flow.getAsJsonObject().get("flow").getAsInt();
                 if (iFlow < kFirst || iFlow >= kFirst + kFlows) {
+                    put(rows, kOthers + iFlow, flow.toString());
                     continue;
                 }
                 put(rows, limit(iFlow), text(flow, "upLimit") + " " + text(flow, "downLimit"));
@@ -321,6 +324,13 @@ final class StormTraffic {
                 rows.putIfAbsent(limit(i), "0 0");
                 rows.putIfAbsent(mark(i), "0");
             }
+            return rows;
+        }
+
+        @Override
+        Map<String, String> toTell(Map<String, String> held) {
+            Map<String, String> rows = new TreeMap<>(held);
+            rows.keySet().removeIf(key -> key.startsWith(kOthers));
             return rows;
         }
 

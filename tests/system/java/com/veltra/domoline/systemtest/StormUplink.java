@@ -29,6 +29,8 @@ final class StormUplink {
     private static final class Routes extends StormPart {
         private static final int kRoutes = 20;
         private static final String[] kWays = {Wan.kInternetName, Wan.kOtherName};
+        /** The LAN's own route, which nobody changes. */
+        private static final String kOwn = "own ";
 
         private final boolean bIpv6;
         private final Map<String, Integer> numbers = new HashMap<>();
@@ -100,12 +102,21 @@ final class StormUplink {
             for (JsonElement route : list(home)) {
                 String way = text(route, bIpv6 ? "interface" : "connection");
                 int iWay = List.of("wan1.1.ip1", "wan1.2.ip1").indexOf(way);
-                if (!text(route, "id").equals("1")) { // which is the LAN's own
+                if (text(route, "id").equals("1")) {
+                    put(rows, kOwn + prefix, route.toString());
+                } else {
                     put(rows, key(route),
                             text(route, bIpv6 ? "nextHop" : "gateway") + " "
                                     + (iWay < 0 ? way : kWays[iWay]) + odd(route));
                 }
             }
+            return rows;
+        }
+
+        @Override
+        Map<String, String> toTell(Map<String, String> held) {
+            Map<String, String> rows = new TreeMap<>(held);
+            rows.remove(kOwn + prefix);
             return rows;
         }
 
@@ -156,6 +167,8 @@ final class StormUplink {
         private final Map<String, Integer> indexes = new HashMap<>();
         /** A connection and its device come and go in two steps, of which one may have failed. */
         private boolean bDevicesMayStay;
+        /** Devices of connections that are gone, as such a failure left them. */
+        private Map<String, Integer> leftDevices = Map.of();
 
         Connections() {
             super("connection ");
@@ -174,7 +187,7 @@ final class StormUplink {
                 int[] iIndex = {-1};
                 boolean bDone = change("addWANIf",
                         Effect.set(key, bRouted ? "INTERNET R" : "OTHER B")
-                                .and(kNat + vlan, bRouted ? "TRUE" : "unset"),
+                                .and(kNat + vlan, type + (bRouted ? " TRUE" : " unset")),
                         ()
                                 -> (iIndex[0] = Natives.number(
                                             Wan.kConfig, "addWANIf", "2", vlan, type))
@@ -191,7 +204,8 @@ final class StormUplink {
                 String nat = oneOf("TRUE", "FALSE");
                 change("setWANIf",
                         Effect.map(key, value -> service + value.substring(value.indexOf(' ')))
-                                .and(kNat + vlan, nat),
+                                .andMap(kNat + vlan,
+                                        value -> value.substring(0, value.indexOf(' ') + 1) + nat),
                         ()
                                 -> isDone("setWANIf",
                                         Wan.set(indexes.get(key), "ServiceList", service,
@@ -219,6 +233,8 @@ final class StormUplink {
         @Override
         void learn(JsonObject home) {
             indexes.clear();
+            bDevicesMayStay = false;
+            leftDevices = leftDevices(home);
             for (JsonElement wan : home.getAsJsonArray("wan")) {
                 String name = text(wan, "name");
                 indexes.put(prefix + name.substring(name.lastIndexOf('_') + 1),
@@ -229,25 +245,37 @@ final class StormUplink {
         @Override
         Map<String, String> held(JsonObject home) {
             Map<String, String> rows = new TreeMap<>();
-            Set<String> devices = new TreeSet<>();
             for (JsonElement wan : home.getAsJsonArray("wan")) {
-                devices.add(device(wan));
                 if (isAdded(wan)) {
                     JsonObject settings = wan.getAsJsonObject().getAsJsonObject("settings");
                     String vlan = text(settings, "VLANIDMark");
                     put(rows, kNat + vlan,
-                            (settings.has("NATEnabled") ? text(settings, "NATEnabled") : "unset")
+                            text(wan, "connectionType") + " "
+                                    + (settings.has("NATEnabled") ? text(settings, "NATEnabled")
+                                                                  : "unset")
                                     + oddities(wan, settings));
                 }
                 putName(rows, text(wan, "name"));
             }
-            Set<String> known = new TreeSet<>();
-            home.getAsJsonArray("wanDevices").forEach(one -> known.add(device(one)));
-            if (bDevicesMayStay) {
-                known.retainAll(devices);
-            }
-            put(rows, kDevices, known.equals(devices) ? "theirs" : known + " for " + devices);
+            Map<String, Integer> left = leftDevices(home);
+            boolean bMissing = left.values().stream().anyMatch(iLeft -> iLeft < 0);
+            boolean bMore = left.entrySet().stream().anyMatch(
+                    one -> one.getValue() > leftDevices.getOrDefault(one.getKey(), 0));
+            put(rows, kDevices,
+                    bMissing || bMore && !bDevicesMayStay ? "more than theirs: " + left : "theirs");
             return rows;
+        }
+
+        /** How many more of each device there are than one for all connections that have it. */
+        private static Map<String, Integer> leftDevices(JsonObject home) {
+            Set<String> needed = new TreeSet<>();
+            home.getAsJsonArray("wan").forEach(wan -> needed.add(device(wan)));
+            Map<String, Integer> left = new TreeMap<>();
+            needed.forEach(one -> left.put(one, -1));
+            home.getAsJsonArray("wanDevices")
+                    .forEach(one -> left.merge(device(one), 1, Integer::sum));
+            left.values().removeIf(iLeft -> iLeft == 0);
+            return left;
         }
 
         private static String device(JsonElement element) {

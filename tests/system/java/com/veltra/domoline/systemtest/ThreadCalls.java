@@ -19,6 +19,7 @@ import java.util.function.Supplier;
 final class ThreadCalls {
     private static final String kOk = "ok";
     private static final String kFailed = "failed: ";
+    private static final String kUndone = kFailed + "undone: ";
     /** Each story is told by every so manyth thread. */
     private static final int kShare = 4;
     private static final int kLastFlow = 64;
@@ -95,6 +96,11 @@ final class ThreadCalls {
         }
 
         @Override
+        public boolean isUndone(Object answer) {
+            return bStory && ((String) answer).startsWith(kUndone);
+        }
+
+        @Override
         public String toString() {
             return name;
         }
@@ -140,6 +146,8 @@ final class ThreadCalls {
                 try {
                     steps.run();
                     return kOk;
+                } catch (ThreadStories.Undone e) {
+                    return kUndone + e.getMessage();
                 } catch (ThreadStories.Failed e) {
                     return kFailed + e.getMessage();
                 }
@@ -312,10 +320,10 @@ final class ThreadCalls {
         }
         if (iThread < kSerialDevices) {
             int iDevice = iThread + 1;
-            calls.add(new Call("serial device", List.of(Gateway.kUsbMngt),
+            add("serial device", List.of(Gateway.kUsbMngt),
                     ()
                             -> stories.serialStory(iDevice) ? kOk : kFailed,
-                    kOk::equals, kFailed::equals, true));
+                    kOk::equals, kFailed::equals);
         }
     }
 

@@ -32,7 +32,7 @@ final class ThreadStories {
     // ---- steps ----
 
     /** A step of a story failed, as its method may. */
-    static final class Failed extends RuntimeException {
+    static class Failed extends RuntimeException {
         private static final long serialVersionUID = 1;
 
         Failed(String step) {
@@ -40,13 +40,38 @@ final class ThreadStories {
         }
     }
 
+    /** What the story did is undone, and a request that was served late may have done that. */
+    static final class Undone extends Failed {
+        private static final long serialVersionUID = 1;
+
+        Undone(String what) {
+            super(what);
+        }
+    }
+
     /** A step that answers 0, or fails with -1. */
     static void step(Object service, String method, Object... arguments) {
-        int iAnswer = number(service, method, arguments);
-        if (iAnswer != 0) {
-            insist(iAnswer == -1, method + " answered " + iAnswer);
+        if (!succeeds(service, method, arguments)) {
             throw new Failed(method);
         }
+    }
+
+    /** The same for a step that needs what an earlier one did. */
+    private static void stepOn(Object service, String method, Object... arguments) {
+        if (!succeeds(service, method, arguments)) {
+            throw failedOn(method);
+        }
+    }
+
+    /** What a step on something is that failed. */
+    private static Failed failedOn(String what) {
+        return Lateness.isPossible() ? new Undone(what) : new Failed(what);
+    }
+
+    private static boolean succeeds(Object service, String method, Object... arguments) {
+        int iAnswer = number(service, method, arguments);
+        insist(iAnswer == 0 || iAnswer == -1, method + " answered " + iAnswer);
+        return iAnswer == 0;
     }
 
     private static void insist(boolean bTrue, String otherwise) {
@@ -58,7 +83,7 @@ final class ThreadStories {
     /** Insists on what follows from earlier steps, unless somebody's request was served late. */
     private static void rely(boolean bTrue, String otherwise) {
         if (!bTrue && Lateness.isPossible()) {
-            throw new Failed(otherwise);
+            throw new Undone(otherwise);
         }
         insist(bTrue, otherwise);
     }
@@ -122,11 +147,14 @@ final class ThreadStories {
     void memberStory() {
         step(Traffic.kFlows, "addTrafficToFlow", address(), "443", flow());
         String members = text(Traffic.kFlows, "getTrafficInfoByFlow", flow());
+        if (result(members) > 0) {
+            throw failedOn("members");
+        }
         rely(lists(members, "\"" + address() + "\""), members);
         if (roll(2) == 0) {
-            step(Traffic.kFlows, "deleteTrafficFromFlow", address(), "443", flow());
+            stepOn(Traffic.kFlows, "deleteTrafficFromFlow", address(), "443", flow());
         } else {
-            step(Traffic.kFlows, "deleteAllTrafficFromFlow", flow());
+            stepOn(Traffic.kFlows, "deleteAllTrafficFromFlow", flow());
         }
         rely(text(Traffic.kFlows, "getTrafficInfoByFlow", flow()).equals(Traffic.kFailed),
                 "the flow still has members");
@@ -150,7 +178,7 @@ final class ThreadStories {
         }
         int iAnswer = number(service, "delete" + name, iRule);
         if (iAnswer == -1 && isAlone.getAsBoolean()) {
-            throw new Failed("delete");
+            throw failedOn("delete");
         }
     }
 
@@ -160,7 +188,7 @@ final class ThreadStories {
         step(Traffic.kMonitor, "addTrafficMonitoringDestAddress", addresses, bundle);
         String all = text(Traffic.kMonitor, "getTrafficMonitoringDestAddressInfo");
         rely(lists(all, "\"" + bundle + "\""), bundle + " is not in " + all);
-        step(Traffic.kMonitor, "deleteTrafficMonitoringDestAddress", addresses, bundle);
+        stepOn(Traffic.kMonitor, "deleteTrafficMonitoringDestAddress", addresses, bundle);
     }
 
     /** A change that reads what other threads change, one entry after the other. */
@@ -232,9 +260,9 @@ final class ThreadStories {
         int iId = mine.get("PortMappingIndex").getAsInt();
         int iSwitched = number(Lan.kMappingConfig, "setPortMappingSwitch", Lan.kSecond, iId, false);
         if (iSwitched != 0) {
-            throw new Failed("setPortMappingSwitch");
+            throw failedOn("setPortMappingSwitch");
         }
-        step(Lan.kMappingConfig, "deletePortMapping", Lan.kSecond, iId);
+        stepOn(Lan.kMappingConfig, "deletePortMapping", Lan.kSecond, iId);
     }
 
     void routeStory(String family, String list, Object... route) {
@@ -254,7 +282,7 @@ final class ThreadStories {
         if (iRoute == -1) {
             throw new Failed("add");
         }
-        step(Wan.kRoutes, "delete" + family + "Layer3ForwardingStatic", iRoute);
+        stepOn(Wan.kRoutes, "delete" + family + "Layer3ForwardingStatic", iRoute);
     }
 
     void accountStory(String service) {
@@ -270,7 +298,7 @@ final class ThreadStories {
                 return;
             }
         }
-        throw new Failed("account");
+        throw failedOn("account");
     }
 
     void connectionStory() {
@@ -291,7 +319,7 @@ final class ThreadStories {
                 throw new Failed("getWANIfList"); // whose failure is an empty list
             }
         }
-        step(Wan.kConfig, "deleteWANIf", iWan);
+        stepOn(Wan.kConfig, "deleteWANIf", iWan);
     }
 
     /**

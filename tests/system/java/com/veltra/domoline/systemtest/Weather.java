@@ -9,9 +9,8 @@ import java.util.List;
 import java.util.Map;
 import java.util.Random;
 import java.util.Set;
+import java.util.StringJoiner;
 import java.util.TreeSet;
-import java.util.stream.Collectors;
-import java.util.stream.Stream;
 
 /**
  * What goes wrong in a home, by chance: processes die, hang and come back, answers are failures,
@@ -180,28 +179,34 @@ final class Weather {
         long lSince = (System.nanoTime() - lFaultsEnded) / 1_000_000;
         rest(Math.max(kAfterwards, lLongestDelay + kAfterwards - lSince));
         long lEnd = System.nanoTime() + kPatienceSeconds * 1_000_000_000L;
-        Map<String, Long> before;
-        Map<String, Long> after = Gateway.requests();
+        String restless;
+        Gateway.Status after = new Gateway.Status();
         do {
             rest(200);
-            before = after;
-            after = Gateway.requests();
+            Gateway.Status before = after;
+            after = new Gateway.Status();
+            restless = restless(before.requests(), after.requests(), after.busy());
             if (System.nanoTime() > lEnd) {
-                throw new AssertionError(restless(before, after) + "\n" + report);
+                throw new AssertionError("in the calm " + restless + "\n" + report);
             }
-        } while (!before.equals(after) || after.size() < kProcesses.length
-                || Gateway.busy().values().stream().anyMatch(lBusy -> lBusy > 0));
+        } while (!restless.isEmpty());
         note("all is quiet");
     }
 
-    /** Who is not as it should be when nobody asks for anything. */
-    private static String restless(Map<String, Long> before, Map<String, Long> after) {
-        return Stream.of(kProcesses)
-                .filter(process
-                        -> !after.containsKey(process)
-                                || !after.get(process).equals(before.get(process)))
-                .map(process -> process + (after.containsKey(process) ? " is asked" : " is gone"))
-                .collect(Collectors.joining(", ", "in the calm ", ""));
+    /** Who is not as it should be when nobody asks for anything; empty when all are. */
+    private static String restless(
+            Map<String, Long> before, Map<String, Long> after, Set<String> busy) {
+        StringJoiner who = new StringJoiner(", ");
+        for (String process : kProcesses) {
+            if (!after.containsKey(process)) {
+                who.add(process + " is gone");
+            } else if (!after.get(process).equals(before.get(process))) {
+                who.add(process + " is asked");
+            } else if (busy.contains(process)) {
+                who.add(process + " is busy");
+            }
+        }
+        return who.toString();
     }
 
     private void kill() {
