@@ -53,7 +53,7 @@ class Names:
 
 def owner(file, function):
     """Whose a function is: the bridge's, json-c's, or nobody's here."""
-    if re.search(r"(^|/)(tests|bench)/[^/]+/[^/]+\.(cpp|h)$", file):
+    if re.search(r"(^|/)(tests|bench/programs)/[^/]+/[^/]+\.(cpp|h)$", file):
         return None
     if re.search(r"(^|/)bridge/[a-z]+/([a-z]+/)?[^/]+\.(cpp|h)$", file):
         return "bridge"

@@ -79,6 +79,7 @@ def plot_small(results, folder):
         places = [group + (i - (len(MAIN_PEERS) - 1) / 2) * width for group in range(len(SMALL))]
         axes.bar(places, heights, width, label=short(peer), color=COLOUR[peer])
     axes.set_yscale("log")
+    axes.set_ylim(bottom=1)
     axes.set_ylabel("microseconds, p50")
     axes.set_xticks(range(len(SMALL)), [METHOD[work] for work in SMALL])
     axes.legend(fontsize="small", loc="center left", bbox_to_anchor=(1, 0.5))

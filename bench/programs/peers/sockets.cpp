@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <functional>
 #include <stdexcept>
 #include <thread>
 

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kExitUsage = 2;
 
-double Percentile(std::vector<int64_t> &allSorted, size_t uiPercent) {
+double Percentile(const std::vector<int64_t> &allSorted, size_t uiPercent) {
     return static_cast<double>(allSorted[(allSorted.size() - 1) * uiPercent / 100]) / 1000.0;
 }
 
