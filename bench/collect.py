@@ -68,7 +68,8 @@ def instructions(path):
     counts, part, file, function = {}, None, "", ""
     at = ""  # the file of the present lines, which may be inlined into the function
     skip = False
-    with open(path, encoding="utf-8") as dump:
+    # Symbols are bytes of any kind.
+    with open(path, encoding="utf-8", errors="replace") as dump:
         for line in dump:
             line = line.rstrip("\n")
             if line.startswith("desc: Trigger: Client Request: "):

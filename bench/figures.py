@@ -64,10 +64,6 @@ def _figure(name, counter):
     return lambda results: median(results, name, counter)
 
 
-def _best(names, counter):
-    return lambda results: max(median(results, name, counter) for name in names)
-
-
 def _rows():
     for work in SMALL:
         for peer, bound in (("floor", 1.08), ("ping_pong", 1.25)):
@@ -84,10 +80,12 @@ def _rows():
                       _figure(f"{peer}/{work}", "calls_per_s"))
     yield Row("rules/p50", "500 forward rules listed, time (p50), to plain code over json-c", 0.85,
               True, _figure("rules_bridge/500", "p50_us"), _figure("rules_plain/500", "p50_us"))
-    # The faster of the two single threads: the slower one flatters.
-    yield Row("threads/4", "4 Java threads on two processors, calls per second, to one thread", 1.8,
-              False, _figure("threads/4/two_cpus", "calls_per_s"),
-              _best(("threads/1/one_cpu", "threads/1/two_cpus"), "calls_per_s"))
+    # A single thread on two processors may be slow, which flatters; kept on one, it is not.
+    for kept, where in (("two_cpus", "there"), ("one_cpu", "kept on one with its gateway")):
+        yield Row(f"threads/4/{kept}",
+                  f"4 Java threads on two processors, calls per second, to one thread {where}",
+                  1.8, False, _figure("threads/4/two_cpus", "calls_per_s"),
+                  _figure(f"threads/1/{kept}", "calls_per_s"))
 
 
 ROWS = tuple(_rows())

@@ -198,8 +198,9 @@ def document(results):
         "",
         *table(("", "calls per second"), threads),
         "",
-        "`getDeviceMAC`, all threads together. The limit above is for the faster of the two single"
-        " threads.",
+        "`getDeviceMAC`, all threads together. The first limit above is for a single thread on two"
+        " processors, the second for one that is kept on one processor with the gateway, which is"
+        " harder to surpass.",
         "",
         "## Each method by itself",
         "",

@@ -4,6 +4,7 @@
 #include <string.h>
 #include <valgrind/callgrind.h>
 
+#include <deque>
 #include <string>
 
 #include "support/entry_groups.h"
@@ -102,13 +103,16 @@ int CountCalls() {
         fprintf(stderr, "--calls is for a run under callgrind (--help says how)\n");
         return kExitUsage;
     }
+    // callgrind reads the names when it writes, which may be later.
+    std::deque<std::string> acNames;
     for (const FurnishedEntry &stFurnished : AllEntries()) {
         SecondCall stCall(stFurnished);
+        acNames.push_back(NameOfEntry(stFurnished.stEntry));
         CALLGRIND_ZERO_STATS;
         CALLGRIND_TOGGLE_COLLECT;
         stCall.Make();
         CALLGRIND_TOGGLE_COLLECT;
-        CALLGRIND_DUMP_STATS_AT(NameOfEntry(stFurnished.stEntry).c_str());
+        CALLGRIND_DUMP_STATS_AT(acNames.back().c_str());
         if (!stCall.IsGood()) {
             return Refuse(stFurnished.stEntry);
         }
