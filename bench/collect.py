@@ -8,6 +8,7 @@ import platform
 import re
 import subprocess
 import sys
+import tempfile
 
 from figures import Unusable, run_command
 
@@ -149,6 +150,8 @@ def main():
         "rounds": rounds,
         "seconds": arguments.seconds,
         "busy_percent": arguments.busy,
+        "folder": tempfile.gettempdir(),
+        "file_system": output_of("stat", "-f", "-c", "%T", tempfile.gettempdir()),
     }
     with open(at("heap.json"), encoding="utf-8") as file:
         methods = json.load(file)

@@ -112,8 +112,8 @@ def plot(results, folder):
 
 
 def facts(machine, run):
-    yield (f"On {run['date']}, commit `{run['commit']}`, on a machine that was"
-           f" {run['busy_percent']:g} % busy before: {machine['processor']},"
+    yield (f"On {run['date']}, commit `{run['commit']}`, on a machine that others kept"
+           f" {run['busy_percent']:g} % busy at most, before and between: {machine['processor']},"
            f" {machine['processors']} processors, {machine['system']}, Linux {machine['kernel']};"
            f" GCC {machine['compiler']} with `-O2`, OpenJDK {machine['java']}, json-c"
            f" {machine['json_c']}, libsystemd {machine['libsystemd']}, dbus-java"
@@ -180,9 +180,10 @@ def document(results):
         "",
         *table(peers_head, peer_rows(results, "hosts", HOSTS_PEERS)),
         "",
-        "The bridge and the floor read a compressed block from a file, free it and decompress it,"
-        " as blocks of more than 2048 bytes have to be compressed. The peers get the text as it"
-        " is, but for the last one.",
+        "The bridge and the floor read a compressed block, free it and decompress it, as blocks of"
+        " more than 2048 bytes have to be compressed. On the host platform a block is a file, here"
+        f" in `{results['run']['folder']}` ({results['run']['file_system']}). The peers get the text"
+        " as it is, but for the last one.",
         "",
         "## 500 forward rules",
         "",
