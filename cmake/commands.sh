@@ -9,6 +9,8 @@ kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format python3-clang"
 kLintPackages="git clang-tidy cppcheck"
 kClangPackages="clang libclang-rt-dev llvm"
+kBenchPackages="libgtest-dev libbenchmark-dev libsystemd-dev dbus-daemon libdbus-java zlib1g-dev
+    libunixsocket-java valgrind python3 python3-matplotlib"
 kArmPackages="musl g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.
