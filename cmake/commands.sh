@@ -2,13 +2,15 @@
 # the one way to build a preset. Sourced by bash in the project's root folder; everything that it
 # prints goes to standard error, which leaves standard output to the caller.
 
-kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev zlib1g-dev libcli11-dev
+kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev liblz4-dev libxxhash-dev libcli11-dev
     openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java
     bnd libfelix-framework-java"
 kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
 kFormatPackages="git clang-format python3-clang"
 kLintPackages="git clang-tidy cppcheck"
 kClangPackages="clang libclang-rt-dev llvm"
+kBenchPackages="libgtest-dev libbenchmark-dev libsystemd-dev dbus-daemon libdbus-java zlib1g-dev
+    libunixsocket-java valgrind python3 python3-matplotlib"
 kArmPackages="musl g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.

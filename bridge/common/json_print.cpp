@@ -4,23 +4,19 @@
 #include <stdint.h>
 #include <string.h>
 
+#include "common/json_text.h"
+
 namespace wap {
 namespace {
 
-/// One byte of a string: json-c escapes control characters, the quote, the backslash and the slash.
 size_t CharLength(char cChar) {
-    switch (cChar) {
-        case '\b':
-        case '\n':
-        case '\r':
-        case '\t':
-        case '\f':
-        case '"':
-        case '\\':
-        case '/':
-            return 2;
+    switch (JsonEscape(cChar)) {
+        case '\0':
+            return 1;
+        case 'u':
+            return strlen("\\u0000");
         default:
-            return static_cast<unsigned char>(cChar) < ' ' ? strlen("\\u0000") : 1;
+            return 2;
     }
 }
 

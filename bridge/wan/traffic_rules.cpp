@@ -5,6 +5,7 @@
 #include "common/bulk_text.h"
 #include "common/fields.h"
 #include "common/jni_common.h"
+#include "common/json_text.h"
 #include "common/list_answer.h"
 #include "common/owners.h"
 #include "common/report.h"
@@ -24,8 +25,8 @@ uint32_t RowSize(const RuleKind &stKind) {
 
 /// The texts of a row, each with a zero behind it that the row need not have.
 struct RowTexts {
-    const char *apcTexts[kRuleColumnsMax] = {};
-    char acBytes[kRuleRecordMax] = {};
+    const char *apcTexts[kRuleColumnsMax];
+    char acBytes[kRuleRecordMax];
 };
 
 void ReadTexts(const RuleKind &stKind, const char *pcRecord, RowTexts &stTexts) {
@@ -33,33 +34,20 @@ void ReadTexts(const RuleKind &stKind, const char *pcRecord, RowTexts &stTexts) 
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
         const RuleColumn &stColumn = stKind.pstColumns[i];
         char *pcText = stTexts.acBytes + uiAt;
-        memcpy(pcText, pcRecord + stColumn.usAt, stColumn.usSize);
+        const size_t uiLength = strnlen(pcRecord + stColumn.usAt, stColumn.usSize);
+        memcpy(pcText, pcRecord + stColumn.usAt, uiLength);
+        pcText[uiLength] = '\0';
         stTexts.apcTexts[i] = pcText;
         uiAt += stColumn.usSize + 1u;
     }
 }
 
-/// A list with one text. A text that the list refuses is recorded, and the list stays empty; null
-/// when memory runs out.
-json_object *MakeListOfOne(const char *pcText, uint32_t uiPosition) {
-    JsonValue stText(JNI_JSON_ObjNewString(pcText));
-    JsonValue stList(JNI_JSON_ObjNewArray());
-    if (!stText || !stList) {
-        return nullptr;
-    }
-    if (Recorded(WAP_SPOT, JNI_JSON_ObjArrayAdd(stList.Lend(), stText.Lend()), uiPosition) == 0) {
-        (void)stText.Release();
-    }
-    return stList.Release();
-}
-
 /// The walk through the rows of a table.
 class RuleWalk {
   public:
-    explicit RuleWalk(const RuleKind &stKind) : m_stKind(stKind) {}
+    RuleWalk(const RuleKind &stKind, JsonText &stOut) : m_stKind(stKind), m_stOut(stOut) {}
 
-    /// Appends a row. 0, or kErrFailed, recorded, when memory runs out.
-    uint32_t Append(const JsonValue &stRules, uint32_t uiPosition, const char *pcRow) {
+    void Put(uint32_t uiPosition, const char *pcRow) {
         const bool bNumbered = m_stKind.eNumber == RuleNumber::kBeforeIt;
         uint32_t uiNumber = uiPosition;
         if (bNumbered) {
@@ -70,22 +58,17 @@ class RuleWalk {
         RowTexts stTexts;
         ReadTexts(m_stKind, pcRow, stTexts);
         ReadInteger(stTexts);
-        JsonValue astLists[kRuleColumnsMax];
-        if (!MakeLists(stTexts, uiPosition, astLists)) {
-            return Recorded(WAP_SPOT, kErrFailed, uiPosition);
-        }
         m_stKind.pfnTrace(uiNumber, stTexts.apcTexts, m_uiInteger);
-        JsonItem astItems[kRuleColumnsMax + 1];
-        uint32_t uiItems = 0;
-        for (; uiItems < m_stKind.uiColumns; ++uiItems) {
-            astItems[uiItems] = ItemOf(uiItems, stTexts, astLists[uiItems]);
+        m_stOut.Put(uiPosition == 0 ? "{ " : ", { ");
+        for (uint32_t i = 0; i < m_stKind.uiColumns; ++i) {
+            PutKey(m_stKind.pstColumns[i].pcKey, i == 0);
+            PutValue(m_stKind.pstColumns[i].eType, stTexts.apcTexts[i]);
         }
         if (bNumbered) {
-            astItems[uiItems++] = {"RuleInst", uiNumber, kItemInt, kEmptyAsText};
+            PutKey("RuleInst", false);
+            m_stOut.PutInt(static_cast<int32_t>(uiNumber));
         }
-        return AppendObject(WAP_SPOT, stRules, astItems, uiItems)
-                   ? 0
-                   : Recorded(WAP_SPOT, kErrFailed, uiPosition);
+        m_stOut.Put(" }");
     }
 
   private:
@@ -97,34 +80,29 @@ class RuleWalk {
         }
     }
 
-    bool MakeLists(const RowTexts &stTexts, uint32_t uiPosition,
-                   JsonValue (&astLists)[kRuleColumnsMax]) const {
-        for (uint32_t i = 0; i < m_stKind.uiColumns; ++i) {
-            if (m_stKind.pstColumns[i].eType == RuleColumnType::kTextInList) {
-                astLists[i].Adopt(MakeListOfOne(stTexts.apcTexts[i], uiPosition));
-                if (!astLists[i]) {
-                    return false;
-                }
-            }
-        }
-        return true;
+    void PutKey(const char *pcKey, bool bFirst) {
+        m_stOut.Put(bFirst ? "\"" : ", \"");
+        m_stOut.Put(pcKey);
+        m_stOut.Put("\": ");
     }
 
-    JsonItem ItemOf(uint32_t uiColumn, const RowTexts &stTexts, JsonValue &stList) const {
-        const RuleColumn &stColumn = m_stKind.pstColumns[uiColumn];
-        switch (stColumn.eType) {
+    void PutValue(RuleColumnType eType, const char *pcText) {
+        switch (eType) {
             case RuleColumnType::kNumber:
-                return {stColumn.pcKey, m_uiInteger, kItemInt, kEmptyAsText};
+                m_stOut.PutInt(static_cast<int32_t>(m_uiInteger));
+                break;
             case RuleColumnType::kTextInList:
-                return {stColumn.pcKey, reinterpret_cast<uintptr_t>(stList.Release()), kItemObject,
-                        kEmptyAsText};
-            default:
-                return {stColumn.pcKey, reinterpret_cast<uintptr_t>(stTexts.apcTexts[uiColumn]),
-                        kItemText, kEmptyAsText};
+                m_stOut.Put("[ ");
+                m_stOut.PutText(pcText);
+                m_stOut.Put(" ]");
+                break;
+            case RuleColumnType::kText:
+                m_stOut.PutText(pcText);
         }
     }
 
     const RuleKind &m_stKind;
+    JsonText &m_stOut;
     /// Kept from row to row, deliberately: a text that tells no number is listed with the number of
     /// the row before it, which is what bundles have always been told.
     uint32_t m_uiInteger = 0;
@@ -133,32 +111,28 @@ class RuleWalk {
 /// Lists the rows of a fetched table. Results as ListRules.
 uint32_t ListRows(const RuleKind &stKind, const BulkBlock &stTable, uint32_t uiCount,
                   char **ppcText) {
-    JsonValue stRules(JNI_JSON_ObjNewArray());
-    if (!stRules) {
-        return Recorded(WAP_SPOT, kErrFailed);
-    }
     // The number is the service's word; the rows end with the block.
     const uint32_t uiFull = stTable.Length() / RowSize(stKind);
     const uint32_t uiRows = uiCount < uiFull ? uiCount : uiFull;
-    const char *pcRow = static_cast<const char *>(stTable.Lend());
-    RuleWalk stWalk(stKind);
-    for (uint32_t i = 0; i < uiRows; ++i, pcRow += RowSize(stKind)) {
-        const uint32_t uiResult = stWalk.Append(stRules, i, pcRow);
-        if (uiResult != 0) {
-            return uiResult;
-        }
-    }
     const uint64_t ulSize = (uint64_t{uiRows} + 1) * stKind.uiTextPerRow;
+    const auto uiSize = static_cast<uint32_t>(ulSize);
     PlatformBlock stText;
-    if (ulSize > kBlockMax || !stText.Make(static_cast<uint32_t>(ulSize), WAP_SPOT)) {
-        return Recorded(WAP_SPOT, kErrFailed, static_cast<uint32_t>(ulSize));
+    if (ulSize > kBlockMax || !stText.Make(uiSize, WAP_SPOT)) {
+        return Recorded(WAP_SPOT, kErrFailed, uiSize);
     }
-    const uint32_t uiResult = ComposeListInto(WAP_SPOT, stRules, static_cast<char *>(stText.Lend()),
-                                              static_cast<uint32_t>(ulSize));
-    if (uiResult == 0) {
-        *ppcText = static_cast<char *>(stText.Release());
+    JsonText stOut(static_cast<char *>(stText.Lend()), uiSize);
+    stOut.Put("{ \"Result\": 0, \"List\": [ ");
+    const char *pcRow = static_cast<const char *>(stTable.Lend());
+    RuleWalk stWalk(stKind, stOut);
+    for (uint32_t i = 0; i < uiRows; ++i, pcRow += RowSize(stKind)) {
+        stWalk.Put(i, pcRow);
     }
-    return uiResult;
+    stOut.Put(uiRows == 0 ? "] }" : " ] }");
+    if (!stOut.Finish()) {
+        return Recorded(WAP_SPOT, 1, uiSize, static_cast<uint32_t>(stOut.Length()));
+    }
+    *ppcText = static_cast<char *>(stText.Release());
+    return 0;
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ uint32_t DeleteRule(const RuleKind &stKind, uint32_t uiRuleInst);
  * Lists the rules of a kind.
  * @param ppcText receives the answer, released with VT_OS_MemFreeD by the caller; success only
  * @return 0; recorded: the code of a table that can't be read; 1 when the answer does not fit its
- *         room or can't be printed; kErrFailed for everything else
+ *         room; kErrFailed for everything else
  */
 uint32_t ListRules(const RuleKind &stKind, char **ppcText);
 

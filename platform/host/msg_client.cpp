@@ -6,6 +6,7 @@
 #include <sys/time.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <new>
 
@@ -14,6 +15,9 @@
 namespace wap::host {
 namespace {
 
+/** Counts the processes from the first one to this one: asking for its id would cost a call. */
+std::atomic<uint32_t> g_uiForks{0};
+
 /** One thread's connections. Few receivers exist, so a short array is all it takes. */
 class Connections {
   public:
@@ -21,6 +25,7 @@ class Connections {
         char acName[VT_MSG_NAME_SIZE] = {};
         Fd stSocket;
         uint32_t uiSerial = 0;
+        int64_t iPatience = 0; /**< how long the socket waits for a packet, in milliseconds */
     };
 
     /** @return this thread's place for the receiver, connected or not; null without memory. */
@@ -31,7 +36,7 @@ class Connections {
 
     Line astLines[kLines];
     size_t uiNext = 0; /**< the line to give up when all are taken */
-    pid_t iPid = getpid();
+    uint32_t uiMadeIn = g_uiForks.load(std::memory_order_relaxed);
 };
 
 pthread_key_t g_stKey;
@@ -39,9 +44,10 @@ pthread_once_t g_stKeyOnce = PTHREAD_ONCE_INIT;
 bool g_bKeyMade = false;
 
 void MakeKey() {
-    g_bKeyMade = pthread_key_create(&g_stKey, [](void *pvMine) {
-                     delete static_cast<Connections *>(pvMine);
-                 }) == 0;
+    g_bKeyMade =
+        pthread_key_create(&g_stKey,
+                           [](void *pvMine) { delete static_cast<Connections *>(pvMine); }) == 0 &&
+        pthread_atfork(nullptr, nullptr, [] { g_uiForks.fetch_add(1); }) == 0;
 }
 
 Connections::Line *Connections::Find(const char *pcName) {
@@ -50,7 +56,7 @@ Connections::Line *Connections::Find(const char *pcName) {
         return nullptr;
     }
     Connections *pstMine = static_cast<Connections *>(pthread_getspecific(g_stKey));
-    if (pstMine != nullptr && pstMine->iPid != getpid()) {
+    if (pstMine != nullptr && pstMine->uiMadeIn != g_uiForks.load(std::memory_order_relaxed)) {
         // After a fork both processes would read the same replies; the child lets go.
         delete pstMine;
         pstMine = nullptr;
@@ -118,6 +124,7 @@ uint32_t Connect(Connections::Line &stLine, const Deadline &stDeadline) {
         return VT_HOST_ERR_NO_RECEIVER;
     }
     stLine.stSocket = std::move(stSocket);
+    stLine.iPatience = 0;
     return 0;
 }
 
@@ -142,15 +149,37 @@ uint32_t Send(Connections::Line &stLine, const RequestFrame &stFrame, const void
     }
 }
 
-uint32_t Receive(const Connections::Line &stLine, const RequestFrame &stFrame, void *pvRsp,
-                 const Deadline &stDeadline, ReplyFrame &stReply) {
+/**
+ * Has the socket wait as long as the deadline says. Most callers always wait alike and are answered
+ * at once: what they wait for the first time is then what the socket waits already.
+ * @return the flag of a receiving that does not wait, when nothing is left
+ */
+int Wait(Connections::Line &stLine, uint32_t uiTimeoutMs, const Deadline &stDeadline) {
+    const int64_t iLeft = (stDeadline.Left() + 999999) / 1000000;
+    if (iLeft == 0) {
+        return MSG_DONTWAIT;
+    }
+    const int64_t iPatience = iLeft + 1 >= uiTimeoutMs ? uiTimeoutMs : iLeft;
+    if (iPatience != stLine.iPatience) {
+        timeval stWait{};
+        stWait.tv_sec = static_cast<time_t>(iPatience / 1000);
+        stWait.tv_usec = static_cast<decltype(stWait.tv_usec)>(iPatience % 1000 * 1000);
+        setsockopt(stLine.stSocket.Get(), SOL_SOCKET, SO_RCVTIMEO, &stWait, sizeof stWait);
+        stLine.iPatience = iPatience;
+    }
+    return 0;
+}
+
+uint32_t Receive(Connections::Line &stLine, const RequestFrame &stFrame, void *pvRsp,
+                 uint32_t uiTimeoutMs, const Deadline &stDeadline, ReplyFrame &stReply) {
     for (;;) {
-        if (!stDeadline.WaitFor(stLine.stSocket.Get(), POLLIN)) {
-            return VT_HOST_ERR_TIMEOUT;
-        }
-        ssize_t iGot = ReceiveParts(stLine.stSocket.Get(), &stReply, sizeof stReply, pvRsp,
-                                    stFrame.uiRspCap, MSG_DONTWAIT);
-        if (iGot < 0 && errno == EAGAIN) {
+        const int iFlags = Wait(stLine, uiTimeoutMs, stDeadline);
+        ssize_t iGot = ReceivePartsOnce(stLine.stSocket.Get(), &stReply, sizeof stReply, pvRsp,
+                                        stFrame.uiRspCap, iFlags);
+        if (iGot < 0 && (errno == EINTR || errno == EAGAIN)) {
+            if (errno == EAGAIN && stDeadline.Left() == 0) {
+                return VT_HOST_ERR_TIMEOUT;
+            }
             continue;
         }
         bool bWhole = iGot >= static_cast<ssize_t>(sizeof stReply) &&
@@ -183,7 +212,7 @@ uint32_t Exchange(const char *pcReceiver, RequestFrame &stFrame, const void *pvR
     }
     ReplyFrame stReply{};
     if (uiStatus == 0) {
-        uiStatus = Receive(*pstLine, stFrame, pvRsp, stDeadline, stReply);
+        uiStatus = Receive(*pstLine, stFrame, pvRsp, uiTimeoutMs, stDeadline, stReply);
     }
     if (uiStatus != 0) {
         // A reply that comes late after all must not be taken for the next call's.

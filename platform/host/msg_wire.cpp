@@ -73,17 +73,23 @@ ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvDa
     return iSent;
 }
 
-ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
-                     int iFlags) {
+ssize_t ReceivePartsOnce(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
+                         int iFlags) {
     TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
-    ssize_t iGot = 0;
-    do {
-        iGot = recvmsg(iFd, &stParts.stMessage, iFlags | MSG_CMSG_CLOEXEC);
-    } while (iGot < 0 && errno == EINTR);
+    const ssize_t iGot = recvmsg(iFd, &stParts.stMessage, iFlags | MSG_CMSG_CLOEXEC);
     if (iGot >= 0 && (stParts.stMessage.msg_flags & MSG_TRUNC) != 0) {
         errno = EMSGSIZE;
         return -1;
     }
+    return iGot;
+}
+
+ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
+                     int iFlags) {
+    ssize_t iGot = 0;
+    do {
+        iGot = ReceivePartsOnce(iFd, pvFrame, uiFrame, pvData, uiData, iFlags);
+    } while (iGot < 0 && errno == EINTR);
     return iGot;
 }
 

@@ -70,6 +70,10 @@ ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvDa
 ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
                      int iFlags);
 
+/** The same, but -1 with EINTR when a signal came. */
+ssize_t ReceivePartsOnce(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
+                         int iFlags);
+
 /** Starts a thread that no signal handler of the program runs on. */
 bool StartServiceThread(pthread_t &stThread, void *(*pfnEntry)(void *), void *pvArg);
 

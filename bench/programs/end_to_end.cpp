@@ -1,0 +1,103 @@
+// Calls from Java to a process of the gateway and back, beside other ways to ask another process.
+// All that takes part is kept on one processor.
+#include <map>
+#include <memory>
+#include <string>
+
+#include "common/measure.h"
+#include "common/ready_answers.h"
+#include "peers/dbus.h"
+#include "peers/gateway.h"
+#include "peers/sockets.h"
+
+using namespace wap::bench;
+
+namespace {
+
+constexpr char kPurpose[] =
+    "Measures calls from Java to a process of the gateway, and what the same takes by other ways:\n"
+    "  bridge                 the library under test\n"
+    "  floor                  plain C with the same conversions and the same request\n"
+    "  ping_pong              packets of the same sizes, in C, and nothing else\n"
+    "  sd_bus                 D-Bus through a daemon, in C (libsystemd)\n"
+    "  dbus_java              D-Bus through a daemon, by the Java library\n"
+    "  sockets_java           a SocketChannel of plain Java to a server in C\n"
+    "  sockets_java_deflated  the same for a text that is compressed as a bulk block is\n"
+    "All processes are kept on one processor. The benchmarks are called PEER/WORK.";
+
+struct NamedWork {
+    Work eWork;
+    const char *pcName;
+    size_t uiBatch;
+};
+constexpr NamedWork kWorks[] = {{Work::kUpTime, "up_time", 256},
+                                {Work::kMac, "mac", 256},
+                                {Work::kWanStatus, "wan_status", 256},
+                                {Work::kHosts, "hosts", 16}};
+
+/// What there is for the peers to call.
+struct Ends {
+    std::map<Work, std::shared_ptr<PingPong>> mapPingPongs;
+    std::string acStreams;  ///< the socket's path
+    std::string acBus;      ///< the daemon's address
+};
+
+Ends StartProcesses(Surroundings &stAround) {
+    Ends stEnds;
+    (void)StartGateway(stAround.stChildren);
+    for (const NamedWork &stWork : kWorks) {
+        stEnds.mapPingPongs[stWork.eWork] =
+            std::make_shared<PingPong>(stAround.stChildren, stWork.eWork);
+    }
+    stEnds.acStreams = stAround.stFolder.PathOf("streams");
+    StartStreamServer(stAround.stChildren, stEnds.acStreams);
+    stEnds.acBus = StartBus(stAround.stChildren, stAround.stFolder.PathOf("bus"));
+    return stEnds;
+}
+
+void RegisterPeer(Surroundings &stAround, const std::string &acPeer, const NamedWork &stWork,
+                  const std::string &acAddress = "") {
+    RegisterJava(stAround, acPeer + "/" + stWork.pcName, stWork.uiBatch,
+                 stAround.pstJava->Prepare(acPeer, stWork.pcName, acAddress),
+                 AnswerText(stWork.eWork));
+}
+
+void RegisterBus(const std::shared_ptr<BusClient> &pstBus, const NamedWork &stWork) {
+    const Work eWork = stWork.eWork;
+    const std::string acName = std::string("sd_bus/") + stWork.pcName;
+    pstBus->Once(eWork);
+    CheckAnswer(acName, pstBus->Answer(), AnswerText(eWork));
+    Register(acName, stWork.uiBatch, Timing([pstBus, eWork] { pstBus->Once(eWork); }));
+}
+
+void RegisterPingPong(const std::shared_ptr<PingPong> &pstPingPong, const NamedWork &stWork) {
+    const std::string acName = std::string("ping_pong/") + stWork.pcName;
+    pstPingPong->Once();
+    CheckAnswer(acName, std::to_string(pstPingPong->Received()),
+                std::to_string(ReplyPacketSize(stWork.eWork)));
+    Register(acName, stWork.uiBatch, Timing([pstPingPong] { pstPingPong->Once(); }));
+}
+
+void SetUp(Surroundings &stAround) {
+    stAround.StayOnOneCpu();
+    const Ends stEnds = StartProcesses(stAround);
+    const auto pstBus = std::make_shared<BusClient>(stEnds.acBus);
+    stAround.StartJava();
+    for (const NamedWork &stWork : kWorks) {
+        RegisterPeer(stAround, "bridge", stWork);
+        RegisterPeer(stAround, "floor", stWork);
+        RegisterPingPong(stEnds.mapPingPongs.at(stWork.eWork), stWork);
+        RegisterBus(pstBus, stWork);
+        RegisterPeer(stAround, "dbus_java", stWork, stEnds.acBus);
+        RegisterPeer(stAround, "sockets_java", stWork, stEnds.acStreams);
+        if (stWork.eWork == Work::kHosts) {
+            RegisterPeer(stAround, "sockets_java_deflated", stWork, stEnds.acStreams);
+        }
+    }
+}
+
+}  // namespace
+
+int main(int iArgCount, char **ppcArgs) {
+    return RunProgram(iArgCount, ppcArgs, kPurpose, SetUp);
+}
