@@ -16,10 +16,13 @@ int main(int iCount, char **ppcWords) {
         return 2;
     }
     const long long llBegin = Now();
-    if (dlopen(ppcWords[1], RTLD_NOW | RTLD_LOCAL) == NULL) {
+    void *pvLibrary = dlopen(ppcWords[1], RTLD_NOW | RTLD_LOCAL);
+    const long long llEnd = Now();
+    if (pvLibrary == NULL) {
         (void)fprintf(stderr, "load_time: %s\n", dlerror());
         return 1;
     }
-    (void)printf("%lld\n", Now() - llBegin);
+    (void)printf("%lld\n", llEnd - llBegin);
+    (void)dlclose(pvLibrary);
     return 0;
 }
