@@ -61,7 +61,7 @@ struct AccountsRequest {
 };
 static_assert(sizeof(AccountsRequest) == 4);
 
-/// The start of the reply to a count; the room for it is larger.
+/// Reply to a count; only the first word says something.
 struct AccountCount {
     uint32_t uiCount;
     uint8_t aucUnused[1016];
@@ -127,7 +127,7 @@ struct AccountDelete {
 };
 static_assert(sizeof(AccountDelete) == 257);
 
-/// Reply of kRpcGetHttpRight. The text should end with a zero; read it as if it might not.
+/// Reply of kRpcGetHttpRight. The method fails on a text without a zero.
 struct HttpRightReply {
     char acText[kHttpRightSize];
 };

@@ -42,7 +42,8 @@ static_assert(offsetof(DeviceInfoReply, acFirmwareVer) == 205);
 static_assert(offsetof(DeviceInfoReply, acMainChipClass) == 270);
 static_assert(sizeof(DeviceInfoReply) == 336);
 
-/// Reply of kRpcGetDeviceMac: the MAC address as text, for example "02:A1:B2:00:00:01".
+/// Reply of kRpcGetDeviceMac: the MAC address as text, for example "02:A1:B2:00:00:01". The
+/// method fails on a text without a zero.
 struct DeviceMacReply {
     char acMac[18];
 };
@@ -60,7 +61,8 @@ struct DevicePasswordReply {
 };
 static_assert(sizeof(DevicePasswordReply) == 64);
 
-/// Reply of kRpcGetDeviceDefaults: the factory credentials.
+/// Reply of kRpcGetDeviceDefaults: the factory credentials. The methods fail on a text
+/// without a zero.
 struct DeviceDefaultsReply {
     char acSsid1Name[32];
     char acSsid1Password[32];  ///< @secret
@@ -74,8 +76,8 @@ static_assert(sizeof(DeviceDefaultsReply) == 192);
 /// Reply of kRpcGetDeviceIdentity. Only the OUI and the serial number are used.
 struct DeviceIdentityReply {
     char acUnused[65];
-    char acManufacturerOui[72];
-    char acSerialNumber[128];
+    char acManufacturerOui[72];  ///< the method fails on more than 6 bytes
+    char acSerialNumber[128];    ///< the method fails on a text without a zero
 };
 static_assert(offsetof(DeviceIdentityReply, acManufacturerOui) == 65);
 static_assert(offsetof(DeviceIdentityReply, acSerialNumber) == 137);

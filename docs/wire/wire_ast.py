@@ -1,8 +1,9 @@
 """Reads the bridge's sources with libclang and keeps what tells how it sends requests.
 
 What comes out is plain data, so that several processes can read sources beside each other: for each
-function its parameters and calls, for each constant its initialiser, each as an expression. An
-expression is a tuple whose first word says what it is:
+function its parameters and calls, for each constant its initialiser, each as an expression. A call is
+a tuple of what is called, the arguments, and the conditions that it is under: ((expression, whether
+it must hold), ...). An expression is a tuple whose first word says what it is:
 
     ("func", key)                  a function
     ("var", type, key)             a variable or parameter
@@ -12,7 +13,7 @@ expression is a tuple whose first word says what it is:
     ("index", type, expression, expression)      an element
     ("addr", expression) ("deref", type, expression)
     ("cond", condition, expression, expression)
-    ("equal", expression, expression)
+    ("compare", "==" or "!=", expression, expression)
     ("cast", type, expression)
     ("call", type, key)            what a function returned
     ("obj", type)                  anything else of that type
@@ -49,6 +50,7 @@ _LEAVES = (CursorKind.DECL_REF_EXPR, CursorKind.INTEGER_LITERAL, CursorKind.STRI
            CursorKind.TEMPLATE_REF, CursorKind.MEMBER_REF)
 _FUNCTIONS = (CursorKind.FUNCTION_DECL, CursorKind.CXX_METHOD, CursorKind.CONSTRUCTOR,
               CursorKind.CONVERSION_FUNCTION)
+_BRANCHES = (CursorKind.IF_STMT, CursorKind.CONDITIONAL_OPERATOR)
 _SCOPES = (CursorKind.NAMESPACE, CursorKind.LINKAGE_SPEC, CursorKind.UNEXPOSED_DECL)
 
 
@@ -103,6 +105,16 @@ def _parts(cursor):
     return [child for child in cursor.get_children() if not child.kind.is_reference()]
 
 
+def _returns(statement):
+    """Whether a statement ends with a return."""
+    while statement.kind == CursorKind.COMPOUND_STMT:
+        parts = list(statement.get_children())
+        if not parts:
+            return False
+        statement = parts[-1]
+    return statement.kind == CursorKind.RETURN_STMT
+
+
 class _Reader:
     """Reads the functions of one source, and those of headers that it calls."""
 
@@ -148,14 +160,35 @@ class _Reader:
             self.unit.functions[key] = Function(
                 cursor.spelling, tuple(p.get_usr() for p in cursor.get_arguments()), tuple(calls))
 
-    def walk(self, cursor, calls):
+    def walk(self, cursor, calls, conditions=()):
+        if cursor.kind in _BRANCHES:
+            branches = self.branches(cursor)
+            for part, choice in branches:
+                self.visit(part, calls, conditions + choice)
+            return
         for child in cursor.get_children():
-            if child.kind == CursorKind.CALL_EXPR:
-                self.call(child, calls)
-            elif child.kind == CursorKind.CXX_FOR_RANGE_STMT:
-                self.loop(child)
-            if child.kind not in _LEAVES:
-                self.walk(child, calls)
+            self.visit(child, calls, conditions)
+            if child.kind == CursorKind.IF_STMT:
+                # Behind a branch that returns, the other one was taken.
+                for part, choice in self.branches(child):
+                    if choice and _returns(part):
+                        conditions += ((choice[0][0], not choice[0][1]),)
+
+    def visit(self, cursor, calls, conditions):
+        if cursor.kind == CursorKind.CALL_EXPR:
+            self.call(cursor, calls, conditions)
+        elif cursor.kind == CursorKind.CXX_FOR_RANGE_STMT:
+            self.loop(cursor)
+        if cursor.kind not in _LEAVES:
+            self.walk(cursor, calls, conditions)
+
+    def branches(self, cursor):
+        """The parts of a branching, each with the condition that it is under: () or one."""
+        parts = _parts(cursor)
+        if len(parts) not in (2, 3) or not parts[0].kind.is_expression():
+            return [(part, ()) for part in parts]  # with a declaration in its head
+        condition = self.expression(parts[0])
+        return [(part, ((condition, i == 1),) if i else ()) for i, part in enumerate(parts)]
 
     def loop(self, cursor):
         """Notes that a loop's variable is an element of what it goes through."""
@@ -168,7 +201,7 @@ class _Reader:
             self.unit.variables[key] = ("index", type_name(elements[0].type),
                                         self.expression(ranges[0]), ("obj", "?"))
 
-    def call(self, cursor, calls):
+    def call(self, cursor, calls, conditions):
         target = cursor.referenced
         if target is not None and target.kind in _FUNCTIONS:
             if target.spelling == "operator()":
@@ -178,7 +211,7 @@ class _Reader:
             parts = _parts(cursor)
             callee = self.expression(parts[0]) if parts else ("obj", "?")
         calls.append((callee, tuple(self.expression(a) for a in cursor.get_arguments()
-                                    if a is not None)))
+                                    if a is not None), conditions))
 
     def variable(self, cursor):
         key = cursor.get_usr() if cursor.linkage == LinkageKind.NO_LINKAGE else self.key(cursor)
@@ -245,12 +278,12 @@ class _Reader:
         return self.number(cursor)
 
     def comparison(self, cursor, parts):
-        """Only == is looked at: libclang does not tell one operator from another, but shows where
-        the operands end."""
+        """Only == and != are looked at: libclang does not tell one operator from another, but shows
+        where the operands end."""
         start, end = parts[0].extent.end.offset, parts[1].extent.start.offset
         for token in cursor.get_tokens():
-            if token.spelling == "==" and start <= token.extent.start.offset < end:
-                return ("equal", self.expression(parts[0]), self.expression(parts[1]))
+            if token.spelling in ("==", "!=") and start <= token.extent.start.offset < end:
+                return ("compare", token.spelling, *(self.expression(part) for part in parts))
         return self.number(cursor)
 
     def initialisers(self, cursor, parts):

@@ -1,10 +1,9 @@
 """Follows the bridge's calls from the native methods down to the two functions that send.
 
 Arguments are worked out on the way: a route that comes as an argument is known where it is used,
-and so is the record behind a pointer to void. Statements are not decided: both branches are taken,
-and each element of a table unless its index is known; of an expression with a condition one side
-is, when the condition compares numbers that are known. What is found is what a method can send, not
-what it always does.
+and so is the record behind a pointer to void. Of a branching one side is taken when its condition
+compares numbers that are known, else both; and each element of a table unless its index is known.
+What is found is what a method can send, not what it always does.
 
 A value is a tuple: ("func", key), ("int", number), ("str", text), ("null",), ("init", type,
 ((field, values), ...)), ("ptr", value), ("call", type, key) or ("obj", type).
@@ -39,7 +38,7 @@ class Calls:
     def callers_of(self, prefix):
         """The names of the functions that call one directly."""
         return {function.name for function in self.functions.values()
-                for callee, _ in function.calls
+                for callee, *_ in function.calls
                 if callee[0] == "func" and callee[1].startswith(prefix)}
 
     def sent_by(self, key, arguments=()):
@@ -54,7 +53,9 @@ class Calls:
         # Parameters that the caller does not give are unknown.
         scope = dict(zip(function.params, arguments))
         found = set()
-        for callee, given in function.calls:
+        for callee, given, conditions in function.calls:
+            if any(self.truth(c, scope) is (not wanted) for c, wanted in conditions):
+                continue
             values = tuple(self.values(g, scope) for g in given)
             for target in self.values(callee, scope):
                 if target[0] == "func":
@@ -79,6 +80,11 @@ class Calls:
                     found |= self.sent_by(value[1])
         return found
 
+    def truth(self, condition, scope):
+        """Whether a condition holds, or None when that is not known."""
+        values = self.values(condition, scope)
+        return bool(values[0][1]) if len(values) == 1 and values[0][0] == "int" else None
+
     def values(self, expression, scope):
         """What an expression can be, with the parameters that the scope gives."""
         found = dict.fromkeys(self.each_value(expression, scope))
@@ -91,15 +97,16 @@ class Calls:
         elif kind == "var":
             yield from self.variable(expression, scope)
         elif kind == "cond":
-            conditions = self.values(expression[1], scope)
-            if conditions != (("int", 0),):
+            holds = self.truth(expression[1], scope)
+            if holds is not False:
                 yield from self.each_value(expression[2], scope)
-            if conditions != (("int", 1),):
+            if holds is not True:
                 yield from self.each_value(expression[3], scope)
-        elif kind == "equal":
-            left, right = (self.values(part, scope) for part in expression[1:])
+        elif kind == "compare":
+            left, right = (self.values(part, scope) for part in expression[2:])
             known = len(left) == len(right) == 1 and left[0][0] == right[0][0] == "int"
-            yield ("int", int(left == right)) if known else ("obj", "bool")
+            equal = int((left == right) == (expression[1] == "=="))
+            yield ("int", equal) if known else ("obj", "bool")
         elif kind == "init":
             yield ("init", expression[1],
                    tuple((field, self.values(value, scope)) for field, value in expression[2]))

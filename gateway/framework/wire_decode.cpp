@@ -80,6 +80,12 @@ JsonValue MakeText(std::string_view sText) {
     return Checked(json_object_new_string_len(sText.data(), static_cast<int>(sText.size())));
 }
 
+/// How many rows the word before a descriptor counts; 0 where none is.
+uint64_t RowsCounted(const WireContent &stContent, std::string_view sBytes) {
+    const uint32_t uiDescriptor = DescriptorOffset(stContent).value_or(0);
+    return uiDescriptor < 4 ? 0 : Unsigned(Part(sBytes, uiDescriptor - 4, 4));
+}
+
 JsonValue MakeSecret(std::string_view sBytes) {
     return MakeText(IsZero(sBytes) ? "" : kSecretShown);
 }
@@ -251,6 +257,21 @@ JsonValue DecodeContent(const WireContent &stContent, std::string_view sBytes) {
             break;
     }
     return stOut;
+}
+
+JsonValue DecodeBlock(const WireRpc &stRpc, std::string_view sOwner, std::string_view sBlock) {
+    if (stRpc.stBlock.eJoin == WireJoin::kEither) {
+        const uint64_t ulRows = RowsCounted(
+            stRpc.eBlockSide == WireSide::kRequest ? stRpc.stRequest : stRpc.stReply, sOwner);
+        for (const WirePart &stPart : stRpc.stBlock.astParts) {
+            if (stPart.eForm == WireForm::kRows && ulRows * stPart.uiSize == sBlock.size()) {
+                JsonValue stOut = MakeObject();
+                DecodePart(stPart, sBlock, stOut.get());
+                return stOut;
+            }
+        }
+    }
+    return DecodeContent(stRpc.stBlock, sBlock);
 }
 
 }  // namespace wap::gateway

@@ -39,6 +39,13 @@ JsonValue DecodeRecord(const WireRecord &stRecord, std::string_view sBytes);
  */
 JsonValue DecodeContent(const WireContent &stContent, std::string_view sBytes);
 
+/**
+ * Reads what a bulk block holds, as DecodeContent does. Where it may hold rows of two kinds, and
+ * its length is right for both, how many there are tells which they are.
+ * @param sOwner the request or the reply that names the block, which counts them
+ */
+JsonValue DecodeBlock(const WireRpc &stRpc, std::string_view sOwner, std::string_view sBlock);
+
 /// A text as it can be shown: up to its first zero, and as above.
 std::string ReadableText(std::string_view sBytes);
 

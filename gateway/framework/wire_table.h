@@ -59,7 +59,7 @@ struct WirePart {
 
 enum class WireJoin : uint8_t {
     kAlone,   ///< the first part and no other
-    kEither,  ///< one of the two; the length tells which
+    kEither,  ///< one of the two; the length tells which, and of a block also the rows' number
     kBoth,    ///< one behind the other
 };
 

@@ -168,7 +168,7 @@ uint32_t VT_OS_MutexUnLock(void *pvMutex);
 
 /** Names a block of bulk data inside a request or a reply. */
 typedef struct VDataDesc {
-    uint32_t uiDataID;        /**< the block's id, never 0 */
+    uint32_t uiDataID;        /**< the block's id; 0 for no block, where a reply counts nothing */
     uint32_t uiOriginalLen;   /**< length of the data before compression */
     uint32_t uiCompressedLen; /**< length of what the block holds */
 } VDataDesc;
@@ -181,7 +181,7 @@ static_assert(offsetof(VDataDesc, uiCompressedLen) == 8, "compressed length");
  * Makes a zero-filled block that every process of the gateway can reach by its id. It lives
  * until it is freed, beyond the end of the process that made it.
  * @param uiSize  its size, at least 1; the host library takes up to 16 MiB
- * @param pstDesc receives the id in uiDataID; the two lengths stay as they are
+ * @param pstDesc receives the id in uiDataID, never 0; the two lengths stay as they are
  */
 uint32_t VT_VDATA_CreShm(uint32_t uiSize, VDataDesc *pstDesc);
 

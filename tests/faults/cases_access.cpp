@@ -160,6 +160,8 @@ std::vector<CaseRow> RightsCases() {
          TextAnswerOf("{ \"Result\": -1 }"), Answering(kSambaCount, {0, Word(0xFFFFFFFF)})},
         {WAP_ENTRY(DeviceAccessRightQuery, getSambaRightInfo), "refused",
          TextAnswerOf("{ \"Result\": -1 }"), Answering(0x4720903D, {7, ""})},
+        {WAP_ENTRY(DeviceAccessRightQuery, getHTTPRightInfo), "empty", NullAnswer(),
+         Answering(0x47209042, {0, std::string(256, '\0')})},
         {WAP_ENTRY(DeviceAccessRightConfig, setFTPRight, Number(0), Number(0)), "off", stDone},
         {WAP_ENTRY(DeviceAccessRightConfig, setFTPRight, Number(4), Number(0)), "no_right",
          stRefused},

@@ -73,6 +73,12 @@ std::vector<CaseRow> DeviceCases() {
          WithSecret(0x47209037, Defaults(64, kWidePassword), kWidePassword)},
         {WAP_ENTRY(DeviceSecretInfoQuery, getDeviceDefaultSSID1Name), "empty", NullAnswer(),
          Answering(0x47209037, {0, std::string(192, '\0')})},
+        {WAP_ENTRY(DeviceSecretInfoQuery, getDeviceDefaultSSID1Password), "empty", NullAnswer(),
+         Answering(0x47209037, {0, std::string(192, '\0')})},
+        {WAP_ENTRY(DeviceSecretInfoQuery, getDevicePassword), "empty", NullAnswer(),
+         Answering(0x47209050, {0, std::string(64, '\0')})},
+        {WAP_ENTRY(DeviceSecretInfoQuery, getDeviceManufacturerOUI), "empty", NullAnswer(),
+         Answering(0x4720136A, {0, std::string(265, '\0')})},
         {WAP_ENTRY(DeviceSecretInfoQuery, getDeviceManufacturerOUI), "too_long",
          TextAnswerOf("{ \"Result\": -1 }"), Answering(0x4720136A, {0, std::string(265, 'x')})},
     };

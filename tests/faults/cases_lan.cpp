@@ -30,6 +30,11 @@ std::function<void(World &)> ManyHosts(uint32_t uiRpcId) {
     return Answering(uiRpcId, {0, kManyHostsText + '\0', true});
 }
 
+/// The process writes an empty text.
+std::function<void(World &)> NoHosts(uint32_t uiRpcId) {
+    return Answering(uiRpcId, {0, std::string(1, '\0'), true});
+}
+
 constexpr const char16_t *kMac = u"02:00:00:00:00:01";
 
 std::string SwitchedOff(std::string sDhcp) {
@@ -144,6 +149,16 @@ std::vector<CaseRow> LanCases() {
          TextAnswerOf(kManyHostsText), ManyHosts(0x471030B4)},
         {WAP_ENTRY(LANHostsInfoQuery, getLANHostStats, Texts({kMac, std::nullopt})), "null_element",
          stFault},
+        {WAP_ENTRY(LANHostsInfoQuery, getLANHostInfoByMAC, NoTexts()), "empty", NullAnswer(),
+         NoHosts(0x471030B1)},
+        {WAP_ENTRY(LANHostsInfoQuery, getLANHostInfoByInterface, Text(u"LAN1")), "empty",
+         NullAnswer(), NoHosts(0x471030B3)},
+        {WAP_ENTRY(LANHostsInfoQuery, getLANHostInfoByClass, Text(u"TABLET")), "empty",
+         NullAnswer(), NoHosts(0x471030B2)},
+        {WAP_ENTRY(LANHostsInfoQuery, getLANHostStats, fnOneMac), "empty", NullAnswer(),
+         NoHosts(0x471030B4)},
+        {WAP_ENTRY(LanHostSpeedQuery, getLANHostSpeed, Text(kMac)), "empty", NullAnswer(),
+         Answering(0x471030B0, {0, ""})},
         {WAP_ENTRY(LanHostSpeedQuery, getLANHostSpeed, NoText()), "no_host", stFault},
         {WAP_ENTRY(LanNetworkNameConfig, setGatewayName, NoText()), "no_name", stRefused},
         {WAP_ENTRY(LanNetworkNameConfig, setLANHostName, Text(kMac), NoText()), "no_name",

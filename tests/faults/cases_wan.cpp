@@ -150,6 +150,12 @@ std::vector<CaseRow> UsbCases() {
     return {
         {WAP_USB_ENTRY(usbRegister, NoText(), Number(1)), "no_plugin", stFailed},
         {WAP_USB_ENTRY(usbUnregister, NoText()), "no_plugin", stFailed},
+        {WAP_USB_ENTRY(usbRegister, Text(u"com.example.meter"), Number(1)), "busy", stBusy,
+         Answering(0x47103041, {0xF710403D, ""})},
+        {WAP_USB_ENTRY(usbUnregister, Text(u"com.example.meter")), "busy", stBusy,
+         Answering(0x47103042, {0xF710403D, ""})},
+        {WAP_USB_ENTRY(usbUnlock, Number(3)), "busy", stBusy,
+         Answering(0x47103044, {0xF710403D, ""})},
         {WAP_USB_ENTRY(usbLock, Number(3)), "busy", stBusy,
          Answering(0x47103043, {0xF710403D, ""})},
         {WAP_USB_ENTRY(usbUnlock, Number(-1)), "refused", stFailed, Answering(0x47103044, {5, ""})},

@@ -136,14 +136,44 @@ TEST(WireDecodeTest, TellsAlternativesApartByTheirLength) {
     EXPECT_EQ(Shown(stHosts, Field("02:00:00:00:00:01", 32) + Field("02:00:00:00:00:02", 32)),
               R"({"rows":[{"acMac":"02:00:00:00:00:01"},{"acMac":"02:00:00:00:00:02"}]})");
     EXPECT_EQ(Shown(stHosts, "odd"), R"({"rows":[],"bytesExtra":3})");
-    // Rows of 112 or of 220 bytes; where both would do, the first of them.
-    const auto fnRows = [](size_t uiBytes) {
-        const JsonValue stRoutes =
-            DecodeContent(Rpc(kGetCurrentRoutes).stBlock, std::string(uiBytes, '\0'));
-        return Elements(FindMember(stRoutes.get(), "rows")).size();
+}
+
+TEST(WireDecodeTest, TellsRowsOfABlockApartByHowManyTheReplyCounts) {
+    const WireRpc &stRoutes = Rpc(kGetCurrentRoutes);
+    // "2 Ipv4", or what is odd about them.
+    const auto fnRows = [&](const std::string &sReply, size_t uiBytes) {
+        const JsonValue stShown = DecodeBlock(stRoutes, sReply, std::string(uiBytes, '\0'));
+        const auto astRows = Elements(FindMember(stShown.get(), "rows"));
+        const bool bIpv4 = !astRows.empty() && FindMember(astRows[0], "acDest") != nullptr;
+        const bool bOdd = FindMember(stShown.get(), "bytesExtra") != nullptr;
+        return std::to_string(astRows.size()) + (bIpv4 ? " Ipv4" : " Ipv6") +
+               (bOdd ? " and a part" : "");
     };
-    EXPECT_EQ(fnRows(220), 1u);
-    EXPECT_EQ(fnRows(6160), 55u);
+    const auto fnReply = [](uint32_t uiNum, uint32_t uiBytes) {
+        return Word(uiNum) + Word(1) + Word(uiBytes) + Word(uiBytes);
+    };
+    EXPECT_EQ(fnRows(fnReply(2, 224), 224), "2 Ipv4");
+    EXPECT_EQ(fnRows(fnReply(1, 220), 220), "1 Ipv6");
+    // As long as 55 of the one or 28 of the other.
+    EXPECT_EQ(fnRows(fnReply(55, 6160), 6160), "55 Ipv4");
+    EXPECT_EQ(fnRows(fnReply(28, 6160), 6160), "28 Ipv6");
+    // A count that fits neither leaves the length; where both would do, the first of them.
+    EXPECT_EQ(fnRows(fnReply(3, 6160), 6160), "55 Ipv4");
+    EXPECT_EQ(fnRows(fnReply(3, 220), 220), "1 Ipv6");
+    EXPECT_EQ(fnRows("", 220), "1 Ipv6");
+    EXPECT_EQ(fnRows(fnReply(1, 221), 221), "1 Ipv4 and a part");
+    // Others are read as ever.
+    EXPECT_EQ(PrintJson(DecodeBlock(Rpc(kGetFlowMembers), fnReply(2, 4), "part").get(), false),
+              R"({"rows":[],"bytesExtra":4})");
+    for (const auto astRpcs : {WireRpcs(), WireMessages()}) {
+        for (const WireRpc &stRpc : astRpcs) {
+            if (stRpc.stBlock.eJoin == WireJoin::kEither) {
+                const bool bRequest = stRpc.eBlockSide == WireSide::kRequest;
+                EXPECT_GE(DescriptorOffset(bRequest ? stRpc.stRequest : stRpc.stReply), 4u)
+                    << stRpc.pcName << " counts no rows";
+            }
+        }
+    }
 }
 
 TEST(WireDecodeTest, ShowsOnePartBehindTheOther) {

@@ -26,8 +26,8 @@ import javax.tools.ToolProvider;
  * Checks the Javadoc of the native methods against what the tests expect of them. Each must have
  *
  * <ul>
- *   <li>a description, a tag for each parameter, and one for what it returns, which tells what a
- *       failure is answered with;
+ *   <li>a description, a tag for each parameter, which tells its bounds, and one for what it
+ *       returns, which tells each answer that stands for a failure in a test;
  *   <li>an example, in a paragraph that begins in one of two ways: "Example answer" and some more
  *       words, and then the answer as code, in a {@code <pre>} or not; or "Example:", the call as
  *       code, words with "answers" among them, and the answer as code;
@@ -45,6 +45,12 @@ final class CheckJavadoc {
     private static final Set<String> kEverywhere = Set.of("Result", "List");
     /** It asks nobody and has room for what it answers, so the failure in its row never comes. */
     private static final Set<String> kNeverFail = Set.of("getAPIVersion");
+    /** In what a parameter is said to be: its bounds, that there are none, or where they stand. */
+    private static final Pattern kBounds = Pattern.compile(
+            "\\d|\\b(null|any|every|whatever|whichever|whether|as (it|they) (is|are)"
+            + "|likewise|as for|in the list|a handle of)\\b");
+    /** Its answers are numbers of the gateway's, of which some look like failures. */
+    private static final Set<String> kAnyNumber = Set.of("getDeviceUpTime");
     /** A number beyond this is no answer of the library's, but a code that some process chose. */
     private static final int kLargestOwn = 255;
 
@@ -82,7 +88,9 @@ final class CheckJavadoc {
                 complain(method, "another class has a method of this name; the tests know one");
             }
         }
-        new EntryTables(methods, expectations).read(root.resolve("tests/support"));
+        EntryTables tables = new EntryTables(methods, expectations);
+        tables.read(root.resolve("tests/support"), "entry_table");
+        tables.read(root.resolve("tests/faults"), "cases_");
         new SystemTests(methods, expectations).read(root.resolve("tests/system/java"));
         comments.natives.forEach(this::check);
         checkCalls();
@@ -104,8 +112,12 @@ final class CheckJavadoc {
             complain(method, "it has no description");
         }
         for (String parameter : method.parameters()) {
-            if (method.described().getOrDefault(parameter, "").isEmpty()) {
+            String described = method.described().getOrDefault(parameter, "");
+            if (described.isEmpty()) {
                 complain(method, "no @param tells what " + parameter + " is");
+            } else if (!kBounds.matcher(described).find()) {
+                complain(method, "@param doesn't tell the bounds of " + parameter
+                                + ": numbers, null, \"sent as it is\", or as other ones do");
             }
         }
         if (method.result().equals("void")) {
@@ -119,9 +131,14 @@ final class CheckJavadoc {
             complain(method, "no row of tests/support/entry_table*.cpp could be read for it");
             return;
         }
-        if (!kNeverFail.contains(method.name()) && !tells(method.returned(), row.failure())) {
-            complain(method,
-                    "@return doesn't tell what a failure is answered with: " + row.failure());
+        if (!kNeverFail.contains(method.name())) {
+            expectations.failures(method.name())
+                    .stream()
+                    .filter(failure -> failure.equals(row.failure())
+                                    || !kAnyNumber.contains(method.name()))
+                    .filter(failure -> !tells(method.returned(), failure))
+                    .forEach(failure -> complain(method,
+                            "@return doesn't tell what a failure is answered with: " + failure));
         }
         if (method.examples().isEmpty()) {
             complain(method, "it has no example");

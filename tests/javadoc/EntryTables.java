@@ -12,10 +12,12 @@ import java.util.regex.Pattern;
 import java.util.stream.Collectors;
 
 /**
- * Reads the entry tables of the unit and fault tests. A row is
+ * Reads the entry tables of the unit and fault tests, and the further cases of the fault tests. A
+ * row is one of
  *
  * <pre>{@code
  * {WAP_ENTRY(Class, method, arguments...), good answer, answer to a failure, ...}
+ * {WAP_ENTRY(Class, method, arguments...), "case", answer, ...}
  * }</pre>
  *
  * <p>with answers such as {@code TextAnswerOf("text")}, {@code NumberAnswerOf(kConstant)}, {@code
@@ -58,12 +60,13 @@ final class EntryTables {
         this.expectations = expectations;
     }
 
-    void read(Path folder) throws IOException {
+    /** @param prefix the files in the folder that have rows begin with it; constants are in any */
+    void read(Path folder, String prefix) throws IOException {
         for (Path file : Sources.in(folder, ".h", ".cpp")) {
             readConstants(tokens(Files.readString(file)));
         }
         for (Path file : Sources.in(folder, ".cpp")) {
-            if (file.getFileName().toString().startsWith("entry_table")) {
+            if (file.getFileName().toString().startsWith(prefix)) {
                 readRows(tokens(Files.readString(file)));
             }
         }
@@ -162,7 +165,7 @@ final class EntryTables {
         }
     }
 
-    /** A row has two answers, and the name of one native method in what is no answer. */
+    /** A row has one or two answers, and the name of one native method in what is no answer. */
     private void readRow(List<List<Token>> parts, Map<String, Expectations.Answer> named) {
         List<Expectations.Answer> answers = new ArrayList<>();
         Set<String> called = new HashSet<>();
@@ -174,9 +177,14 @@ final class EntryTables {
                 part.stream().map(Token::text).filter(methods::contains).forEach(called::add);
             }
         }
-        if (answers.size() == 2 && called.size() == 1) {
-            expectations.rows.put(
-                    called.iterator().next(), new Expectations.Row(answers.get(0), answers.get(1)));
+        if (called.size() != 1) {
+            return;
+        }
+        String method = called.iterator().next();
+        if (answers.size() == 2) {
+            expectations.rows.put(method, new Expectations.Row(answers.get(0), answers.get(1)));
+        } else if (answers.size() == 1) {
+            expectations.add(method, answers.get(0));
         }
     }
 

@@ -1,7 +1,9 @@
 import java.util.HashMap;
 import java.util.HashSet;
+import java.util.LinkedHashSet;
 import java.util.Map;
 import java.util.Set;
+import java.util.regex.Pattern;
 
 /** What the tests expect of the native methods, each of which has a name of its own. */
 final class Expectations {
@@ -28,21 +30,42 @@ final class Expectations {
     /** What a method answers when all goes well, and when what it asks fails. */
     record Row(Answer good, Answer failure) {}
 
+    /** A text that says of itself that it is a failure. */
+    private static final Pattern kFailure = Pattern.compile(
+            "\\{\\s*\"Result\"\\s*:\\s*-?[1-9].*", Pattern.DOTALL);
+
     /** By the method's name. */
     final Map<String, Row> rows = new HashMap<>();
     /** Further answers, by the method's name. */
     private final Map<String, Set<Answer>> answers = new HashMap<>();
+    private final Map<String, Set<Answer>> failures = new HashMap<>();
 
+    /** Notes what a method answers: a failure when it looks like one. */
     void add(String method, Answer answer) {
-        answers.computeIfAbsent(method, key -> new HashSet<>()).add(answer);
+        boolean bFailure = answer.number() != null ? answer.number() < 0
+                : answer.text() != null            ? kFailure.matcher(answer.text()).matches()
+                                                   : true;
+        (bFailure ? failures : answers)
+                .computeIfAbsent(method, key -> new HashSet<>())
+                .add(answer);
+    }
+
+    void addFailure(String method, Answer answer) {
+        failures.computeIfAbsent(method, key -> new HashSet<>()).add(answer);
+    }
+
+    /** All that the tests know a method to answer when something is wrong. */
+    Set<Answer> failures(String method) {
+        Set<Answer> all = new LinkedHashSet<>(Set.of(rows.get(method).failure()));
+        all.addAll(failures.getOrDefault(method, Set.of()));
+        return all;
     }
 
     /** All that the tests know a method to answer when all goes well. */
     Set<Answer> good(String method) {
-        Row row = rows.get(method);
         Set<Answer> good = new HashSet<>(answers.getOrDefault(method, Set.of()));
-        good.remove(row.failure());
-        good.add(row.good());
+        good.removeAll(failures(method));
+        good.add(rows.get(method).good());
         return good;
     }
 }

@@ -27,6 +27,8 @@ import java.util.Set;
  */
 final class SystemTests {
     private static final int kDeepest = 20;
+    /** Processes, id, call, good answer, failure. */
+    private static final int kRow = 5;
 
     private final Set<String> methods;
     private final Expectations expectations;
@@ -69,24 +71,35 @@ final class SystemTests {
             @Override
             public Void visitNewClass(NewClassTree made, String type) {
                 note(made.getArguments(), type, false);
+                if (made.getArguments().size() >= kRow) {
+                    noteFailure(made.getArguments(), type);
+                }
                 return super.visitNewClass(made, type);
             }
 
             @Override
             public Void visitMethodInvocation(MethodInvocationTree call, String type) {
                 note(call.getArguments(), type, nameOf(call).equals("assertEquals"));
+                if (nameOf(call).equals("assertNull")) {
+                    called(call.getArguments()).forEach(method
+                            -> expectations.addFailure(method, Expectations.Answer.ofNull()));
+                }
                 return super.visitMethodInvocation(call, type);
             }
         }.scan(unit, null);
     }
 
-    private static String nameOf(MethodInvocationTree call) {
-        ExpressionTree method = call.getMethodSelect();
-        return method instanceof MemberSelectTree member ? member.getIdentifier().toString()
-                                                         : method.toString();
+    /** A row about a query ends with its good answer and with its failure. */
+    private void noteFailure(List<? extends ExpressionTree> row, String type) {
+        Object failure = value(row.get(row.size() - 1), type, 0);
+        if (failure instanceof String text) {
+            called(row).forEach(
+                    method -> expectations.addFailure(method, Expectations.Answer.of(text)));
+        }
     }
 
-    private void note(List<? extends ExpressionTree> arguments, String type, boolean bNumbers) {
+    /** The native methods that expressions call. */
+    private Set<String> called(List<? extends ExpressionTree> expressions) {
         Set<String> called = new HashSet<>();
         new TreeScanner<Void, Void>() {
             @Override
@@ -96,7 +109,18 @@ final class SystemTests {
                 }
                 return super.visitMethodInvocation(call, none);
             }
-        }.scan(arguments, null);
+        }.scan(expressions, null);
+        return called;
+    }
+
+    private static String nameOf(MethodInvocationTree call) {
+        ExpressionTree method = call.getMethodSelect();
+        return method instanceof MemberSelectTree member ? member.getIdentifier().toString()
+                                                         : method.toString();
+    }
+
+    private void note(List<? extends ExpressionTree> arguments, String type, boolean bNumbers) {
+        Set<String> called = called(arguments);
         if (called.isEmpty()) {
             return;
         }

@@ -337,6 +337,24 @@ class OsgiTest {
         }
     }
 
+    /** Those of another framework stand for what a refresh of theirs would make. */
+    @Test
+    void otherServiceClassesDoNotGetTheLibrary(@TempDir Path folder)
+            throws BundleException, IOException {
+        List<String> library = libraryAddresses();
+        try (BundleHost other = new BundleHost(folder, Map.of())) {
+            other.install(jar("wap.gson.jar"));
+            other.install(jar("wap.api.jar"));
+            Bundle user = other.install(jar("wap.sample.jar"));
+            for (Class<?> expected :
+                    List.of(UnsatisfiedLinkError.class, NoClassDefFoundError.class)) {
+                BundleException failure = assertThrows(BundleException.class, user::start);
+                assertEquals(expected, failure.getCause().getClass());
+            }
+        }
+        assertEquals(library, libraryAddresses());
+    }
+
     @Test
     void twoBundlesShareTheLibrary() throws BundleException, InterruptedException, IOException {
         Bundle other = sample.getBundleContext().installBundle(

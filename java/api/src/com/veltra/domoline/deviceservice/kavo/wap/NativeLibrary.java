@@ -23,8 +23,9 @@ public final class NativeLibrary {
     /**
      * Makes sure that the native library is loaded. Later calls do nothing; any thread may call.
      *
-     * @throws UnsatisfiedLinkError if the library or one that it needs can't be found; from the
-     *     second attempt on the virtual machine reports {@link NoClassDefFoundError} instead
+     * @throws UnsatisfiedLinkError if the library or one that it needs can't be found, or another
+     *     class loader has loaded it; from the second attempt on the virtual machine reports
+     *     {@link NoClassDefFoundError} instead
      */
     public static void load() {
         // Being called has run the static initializer; there is nothing left to do.

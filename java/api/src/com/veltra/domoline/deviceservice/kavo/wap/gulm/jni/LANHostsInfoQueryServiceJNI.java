@@ -141,8 +141,9 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer: {@code 1}
      *
      * @return 0 when the filter is off; 1 when those on the black list are refused; 2 when only
-     *     those on the trust list are admitted; -1 when the process doesn't answer or refuses, or
-     *     when its answer contradicts itself
+     *     those on the trust list are admitted; for any other mode that the process tells, its
+     *     number plus 1; -1 when the process doesn't answer or refuses, or when its answer
+     *     contradicts itself
      */
     public native int getMacFilterMode();
 

@@ -33,7 +33,8 @@ public class PortMappingConfigServiceJNI {
      * <p>Example: {@code addPortMapping(0x10101001, 8080, 80, "TCP", "192.168.1.20")} answers
      * {@code 0}.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}
      * @param iExternalPort its port; sent as it is, the gateway's service decides about it
      * @param iInternalPort the host's port; likewise
      * @param sProtocol the protocol in the gateway's words, such as {@code "TCP"}; not null, not
@@ -53,7 +54,8 @@ public class PortMappingConfigServiceJNI {
      *
      * <p>Example: {@code deletePortMapping(0x10101001, 1)} answers {@code 0}.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}
      * @param iInstId the mapping: {@code PortMappingIndex} in the list
      * @return 0; -1 when the WAN connection is unknown or may not have port mappings, when the
      *     gateway's service refuses, or when a process doesn't answer
@@ -67,9 +69,10 @@ public class PortMappingConfigServiceJNI {
      *
      * <p>Example: {@code setPortMappingSwitch(0x10101001, 1, false)} answers {@code 0}.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}
      * @param iInstId the mapping: {@code PortMappingIndex} in the list
-     * @param bEnable true for on
+     * @param bEnable whether the mapping shall be on
      * @return 0, also when the mapping was so already; -2 when the mapping can't be fetched: it or
      *     its WAN connection is unknown, the connection may not have port mappings, or {@code gulm}
      *     doesn't answer; -1 when the change fails

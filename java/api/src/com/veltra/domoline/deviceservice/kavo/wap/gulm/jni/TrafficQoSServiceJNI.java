@@ -57,7 +57,7 @@ public class TrafficQoSServiceJNI {
      *
      * <p>Example: {@code deleteAllTrafficFromFlow(1)} answers {@code 0}.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return 0, or -1 when the process doesn't answer or refuses
      */
     public native int deleteAllTrafficFromFlow(int iFlow);
@@ -79,7 +79,7 @@ public class TrafficQoSServiceJNI {
      * which the list cannot grow is left out of it, and so are members for which the gateway's
      * table is too short.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return the list; <code>{ "Result": -1 }</code> (with blanks) when the flow has no members,
      *     when the process doesn't answer or refuses, when its table can't be read, when the answer
      *     reaches 297 bytes for each member and 297 more, or when memory runs out
@@ -98,7 +98,7 @@ public class TrafficQoSServiceJNI {
      * <p>{@code UsStats} and {@code DsStats} are the bytes in upstream and in downstream direction,
      * from 0 to 2<sup>64</sup> - 1, which a Java {@code long} can't hold.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return the bytes; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
      *     answer or refuses
      */
@@ -117,7 +117,7 @@ public class TrafficQoSServiceJNI {
      * direction. The keys begin with small letters, unlike those of {@link
      * #getSpeedLimitByFlow(int)}.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return the speeds; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
      *     answer or refuses
      */
@@ -135,7 +135,7 @@ public class TrafficQoSServiceJNI {
      * <p>{@code UpSpeed} and {@code DownSpeed} are the limits in upstream and in downstream
      * direction. The keys begin with capital letters, unlike those of {@link #getSpeedByFlow(int)}.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return the limits; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
      *     answer or refuses
      */
@@ -146,9 +146,9 @@ public class TrafficQoSServiceJNI {
      *
      * <p>Example: {@code setSpeedLimitByFlow(1, 1024, 40960)} answers {@code 0}.
      *
-     * @param iFlow the flow
-     * @param iUpLimit the limit in upstream direction
-     * @param iDownLimit the limit in downstream direction
+     * @param iFlow the flow; sent as it is
+     * @param iUpLimit the limit in upstream direction; sent as it is
+     * @param iDownLimit the limit in downstream direction; likewise
      * @return 0, or -1 when the process doesn't answer or refuses
      */
     public native int setSpeedLimitByFlow(int iFlow, int iUpLimit, int iDownLimit);
@@ -158,7 +158,7 @@ public class TrafficQoSServiceJNI {
      *
      * <p>Example: {@code getDSCPRemarkByFlow(1)} answers {@code 46}.
      *
-     * @param iFlow the flow
+     * @param iFlow the flow; sent as it is
      * @return the mark, or -1 when the process doesn't answer or refuses
      */
     public native int getDSCPRemarkByFlow(int iFlow);
@@ -168,8 +168,8 @@ public class TrafficQoSServiceJNI {
      *
      * <p>Example: {@code setDSCPRemarkByFlow(1, 46)} answers {@code 0}.
      *
-     * @param iFlow the flow
-     * @param iDscp the mark
+     * @param iFlow the flow; sent as it is
+     * @param iDscp the mark; sent as it is
      * @return 0, or -1 when the process doesn't answer or refuses
      */
     public native int setDSCPRemarkByFlow(int iFlow, int iDscp);

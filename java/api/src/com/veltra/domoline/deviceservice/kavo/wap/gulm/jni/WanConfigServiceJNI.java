@@ -95,7 +95,8 @@ public class WanConfigServiceJNI {
      * "FALSE"}, in upper case; like any other setting, a text of more than 7 bytes is not looked
      * at.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}
      * @param sJson the settings, strictly JSON: nothing behind the object, names and texts in
      *     double quotes, 32 levels at most; not null, not empty
      * @return 0, also for an object without any of the settings; -1 when the text is missing or no
@@ -112,7 +113,8 @@ public class WanConfigServiceJNI {
      *
      * <p>Example: {@code deleteWANIf(0x10101001)} answers {@code 0}.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link
+     *     com.veltra.domoline.deviceservice.kavo.wap.ozi.jni.AccessInfoQueryServiceJNI}
      * @return 0; -1 when a process doesn't answer or refuses. The connection may be gone then all
      *     the same, and its connection device left
      */

@@ -61,7 +61,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing
      */
@@ -89,7 +89,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 2048 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing, or when memory runs out
      */
@@ -109,7 +109,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing
      */
@@ -135,7 +135,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
-     * @param iWanIndex the WAN connection
+     * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 512 bytes; <code>{"Result":-1}</code> (no blanks) when
      *     {@code app_m} doesn't answer, refuses or answers nothing
      */

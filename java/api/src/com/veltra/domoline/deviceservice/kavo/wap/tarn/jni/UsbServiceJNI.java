@@ -44,7 +44,7 @@ public class UsbServiceJNI {
      * <p>Example: {@code usbRegister("com.example.meter", 1)} answers {@code 0}.
      *
      * @param sPlugId the plug-in's id, neither {@code null} nor empty; cut to 127 bytes of UTF-8
-     * @param iType the plug-in's type; which there are is for {@code usb_mngt} to know
+     * @param iType the plug-in's type; sent as it is
      * @return 0; -2 when the process says that somebody else is in the way; -1 when the id is
      *     {@code null} or empty (nobody is asked then), or when the process doesn't answer or
      *     refuses
@@ -69,7 +69,7 @@ public class UsbServiceJNI {
      * <p>Example: {@code usbLock(1)} answers {@code 0}, and then -2 to whoever asks, until the
      * device is given free.
      *
-     * @param iDevId the device's number, as {@code usb_mngt} counts them
+     * @param iDevId the device's number, as {@code usb_mngt} counts them; sent as it is
      * @return 0; -2 when the device is locked already, also by the caller; -1 when the process
      *     doesn't answer or refuses
      */
