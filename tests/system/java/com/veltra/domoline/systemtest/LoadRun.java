@@ -37,6 +37,7 @@ final class LoadRun {
     private static final double kBytesPerCall = 0.1;
     /** Each thread of the compiler holds one, and they come and go: one less was seen. */
     private static final int kMachinesReferences = 8;
+    private static final long kSameStall = TimeUnit.SECONDS.toNanos(5);
     /** One story in so many may find undone what it did. */
     private static final int kMostUndone = 100;
 
@@ -87,6 +88,8 @@ final class LoadRun {
     private final AtomicLong lCalls = new AtomicLong();
     private final AtomicLong lFailuresWhileDown = new AtomicLong();
     private final AtomicLong lFailures = new AtomicLong();
+    private int iStalls;
+    private long lStallEnd;
     private final AtomicLong lStories = new AtomicLong();
     private final AtomicLong lUndone = new AtomicLong();
     private final AtomicInteger iErrors = new AtomicInteger();
@@ -119,6 +122,11 @@ final class LoadRun {
      */
     long undone() {
         return lUndone.get();
+    }
+
+    /** How many times calls gave up though nothing was wrong. */
+    synchronized int stalls() {
+        return iStalls;
     }
 
     /** From now on a process, or everybody for null, is so. */
@@ -337,7 +345,23 @@ final class LoadRun {
             lUndone.incrementAndGet();
             return;
         }
+        if (during == Phase.UP && method.isFailure(answer) && Lateness.isMine(lBegin)
+                && isStall(lBegin)) {
+            return;
+        }
         check(method, answer, during);
+    }
+
+    /**
+     * Whether calls that gave up did so because the machine stood still: a process that does not
+     * answer would be met again. The calls of one such time count as one.
+     */
+    private synchronized boolean isStall(long lBegin) {
+        if (iStalls == 0 || lBegin - lStallEnd > kSameStall) {
+            iStalls++;
+        }
+        lStallEnd = System.nanoTime();
+        return iStalls == 1;
     }
 
     private void check(GatewayMethod method, Object answer, Phase during) {

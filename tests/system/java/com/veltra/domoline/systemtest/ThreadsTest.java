@@ -69,10 +69,11 @@ class ThreadsTest {
         System.out.printf("%nfigure threads.threads %d%nfigure threads.natives %d%n"
                         + "figure threads.calls %d%nfigure threads.seconds %d%n"
                         + "figure threads.failed_as_documented %d%nfigure threads.troubles %d%n"
-                        + "figure threads.stops %d%nfigure threads.undone %d%n",
+                        + "figure threads.stops %d%nfigure threads.undone %d%n"
+                        + "figure threads.stalls %d%n",
                 kThreads, Natives.called(), Natives.calls(),
                 TimeUnit.NANOSECONDS.toSeconds(System.nanoTime() - lBegin), run.failures(),
-                iTroubles, iStops, run.undone());
+                iTroubles, iStops, run.undone(), run.stalls());
     }
 
     /** One trouble after the other, for twice as long as one death would take alone. */
