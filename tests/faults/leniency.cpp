@@ -218,9 +218,10 @@ void AddTraffic(AllRules &mapAll) {
          {asPacked, {}, Asked::kLess, {{kAddMonitored}}}}};
     // The answer is parsed only to be judged, and an array that can't be made smaller is whole.
     mapAll["getTrafficMonitoringDestAddressInfo"] = {{SomeOf({std::string(kMalloc)}, {})}};
-    for (const char *pcMethod :
-         {"getMirroRuleInfo", "getForwardRuleInfo", "getHTTPTrafficProcessRuleInfo"}) {
-        mapAll[pcMethod] = {{SomeOf({std::string(kMalloc)}, {TextAnswerOf("{ \"Result\": 1 }")})}};
+    // It is the reading that has failed.
+    for (const char *pcCase : {"getMirroRuleInfo_unreadable", "getForwardRuleInfo_unreadable",
+                               "getHTTPTrafficProcessRuleInfo_unreadable"}) {
+        mapAll[pcCase] = {{NoMatter({"VT_VDATA_FreeShm"})}};
     }
 }
 
