@@ -33,8 +33,16 @@ const AnswersByMethod &Listed() {
     return s_mapListed;
 }
 
-AnswersByMethod g_mapSeen;
-std::map<std::string, size_t> g_mapSwept;
+AnswersByMethod &Seen() {
+    static AnswersByMethod s_mapSeen;
+    return s_mapSeen;
+}
+
+/// How many cases of each method have been gone through.
+std::map<std::string, size_t> &Swept() {
+    static std::map<std::string, size_t> s_mapSwept;
+    return s_mapSwept;
+}
 
 /// Whether a text is a JSON object whose result is not 0.
 bool HasBadResult(std::string sText) {
@@ -44,7 +52,7 @@ bool HasBadResult(std::string sText) {
 }
 
 /// What is given in the place of the good answer may also be one with less in it.
-bool IsFailure(const SweepCase &stCase, const Answer &stAnswer) {
+bool IsFailing(const SweepCase &stCase, const Answer &stAnswer) {
     if (stAnswer == stCase.stGood) {
         return false;
     }
@@ -57,11 +65,11 @@ bool IsFailure(const SweepCase &stCase, const Answer &stAnswer) {
 }  // namespace
 
 void ExpectListed(const SweepCase &stCase, const Answer &stAnswer) {
-    if (!IsFailure(stCase, stAnswer)) {
+    if (!IsFailing(stCase, stAnswer)) {
         return;
     }
     const std::string sAnswer = TextOf(stAnswer);
-    if (!g_mapSeen[stCase.sMethod].insert(sAnswer).second) {
+    if (!Seen()[stCase.sMethod].insert(sAnswer).second) {
         return;
     }
     const auto it = Listed().find(stCase.sMethod);
@@ -71,7 +79,7 @@ void ExpectListed(const SweepCase &stCase, const Answer &stAnswer) {
 }
 
 void NoteSwept(const SweepCase &stCase) {
-    ++g_mapSwept[stCase.sMethod];
+    ++Swept()[stCase.sMethod];
 }
 
 void ExpectAllSeen() {
@@ -81,10 +89,9 @@ void ExpectAllSeen() {
     }
     for (const auto &[sMethod, asAnswers] : Listed()) {
         EXPECT_NE(mapCases[sMethod], 0u) << WAP_FAILING_ANSWERS << " names no method: " << sMethod;
-        if (g_mapSwept[sMethod] == mapCases[sMethod]) {
-            EXPECT_EQ(g_mapSeen[sMethod], asAnswers)
-                << WAP_FAILING_ANSWERS << " has other answers of " << sMethod
-                << " than faults lead to";
+        if (Swept()[sMethod] == mapCases[sMethod]) {
+            EXPECT_EQ(Seen()[sMethod], asAnswers) << WAP_FAILING_ANSWERS << " has other answers of "
+                                                  << sMethod << " than faults lead to";
         }
     }
 }
