@@ -43,7 +43,7 @@ std::function<void(World &)> Filter(uint32_t uiMode, uint32_t uiStatus) {
 }
 
 /// Refuses the requests of an RPC that say something.
-void Refuse(World &stWorld, uint32_t uiRpcId, std::string sSaying) {
+void Refuse(World &stWorld, uint32_t uiRpcId, const std::string &sSaying) {
     stWorld.stPlatform.fnReply = [=](const RpcRecord &stRpc) -> std::optional<Reply> {
         const bool bRefused =
             stRpc.uiRpcId == uiRpcId && stRpc.sRequest.find(sSaying) != std::string::npos;
