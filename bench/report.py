@@ -27,6 +27,8 @@ COLOUR = {
 }
 MAIN_PEERS = ("ping_pong", "floor", "bridge", "sockets_java", "sd_bus", "dbus_java")
 HOSTS_PEERS = MAIN_PEERS + ("sockets_java_deflated",)
+# What profiles have shown, written by hand: it goes into the page as it is.
+LEARNED = os.path.join(os.path.dirname(os.path.realpath(__file__)), "learned.md")
 
 
 def table(head, rows):
@@ -131,6 +133,11 @@ def spread(results):
             f" two processors, and {number(min(kept))} to {number(max(kept))} on one.")
 
 
+def learned():
+    with open(LEARNED, encoding="utf-8") as file:
+        return file.read().rstrip("\n").split("\n")
+
+
 def document(results):
     rules = [(name, f"{median(results, key, 'p50_us'):.0f}") for name, key in (
         ("the bridge, to the Java text", "rules_bridge/500"),
@@ -145,8 +152,8 @@ def document(results):
     lines = [
         "# Performance",
         "",
-        "Made by `bench/run` of what its programs have measured; change `bench/report.py`, not"
-        " this page.",
+        "Made by `bench/run` of what its programs have measured, and of `bench/learned.md`; change"
+        " that or `bench/report.py`, not this page.",
         "",
         *table(("", "limit", "measured", "met"), limits(results)),
         "",
@@ -181,7 +188,10 @@ def document(results):
         *table(peers_head, peer_rows(results, "hosts", HOSTS_PEERS)),
         "",
         "The bridge and the floor read a compressed block, free it and decompress it, as blocks of"
-        " more than 2048 bytes have to be compressed. On the host platform a block is a file, here"
+        " more than 2048 bytes have to be compressed. By themselves, the block takes"
+        f" {median(results, 'block/hosts', 'p50_us'):.1f} µs (p50) to be made, read and freed, and"
+        f" {median(results, 'unpack/hosts', 'p50_us'):.1f} µs to be decompressed. On the host"
+        " platform a block is a file, here"
         f" in `{results['run']['folder']}` ({results['run']['file_system']}). The peers get the text"
         " as it is, but for the last one.",
         "",
@@ -212,6 +222,10 @@ def document(results):
         "",
         *table(("method", "bridge", "json-c", "blocks", "bytes", "left", "Java", "requests"),
                method_rows(results)),
+        "",
+        "## What was learned",
+        "",
+        *learned(),
         "",
         "## Measuring again",
         "",

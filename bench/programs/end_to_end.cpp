@@ -2,6 +2,7 @@
 // All that takes part is kept on one processor.
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "common/measure.h"
@@ -23,6 +24,9 @@ constexpr char kPurpose[] =
     "  dbus_java              D-Bus through a daemon, by the Java library\n"
     "  sockets_java           a SocketChannel of plain Java to a server in C\n"
     "  sockets_java_deflated  the same for a text that is compressed as a bulk block is\n"
+    "and by itself what the platform does in the bridge's call of the work 'hosts':\n"
+    "  block/hosts            the bulk block is made, written, read and freed\n"
+    "  unpack/hosts           what was read is decompressed\n"
     "All processes are kept on one processor. The benchmarks are called PEER/WORK.";
 
 struct NamedWork {
@@ -78,6 +82,36 @@ void RegisterPingPong(const std::shared_ptr<PingPong> &pstPingPong, const NamedW
     Register(acName, stWork.uiBatch, Timing([pstPingPong] { pstPingPong->Once(); }));
 }
 
+void Demand(uint32_t uiStatus, const char *pcWhat) {
+    if (uiStatus != 0) {
+        throw std::runtime_error(std::string(pcWhat) + " fails with " + std::to_string(uiStatus));
+    }
+}
+
+void RegisterStages(const NamedWork &stWork) {
+    const auto pstHosts = std::make_shared<StoredHosts>(StoreHosts());
+    const auto pstRead = std::make_shared<std::string>(pstHosts->acBytes.size(), '\0');
+    const auto fnBlock = [pstHosts, pstRead] {
+        VDataDesc stDesc;
+        Demand(MakeBlock(*pstHosts, stDesc), "making a block");
+        Demand(VT_VDATA_ReadData(stDesc.uiDataID, stDesc.uiCompressedLen, pstRead->data()),
+               "reading a block");
+        Demand(VT_VDATA_FreeShm(stDesc.uiDataID), "freeing a block");
+    };
+    const auto pstText = std::make_shared<std::string>(pstHosts->uiOriginalLen, '\0');
+    const auto fnUnpack = [pstRead, pstText] {
+        Demand(VT_OS_Decompress(pstRead->data(), pstText->data(),
+                                static_cast<uint32_t>(pstText->size())),
+               "decompressing");
+    };
+    fnBlock();
+    fnUnpack();
+    CheckAnswer("unpack", pstText->c_str(), HostsText());
+    const std::string acWork = std::string("/") + stWork.pcName;
+    Register("block" + acWork, stWork.uiBatch, Timing(fnBlock));
+    Register("unpack" + acWork, stWork.uiBatch, Timing(fnUnpack));
+}
+
 void SetUp(Surroundings &stAround) {
     stAround.StayOnOneCpu();
     const Ends stEnds = StartProcesses(stAround);
@@ -92,6 +126,7 @@ void SetUp(Surroundings &stAround) {
         RegisterPeer(stAround, "sockets_java", stWork, stEnds.acStreams);
         if (stWork.eWork == Work::kHosts) {
             RegisterPeer(stAround, "sockets_java_deflated", stWork, stEnds.acStreams);
+            RegisterStages(stWork);
         }
     }
 }

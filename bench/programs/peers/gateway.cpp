@@ -13,16 +13,8 @@
 
 namespace wap::bench {
 
-namespace {
-
-/// The host list as it lies in a bulk block. Compressed once, as nobody at the other ends of the
-/// peers has to make an answer for each call either.
-struct StoredHosts {
-    std::string acBytes;
-    uint32_t uiOriginalLen;
-};
-
-StoredHosts Store(const std::string &acText) {
+StoredHosts StoreHosts() {
+    const std::string &acText = HostsText();
     const auto uiLength = static_cast<uint32_t>(acText.size() + 1);
     auto uiStored = uiLength;
     std::string acBytes(uiLength, '\0');
@@ -32,6 +24,16 @@ StoredHosts Store(const std::string &acText) {
     acBytes.resize(uiStored);
     return {acBytes, uiLength};
 }
+
+uint32_t MakeBlock(const StoredHosts &stHosts, VDataDesc &stDesc) {
+    const auto uiStored = static_cast<uint32_t>(stHosts.acBytes.size());
+    stDesc = {0, stHosts.uiOriginalLen, uiStored};
+    const uint32_t uiStatus = VT_VDATA_CreShm(uiStored, &stDesc);
+    return uiStatus != 0 ? uiStatus
+                         : VT_VDATA_UpdateData(stDesc.uiDataID, uiStored, stHosts.acBytes.data());
+}
+
+namespace {
 
 uint32_t Answer(const VtHostCall &stCall, const void *pvBytes, size_t uiLength,
                 uint32_t &uiRspLen) {
@@ -45,12 +47,8 @@ uint32_t Answer(const VtHostCall &stCall, const void *pvBytes, size_t uiLength,
 
 /// A block of its own for each call, which the reader frees.
 uint32_t AnswerHosts(const VtHostCall &stCall, const StoredHosts &stHosts, uint32_t &uiRspLen) {
-    const auto uiStored = static_cast<uint32_t>(stHosts.acBytes.size());
-    VDataDesc stDesc = {0, stHosts.uiOriginalLen, uiStored};
-    uint32_t uiStatus = VT_VDATA_CreShm(uiStored, &stDesc);
-    if (uiStatus == 0) {
-        uiStatus = VT_VDATA_UpdateData(stDesc.uiDataID, uiStored, stHosts.acBytes.data());
-    }
+    VDataDesc stDesc;
+    const uint32_t uiStatus = MakeBlock(stHosts, stDesc);
     return uiStatus != 0 ? uiStatus : Answer(stCall, &stDesc, sizeof(stDesc), uiRspLen);
 }
 
@@ -80,7 +78,7 @@ std::vector<pid_t> StartGateway(Children &stChildren) {
     std::vector<pid_t> aiProcesses;
     for (const char *pcProcess : {"osgi_proxy", "app_m"}) {
         aiProcesses.push_back(stChildren.Start(pcProcess, [pcProcess](int iReady) {
-            StoredHosts stHosts = Store(HostsText());
+            StoredHosts stHosts = StoreHosts();
             if (VT_MSG_Init(pcProcess, 0, 0, 0) != 0 || VT_HOST_Serve(Serve, &stHosts) != 0) {
                 throw std::runtime_error(
                     "the message service can't be used; is the runtime "
