@@ -1,36 +1,8 @@
 # What the checks of installed trees and of packages are made of. Sourced by check-install and
 # check-library-package, which set pcRoot, the project's folder, and pcWork, one for what they make.
+pcTheme=install
+. "$pcRoot/tests/checks.sh"
 
-iFailures=0
-
-# check NAME COMMAND...: its output is shown only when it fails.
-check() {
-    local pcName=$1
-    shift
-    if "$@" >"$pcWork/output" 2>&1 </dev/null; then
-        echo "ok install: $pcName"
-    else
-        echo "FAILED: install: $pcName"
-        sed 's/^/    /' "$pcWork/output" | tail -n 40
-        iFailures=$((iFailures + 1))
-        return 1
-    fi
-}
-fails() { ! "$@"; }
-# What a command prints, with a line like this in it; as says it works, as refuses it fails.
-says() { # says EXPRESSION COMMAND...
-    local pcSaid iStatus
-    pcSaid=$("${@:2}")
-    iStatus=$?
-    printf '%s\n' "$pcSaid"
-    grep -qE -e "$1" <<<"$pcSaid" && [ "$iStatus" -eq 0 ]
-}
-refuses() { # refuses EXPRESSION COMMAND...: in the lines as one, as messages are folded
-    local pcSaid
-    ! pcSaid=$("${@:2}" 2>&1) || { echo "it works" && return 1; }
-    printf '%s\n' "$pcSaid"
-    grep -qE -e "$1" <<<"$(tr -s ' \n' ' ' <<<"$pcSaid")"
-}
 # The same text as comes in here, in whatever order its lines are.
 same_lines() { # same_lines FILE
     diff <(sort) <(sort "$1")
