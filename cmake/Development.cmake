@@ -2,6 +2,9 @@
 # paths in them count from where they are, so a tree that was moved works as well.
 include(CMakePackageConfigHelpers)
 
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+    message(FATAL_ERROR "CMAKE_INSTALL_LIBDIR and CMAKE_INSTALL_INCLUDEDIR must be folders below the prefix")
+endif()
 set(sConfigDir ${CMAKE_INSTALL_LIBDIR}/cmake/vt_wap_jni)
 set(sPkgConfigDir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 set(WAP_INSTALLED_API_JAR ${CMAKE_INSTALL_DATADIR}/java/wap-api.jar)

@@ -2,16 +2,17 @@
 # print, and pcWork, a folder for what they make.
 
 iFailures=0
+pcOutput=${pcOutput:-$pcWork/output} # of the check that is being made
 
 # check NAME COMMAND...: its output is shown only when it fails.
 check() {
     local pcName=$1
     shift
-    if "$@" >"$pcWork/output" 2>&1 </dev/null; then
+    if "$@" >"$pcOutput" 2>&1 </dev/null; then
         echo "ok $pcTheme: $pcName"
     else
         echo "FAILED: $pcTheme: $pcName"
-        sed 's/^/    /' "$pcWork/output" | tail -n 40
+        tail -n 40 "$pcOutput" | sed 's/^/    /'
         iFailures=$((iFailures + 1))
         return 1
     fi
