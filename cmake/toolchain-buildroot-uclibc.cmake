@@ -18,7 +18,7 @@ endforeach()
 # The compiler checks configure projects of their own, which must see the same SDK.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES WAP_SDK WAP_SDK_TUPLE WAP_SYSROOT)
 
-if(NOT IS_DIRECTORY "${WAP_SDK}/bin")
+if(NOT WAP_SDK OR NOT IS_DIRECTORY "${WAP_SDK}/bin")
     message(FATAL_ERROR "There is no SDK in '${WAP_SDK}': name its folder with -DWAP_SDK=FOLDER")
 endif()
 if(NOT WAP_SDK_TUPLE)
