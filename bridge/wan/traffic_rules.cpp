@@ -56,6 +56,7 @@ class RuleWalk {
             pcRow += sizeof(uiNumber);
         }
         RowTexts stTexts;
+        memset(stTexts.apcTexts, 0, sizeof(stTexts.apcTexts));
         ReadTexts(m_stKind, pcRow, stTexts);
         ReadInteger(stTexts);
         m_stKind.pfnTrace(uiNumber, stTexts.apcTexts, m_uiInteger);
@@ -87,17 +88,14 @@ class RuleWalk {
     }
 
     void PutValue(RuleColumnType eType, const char *pcText) {
-        switch (eType) {
-            case RuleColumnType::kNumber:
-                m_stOut.PutInt(static_cast<int32_t>(m_uiInteger));
-                break;
-            case RuleColumnType::kTextInList:
-                m_stOut.Put("[ ");
-                m_stOut.PutText(pcText);
-                m_stOut.Put(" ]");
-                break;
-            case RuleColumnType::kText:
-                m_stOut.PutText(pcText);
+        if (eType == RuleColumnType::kNumber) {
+            m_stOut.PutInt(static_cast<int32_t>(m_uiInteger));
+        } else if (eType == RuleColumnType::kTextInList) {
+            m_stOut.Put("[ ");
+            m_stOut.PutText(pcText);
+            m_stOut.Put(" ]");
+        } else {
+            m_stOut.PutText(pcText);
         }
     }
 

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "faults/failing_answers.h"
 #include "faults/fault_sweep.h"
 #include "faults/leniency.h"
 #include "faults/sweep_cases.h"
@@ -110,6 +111,7 @@ TEST_P(AllEntriesTest, AnswerAsTheyMayWhateverFails) {
             pstRun->stGoodRequests = stCall.stRequests;
             ExpectAsked(stCase, stCall.stRequests);
         }
+        ExpectListed(stCase, stCall.stAnswer);
         return TextOf(stCall.stAnswer) + Judge(stCase, *pstRun->stGoodRequests, stCall);
     };
     stSubject.sGood = TextOf(stCase.stGood);
@@ -118,6 +120,7 @@ TEST_P(AllEntriesTest, AnswerAsTheyMayWhateverFails) {
         return {TextOf(pstRun->stCall.stAnswer)};
     };
     (void)SweepFaults(stSubject);
+    NoteSwept(stCase);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, AllEntriesTest, ::testing::ValuesIn(AllCases()),
@@ -214,10 +217,11 @@ TEST(FaultSweep, ReachesEveryOperationThatCanFail) {
     EXPECT_EQ(asReached, asAll);
 }
 
-/// Says at the end what was swept.
+/// Says at the end what was swept, and looks for what was not seen.
 class Figures : public ::testing::Environment {
   public:
     void TearDown() override {
+        ExpectAllSeen();
         uint64_t ulAll = 0;
         for (const auto &[sGroup, ulFailed] : FailedOperations()) {
             std::cout << "figure faults.failed." << sGroup << " " << ulFailed << "\n";

@@ -17,6 +17,10 @@ namespace wap::test {
 namespace {
 
 constexpr uint32_t kFilterMode = 0x47307000;
+constexpr uint32_t kWiredList = 0x47309024;
+constexpr uint32_t kWiredEntry = 0x40007000;
+constexpr uint32_t kWirelessList = 0x47309027;
+constexpr uint32_t kWirelessEntry = 0x4730701A;
 constexpr uint32_t kSetFilterMode = 0x47209091;
 constexpr uint32_t kAddWired = 0x47209092;
 constexpr uint32_t kAddWireless = 0x47209094;
@@ -24,6 +28,9 @@ constexpr uint32_t kDeleteWired = 0x47209093;
 constexpr uint32_t kDeleteWireless = 0x47209095;
 constexpr uint32_t kRestoreWireless = 0x4730701D;
 constexpr uint32_t kAttachList = 0x47307034;
+constexpr uint32_t kAttachRecord = 0x47307030;
+constexpr uint32_t kAddAttach = 0x47209096;
+constexpr uint32_t kSetAttach = 0x47209097;
 constexpr uint32_t kFtpCount = 0x47201064;
 constexpr uint32_t kSambaCount = 0x48200114;
 
@@ -35,21 +42,63 @@ std::function<void(World &)> Filter(uint32_t uiMode, uint32_t uiStatus) {
     };
 }
 
-/// The record of a host that may not use the storage.
-std::string BarredHost() {
-    return Field("02:00:00:00:00:0A", 32) + Word(1) + Word(0) + std::string(24, '\0');
+/// Refuses the requests of an RPC that say something.
+void Refuse(World &stWorld, uint32_t uiRpcId, const std::string &sSaying) {
+    stWorld.stPlatform.fnReply = [=](const RpcRecord &stRpc) -> std::optional<Reply> {
+        const bool bRefused =
+            stRpc.uiRpcId == uiRpcId && stRpc.sRequest.find(sSaying) != std::string::npos;
+        return bRefused ? std::optional(Reply{0x1234, ""}) : std::nullopt;
+    };
+}
+
+/// One wireless network takes the new address and the second does not, so that the entry of the
+/// first has to go again, and the wired one too; both tables show them by then. What the tables
+/// hold at the end, the filter's own tests look at.
+std::function<void(World &)> SecondAdditionRefused(uint32_t uiMode) {
+    return [=](World &stWorld) {
+        Filter(uiMode, 1)(stWorld);
+        stWorld.stPlatform.mapReplies[kWiredList] = {0, IndexBytes({3, 22}, 32)};
+        stWorld.stPlatform.mapReplies[kWirelessList] = {0, IndexBytes({4, 23}, 256)};
+        Refuse(stWorld, kAddWireless, "SSID-5");
+    };
 }
 
 /// Two wireless entries, the second of which stays, so that the first has to be put back, and the
-/// wired one too. What the tables hold then, the filter's own tests look at.
-std::function<void(World &)> SecondDeletionRefused() {
-    return [](World &stWorld) {
-        Filter(0, 1)(stWorld);
-        stWorld.stPlatform.mapReplies[0x47309027] = {0, IndexBytes({4, 6}, 256)};
-        stWorld.stPlatform.fnReply = [](const RpcRecord &stRpc) -> std::optional<Reply> {
-            const bool bSecond = stRpc.uiRpcId == kDeleteWireless && stRpc.sRequest == Word(6);
-            return bSecond ? std::optional(Reply{0x1234, ""}) : std::nullopt;
-        };
+/// wired one too.
+std::function<void(World &)> SecondDeletionRefused(uint32_t uiMode) {
+    return [=](World &stWorld) {
+        Filter(uiMode, 1)(stWorld);
+        stWorld.stPlatform.mapReplies[kWirelessList] = {0, IndexBytes({4, 6}, 256)};
+        Refuse(stWorld, kDeleteWireless, Word(6));
+    };
+}
+
+/// The record of a host that may not use the storage.
+std::string BarredHost(const std::string &sMac) {
+    return Field(sMac, 32) + Word(1) + Word(0) + std::string(24, '\0');
+}
+
+/// The host that the filter has in both its tables may not use the storage either.
+void BarredAndFiltered(World &stWorld) {
+    FurnishMacFilter(stWorld);
+    stWorld.stPlatform.mapReplies[kAttachRecord] = {0, BarredHost(kFilteredMac)};
+}
+
+/// Two hosts are barred, and the second stays so, while the record of the first is deleted: to be
+/// barred again it needs a new one.
+void RecordGoneBeforeUndoing(World &stWorld) {
+    Platform &stPlatform = stWorld.stPlatform;
+    stPlatform.mapReplies[kAttachList] = {0, IndexBytes({17, 18}, 128)};
+    stPlatform.fnReply = [&stPlatform](const RpcRecord &stRpc) -> std::optional<Reply> {
+        const bool bOfSecond = stRpc.sRequest.starts_with(Word(18));
+        if (stRpc.uiRpcId == kAttachRecord) {
+            return Reply{0, BarredHost(bOfSecond ? "02:00:00:00:00:0B" : kFilteredMac)};
+        }
+        if (stRpc.uiRpcId == kSetAttach && bOfSecond) {
+            stPlatform.mapReplies[kAttachList] = {0, IndexBytes({18}, 128)};
+            return Reply{0x1234, ""};
+        }
+        return std::nullopt;
     };
 }
 
@@ -60,6 +109,8 @@ std::vector<CaseRow> FilterCases() {
     const auto fnTwoMacs = Texts({u"02:00:00:00:00:0a", u"02:00:00:00:00:0b"});
     const Answer stDone = NumberAnswerOf(0);
     const Answer stFailed = NumberAnswerOf(-1);
+    const std::set<uint32_t> auiUnadding = {kWiredEntry, kWirelessEntry, kDeleteWired,
+                                            kDeleteWireless};
     return {
         {WAP_ENTRY(LANHostsInfoQuery, getMacFilterMode), "off", stDone, Filter(0, 0)},
         {WAP_ENTRY(LANHostsInfoQuery, getMacFilterMode), "trust_list", NumberAnswerOf(2),
@@ -91,10 +142,12 @@ std::vector<CaseRow> FilterCases() {
          stDone,
          Filter(0, 1),
          {kDeleteWired, kDeleteWireless}},
+        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToBlackList, fnMac), "undone", stFailed,
+         SecondAdditionRefused(0), auiUnadding},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromBlackList, fnMac),
          "undone",
          stFailed,
-         SecondDeletionRefused(),
+         SecondDeletionRefused(0),
          {kRestoreWireless, kAddWired}},
         {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToTrustList, fnMac),
          "in_its_mode",
@@ -108,6 +161,13 @@ std::vector<CaseRow> FilterCases() {
          {kDeleteWired, kDeleteWireless}},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromTrustList, NoTexts()), "nobody", stDone,
          Filter(1, 1)},
+        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToTrustList, fnMac), "undone", stFailed,
+         SecondAdditionRefused(1), auiUnadding},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromTrustList, fnMac),
+         "undone",
+         stFailed,
+         SecondDeletionRefused(1),
+         {kRestoreWireless, kAddWired}},
     };
 }
 
@@ -125,6 +185,12 @@ std::vector<CaseRow> AttachCases() {
          "nothing_to_do", stDone},
         {WAP_ENTRY(LanHostSpeedLimit, setLANHostSpeedLimit, NoText(), Number(1), Number(2)),
          "no_host", stFailed},
+        {WAP_ENTRY(LanHostSpeedLimit, setLANHostSpeedLimit, Text(kKnown), Number(512),
+                   Number(1024)),
+         "filtered",
+         stDone,
+         FurnishMacFilter,
+         {kWiredEntry, kWirelessEntry, kSetAttach}},
         {WAP_ENTRY(LANHostsInfoQuery, getLANHostSpeedLimitInfo, NoTexts()), "all",
          TextAnswerOf("{ \"Result\": 0, \"List\": [ { \"UpSpeed\": 100, \"DownSpeed\": 200 } ] }")},
         {WAP_ENTRY(LANHostsInfoQuery, getLANHostSpeedLimitInfo, NoTexts()), "none",
@@ -137,13 +203,23 @@ std::vector<CaseRow> AttachCases() {
         {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToStorageBlackList,
                    Texts({kUnknown, std::nullopt})),
          "null_element", stDone},
+        {WAP_ENTRY(LanNetworkAccessConfig, addLANHostToStorageBlackList, Texts({kKnown})),
+         "filtered",
+         stDone,
+         FurnishMacFilter,
+         {kWiredEntry, kWirelessEntry, kSetAttach}},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, NoTexts()), "all",
          stDone},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, Texts({kKnown})),
          "barred",
          stDone,
-         Answering(0x47307030, {0, BarredHost()}),
-         {0x47209097}},
+         BarredAndFiltered,
+         {kWiredEntry, kWirelessEntry, kSetAttach}},
+        {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, NoTexts()),
+         "undone",
+         stFailed,
+         RecordGoneBeforeUndoing,
+         {kSetAttach, kAddAttach}},
         {WAP_ENTRY(LanNetworkAccessConfig, deleteLANHostFromStorageBlackList, Texts({kUnknown})),
          "unknown_host", stDone},
     };

@@ -109,6 +109,7 @@ std::string ManyCurrentText(uint32_t uiCount) {
 std::vector<CaseRow> LanCases() {
     const auto fnOneMac = Texts({kMac});
     const Answer stRefused = NumberAnswerOf(-1);
+    const Answer stNameTooLong = NumberAnswerOf(-2);
     const Answer stFault = TextAnswerOf("{\"Result\":-1}");
     return {
         {WAP_ENTRY(LANIPInfoQuery, getLANDHCPInfo), "switched_off",
@@ -161,8 +162,12 @@ std::vector<CaseRow> LanCases() {
          Answering(0x471030B0, {0, ""})},
         {WAP_ENTRY(LanHostSpeedQuery, getLANHostSpeed, NoText()), "no_host", stFault},
         {WAP_ENTRY(LanNetworkNameConfig, setGatewayName, NoText()), "no_name", stRefused},
+        {WAP_ENTRY(LanNetworkNameConfig, setGatewayName, Letters(257, u'n')), "name_too_long",
+         stNameTooLong},
         {WAP_ENTRY(LanNetworkNameConfig, setLANHostName, Text(kMac), NoText()), "no_name",
          stRefused},
+        {WAP_ENTRY(LanNetworkNameConfig, setLANHostName, Text(kMac), Letters(65, u'n')),
+         "name_too_long", stNameTooLong},
     };
 }
 

@@ -83,6 +83,21 @@ std::string ForwardList(size_t uiCount) {
 
 constexpr const char *kNoRules = "{\"Result\":0,\"List\":[]}";
 
+/// A text of which each byte takes up six in a list, so that it has no room.
+std::string Sixfold(size_t uiBytes) {
+    return std::string(uiBytes, '\x01');
+}
+
+/// The platform refuses to give the table.
+void UnreadableTable(World &stWorld) {
+    stWorld.stPlatform.mapStatus["VT_VDATA_ReadData"] = 42;
+}
+
+/// A test that has no text yet.
+Reply NoTextYet() {
+    return {0, Word(7) + std::string(12, '\0')};
+}
+
 }  // namespace
 
 std::vector<CaseRow> MonitorCases() {
@@ -147,6 +162,8 @@ std::vector<CaseRow> FlowCases() {
 
 std::vector<CaseRow> RuleCases() {
     const Answer stNone = TextAnswerOf(kNoRules);
+    const Answer stTooLong = TextAnswerOf("{ \"Result\": 1 }");
+    const Answer stUnreadable = TextAnswerOf("{ \"Result\": 42 }");
     return {
         {WAP_ENTRY(TrafficMirror, addMirrorRule, NoText(), Text(u"80"), Text(u"UP"), Text(u"TCP"),
                    NoText(), Text(u"192.168.1.100"), Number(9000)),
@@ -156,6 +173,9 @@ std::vector<CaseRow> RuleCases() {
          "no_port", Refused()},
         {WAP_ENTRY(TrafficMirror, getMirroRuleInfo), "none", stNone,
          Answering(kGetMirrorRules, {0, ""})},
+        {WAP_ENTRY(TrafficMirror, getMirroRuleInfo), "too_long", stTooLong,
+         Answering(kGetMirrorRules, {0, MirrorBytes({.sAddress = Sixfold(255)})})},
+        {WAP_ENTRY(TrafficMirror, getMirroRuleInfo), "unreadable", stUnreadable, UnreadableTable},
         {WAP_ENTRY(TrafficForward, addForwardRule, Letters(256, u'a'), Text(u"80"), Text(u"TCP"),
                    NoText(), Text(u"192.168.1.100"), Number(9000)),
          "address_too_long", Refused()},
@@ -163,6 +183,10 @@ std::vector<CaseRow> RuleCases() {
          Answering(kGetForwardRules, {0, ""})},
         {WAP_ENTRY(TrafficForward, getForwardRuleInfo), "compressed", TextAnswerOf(ForwardList(7)),
          Answering(kGetForwardRules, {0, Times(7, ForwardBytes({}))})},
+        {WAP_ENTRY(TrafficForward, getForwardRuleInfo), "too_long", stTooLong,
+         Answering(kGetForwardRules, {0, ForwardBytes({.sAddress = Sixfold(255)})})},
+        {WAP_ENTRY(TrafficForward, getForwardRuleInfo), "unreadable", stUnreadable,
+         UnreadableTable},
         {WAP_ENTRY(TrafficDetailProcess, addHTTPTrafficProcessRule, NoText(), Number(80),
                    Text(u"UP"), NoText(), NoTexts(), NoTexts(), NoTexts()),
          "no_lists", NumberAnswerOf(9)},
@@ -171,12 +195,18 @@ std::vector<CaseRow> RuleCases() {
          "no_direction", Refused()},
         {WAP_ENTRY(TrafficDetailProcess, getHTTPTrafficProcessRuleInfo), "none", stNone,
          Answering(kGetHttpRules, {0, ""})},
+        {WAP_ENTRY(TrafficDetailProcess, getHTTPTrafficProcessRuleInfo), "too_long", stTooLong,
+         Answering(kGetHttpRules,
+                   {0, HttpRow(9, {.sAddress = Sixfold(255), .sHeaders = Sixfold(255)})})},
+        {WAP_ENTRY(TrafficDetailProcess, getHTTPTrafficProcessRuleInfo), "unreadable", stUnreadable,
+         UnreadableTable},
     };
 }
 
 std::vector<CaseRow> DiagnosticsCases() {
     const auto fnHost = Text(u"www.example.com");
     const std::string sLong = "{\"Hops\":\"" + std::string(3000, '9') + "\"}";
+    const Answer stNoTextYet = TextAnswerOf("{\"Result\":7}");
     return {
         {WAP_ENTRY(IPPingDiagnostics, startIPPingDiagnostics, Number(1), fnHost, NoText()),
          "no_parameters", NumberAnswerOf(0)},
@@ -196,10 +226,14 @@ std::vector<CaseRow> DiagnosticsCases() {
          "no_servers", Refused()},
         {WAP_ENTRY(DnsDiagnostics, getDnsDiagnosticsResult), "compressed", TextAnswerOf(sLong),
          Answering(0x47103097, DiagTextReply(sLong))},
+        {WAP_ENTRY(DnsDiagnostics, getDnsDiagnosticsResult), "no_text_yet", stNoTextYet,
+         Answering(0x47103097, NoTextYet())},
         {WAP_ENTRY(TraceRouteDiagnostics, startTraceRouteDiagnostics, Number(1), fnHost, NoText()),
          "no_parameters", NumberAnswerOf(0)},
         {WAP_ENTRY(TraceRouteDiagnostics, getTraceRouteDiagnosticsResult), "compressed",
          TextAnswerOf(sLong), Answering(0x47103091, DiagTextReply(sLong))},
+        {WAP_ENTRY(TraceRouteDiagnostics, getTraceRouteDiagnosticsResult), "no_text_yet",
+         stNoTextYet, Answering(0x47103091, NoTextYet())},
     };
 }
 

@@ -158,6 +158,8 @@ std::vector<CaseRow> UsbCases() {
          Answering(0x47103044, {0xF710403D, ""})},
         {WAP_USB_ENTRY(usbLock, Number(3)), "busy", stBusy,
          Answering(0x47103043, {0xF710403D, ""})},
+        {WAP_USB_ENTRY(usbOpen, Number(3)), "busy", stBusy,
+         Answering(0x4710303F, {0xF710403D, ""})},
         {WAP_USB_ENTRY(usbUnlock, Number(-1)), "refused", stFailed, Answering(0x47103044, {5, ""})},
         {WAP_USB_ENTRY(usbOpen, Number(3)), "not_allowed", stFailed,
          Answering(0x4710303F, {0, OpenBytes("/dev/ttyUSB0", 1)})},

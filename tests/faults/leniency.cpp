@@ -135,6 +135,11 @@ void AddHosts(AllRules &mapAll) {
     mapAll["deleteLANHostFromTrustList"] = {{NoMatter(kElementOrNull)}};
     mapAll["deleteLANHostFromTrustList_in_its_mode"] = {
         {{kElementOrNull, {}, Asked::kLess, auiRead}}, {}, auiUndelete};
+    // Nothing is refused where nothing is deleted.
+    Ids auiReadTwo = auiRead;
+    auiReadTwo.insert(0x4730701A);
+    mapAll["deleteLANHostFromTrustList_undone"] = {
+        {{kElementOrNull, {NumberAnswerOf(0)}, Asked::kLess, auiReadTwo}}, {}, auiUndelete};
     const Ids auiRights = {0x47307000, 0x47307030, 0x47307034, 0x47309024, 0x47309027};
     Ids auiSecond = auiRights;
     auiSecond.insert(0x47209096);
@@ -153,6 +158,8 @@ void AddHosts(AllRules &mapAll) {
         {NoMatter({kNullElement}), NoMatter(Only(kElement, 1)), NoMatter(Only(kElement, 2))}};
     mapAll["deleteLANHostFromStorageBlackList_unknown_host"] = {{NoMatter({kNullElement})}};
     mapAll["deleteLANHostFromStorageBlackList_barred"] = {{NoMatter({kNullElement})}};
+    // The first host's record is gone only when the gateway itself refuses the second.
+    mapAll["deleteLANHostFromStorageBlackList_undone"] = {{}, {}, {0x47307030, 0x47209097}};
     // The failing answer of its own takes memory, and is for later failures.
     Operations asBefore = kElement;
     asBefore.insert({"EnsureLocalCapacity", std::string(kPlatformAllocation)});
@@ -211,9 +218,10 @@ void AddTraffic(AllRules &mapAll) {
          {asPacked, {}, Asked::kLess, {{kAddMonitored}}}}};
     // The answer is parsed only to be judged, and an array that can't be made smaller is whole.
     mapAll["getTrafficMonitoringDestAddressInfo"] = {{SomeOf({std::string(kMalloc)}, {})}};
-    for (const char *pcMethod :
-         {"getMirroRuleInfo", "getForwardRuleInfo", "getHTTPTrafficProcessRuleInfo"}) {
-        mapAll[pcMethod] = {{SomeOf({std::string(kMalloc)}, {TextAnswerOf("{ \"Result\": 1 }")})}};
+    // It is the reading that has failed.
+    for (const char *pcCase : {"getMirroRuleInfo_unreadable", "getForwardRuleInfo_unreadable",
+                               "getHTTPTrafficProcessRuleInfo_unreadable"}) {
+        mapAll[pcCase] = {{NoMatter({"VT_VDATA_FreeShm"})}};
     }
 }
 

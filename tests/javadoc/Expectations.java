@@ -1,8 +1,12 @@
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
 import java.util.HashMap;
 import java.util.HashSet;
 import java.util.LinkedHashSet;
 import java.util.Map;
 import java.util.Set;
+import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /** What the tests expect of the native methods, each of which has a name of its own. */
@@ -21,6 +25,13 @@ final class Expectations {
             return new Answer(null, null);
         }
 
+        /** Of one as it is printed, here and in the list that the fault tests keep. */
+        static Answer ofPrinted(String printed) {
+            return printed.equals("null")      ? ofNull()
+                    : printed.startsWith("\"") ? of(printed.substring(1, printed.length() - 1))
+                                               : of(Integer.parseInt(printed));
+        }
+
         @Override
         public String toString() {
             return number != null ? number.toString() : text != null ? '"' + text + '"' : "null";
@@ -33,6 +44,9 @@ final class Expectations {
     /** A text that says of itself that it is a failure. */
     private static final Pattern kFailure = Pattern.compile(
             "\\{\\s*\"Result\"\\s*:\\s*-?[1-9].*", Pattern.DOTALL);
+
+    /** A method and an answer. */
+    private static final Pattern kListed = Pattern.compile("(\\w+) (null|-?\\d{1,9}|\".*\")");
 
     /** By the method's name. */
     final Map<String, Row> rows = new HashMap<>();
@@ -52,6 +66,25 @@ final class Expectations {
 
     void addFailure(String method, Answer answer) {
         failures.computeIfAbsent(method, key -> new HashSet<>()).add(answer);
+    }
+
+    /**
+     * Reads the list of what faults lead to: lines of a method, a blank and an answer, and such as
+     * begin with '#'.
+     *
+     * @param methods the names of the native methods
+     */
+    void readFailures(Path list, Set<String> methods) throws IOException {
+        for (String line : Files.readAllLines(list)) {
+            Matcher listed = kListed.matcher(line);
+            if (line.startsWith("#")) {
+                continue;
+            }
+            if (!listed.matches() || !methods.contains(listed.group(1))) {
+                throw new IOException(list + " has a line without a method and an answer: " + line);
+            }
+            addFailure(listed.group(1), Answer.ofPrinted(listed.group(2)));
+        }
     }
 
     /** All that the tests know a method to answer when something is wrong. */

@@ -21,6 +21,9 @@ namespace {
 constexpr int kExitUsage = 2;
 
 double Percentile(const std::vector<int64_t> &allSorted, size_t uiPercent) {
+    if (allSorted.empty()) {
+        return 0;
+    }
     return static_cast<double>(allSorted[(allSorted.size() - 1) * uiPercent / 100]) / 1000.0;
 }
 

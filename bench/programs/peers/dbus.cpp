@@ -88,7 +88,7 @@ const sd_bus_vtable kTable[] = {
 }  // namespace
 
 std::string StartBus(Children &stChildren, const std::string &acPath) {
-    const std::string acAddress = "unix:path=" + acPath;
+    std::string acAddress = "unix:path=" + acPath;
     stChildren.Start("dbus-daemon", [&acAddress](int iReady) {
         fcntl(iReady, F_SETFD, 0);
         const std::string acTo = "--print-address=" + std::to_string(iReady);

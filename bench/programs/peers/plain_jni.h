@@ -37,7 +37,7 @@ static inline uint32_t PlainAsk(const char *pcReceiver, uint32_t uiSender, uint3
     RpcMsgHead stHead;
     memset(&stHead, 0, sizeof(stHead));
     strcpy(stHead.acSndApp, "jamvm");
-    strcpy(stHead.acRcvApp, pcReceiver);
+    strncpy(stHead.acRcvApp, pcReceiver, sizeof(stHead.acRcvApp) - 1);
     stHead.uiSndMid = uiSender;
     return VT_MSG_RpcCall(&stHead, uiRpcId, 0, &uiWord, sizeof(uiWord), pvReply, uiReplyCap, 5000);
 }

@@ -101,7 +101,6 @@ void ServeStream(int iSocket, const Answers &acAnswers) {
 
 [[noreturn]] void ServeStreams(const std::string &acPath, int iReady) {
     const Answers acAnswers = ReadyAnswers();
-    const int iListener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un stAddress{};
     stAddress.sun_family = AF_UNIX;
     if (acPath.size() >= sizeof(stAddress.sun_path)) {
@@ -109,6 +108,7 @@ void ServeStream(int iSocket, const Answers &acAnswers) {
                                  " is too long; set TMPDIR to a shorter one");
     }
     memcpy(stAddress.sun_path, acPath.c_str(), acPath.size() + 1);
+    const int iListener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (iListener < 0 ||
         bind(iListener, reinterpret_cast<const sockaddr *>(&stAddress), sizeof(stAddress)) != 0 ||
         listen(iListener, 16) != 0) {
@@ -116,6 +116,7 @@ void ServeStream(int iSocket, const Answers &acAnswers) {
     }
     TellReady(iReady);
     for (;;) {
+        // cppcheck-suppress nullPointer ; the two may be null together
         const int iSocket = accept4(iListener, nullptr, nullptr, SOCK_CLOEXEC);
         if (iSocket < 0) {
             Fail("cannot accept");

@@ -43,7 +43,7 @@ public class DeviceAccessRightQueryServiceJNI {
      *
      * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses, or
      *     when the shared memory for the answer can't be made, read or removed, or when memory runs
-     *     out; {@code null} when the text is empty
+     *     out; {@code null} when the text is empty, or when there is no memory for it
      */
     public native String getFTPRightInfo();
 
@@ -65,7 +65,7 @@ public class DeviceAccessRightQueryServiceJNI {
      *
      * @return the text; <code>{ "Result": -1 }</code> when a process doesn't answer or refuses,
      *     when the shared memory for the answer can't be made, read or removed, or when memory runs
-     *     out; {@code null} when the text is empty
+     *     out; {@code null} when the text is empty, or when there is no memory for it
      */
     public native String getSambaRightInfo();
 
@@ -85,7 +85,8 @@ public class DeviceAccessRightQueryServiceJNI {
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @return the text, 255 bytes at most; <code>{ "Result": -1 }</code> when the process doesn't
-     *     answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     answer, refuses, or sends a longer text; {@code null} when the text is empty, or when
+     *     there is no memory for it
      */
     public native String getHTTPRightInfo();
 }

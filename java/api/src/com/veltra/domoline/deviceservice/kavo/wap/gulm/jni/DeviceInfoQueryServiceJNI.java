@@ -39,7 +39,7 @@ public class DeviceInfoQueryServiceJNI {
      * as it stands, so a quotation mark in one of them makes the answer invalid JSON.
      *
      * @return the description, or <code>{"Result":-1}</code> (no blanks) when the gateway's process
-     *     doesn't answer or refuses
+     *     doesn't answer or refuses; {@code null} when there is no memory for the text
      */
     public native String getDeviceInfo();
 
@@ -50,7 +50,7 @@ public class DeviceInfoQueryServiceJNI {
      *
      * @return the address as the gateway writes it, 17 characters at most; <code>{ "Result": -1
      *     }</code> (with blanks) when the process doesn't answer, refuses, or sends a longer text;
-     *     {@code null} when it sends an empty text
+     *     {@code null} when it sends an empty text, or when there is no memory for it
      */
     public native String getDeviceMAC();
 
@@ -71,7 +71,8 @@ public class DeviceInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 1.0}
      *
-     * @return the version, always this one: no state of the gateway makes this call fail
+     * @return the version, always this one: no state of the gateway makes this call fail; {@code
+     *     null} when there is no memory for the text
      */
     public native String getAPIVersion();
 
@@ -116,10 +117,11 @@ public class DeviceInfoQueryServiceJNI {
      * most. What the runtime doesn't tell is empty; what it tells in more bytes is left out.
      *
      * @return the description; <code>{ "Result": 1, "Name": "", "Version": "", "Vendor": ""
-     *     }</code> when there is no output of the command; <code>{"Result":-1}</code> (no blanks)
-     *     when the description has more than 127 bytes or memory runs out. Where there is no
+     *     }</code> when there is no output, neither of the command nor of one that ran before;
+     *     <code>{"Result":-1}</code> (no blanks) when the description has more than 127 bytes or
+     *     memory runs out; {@code null} when there is no memory for the text. Where there is no
      *     command {@code java}, the result is 0 and the texts are empty: the shell's complaint is
-     *     the output then
+     *     the output then. An output that can't be read to its end counts as far as it was read
      */
     public native String getJVMInfo();
 
@@ -135,7 +137,8 @@ public class DeviceInfoQueryServiceJNI {
      *
      * <p>The answer is one line: {@code Name}, {@code Version} and {@code Vendor} of the framework.
      *
-     * @return the description; <code>{"Result":-1}</code> (no blanks) when memory runs out
+     * @return the description; <code>{"Result":-1}</code> (no blanks) when memory runs out; {@code
+     *     null} when there is no memory for the text
      */
     public native String getOSGiInfo();
 }

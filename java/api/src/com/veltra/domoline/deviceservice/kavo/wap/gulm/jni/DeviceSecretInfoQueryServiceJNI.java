@@ -30,7 +30,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code device-pass-0123456789}
      *
      * @return the password, 64 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer or refuses; {@code null} when there is no password
+     *     doesn't answer or refuses; {@code null} when there is no password, or when there is no
+     *     memory for the text
      */
     public native String getDevicePassword();
 
@@ -41,7 +42,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code 02A1B2}
      *
      * @return the number, 6 characters at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty, or
+     *     when there is no memory for it
      */
     public native String getDeviceManufacturerOUI();
 
@@ -51,7 +53,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code EX0123456789AB}
      *
      * @return the serial number, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty, or
+     *     when there is no memory for it
      */
     public native String getDeviceSerialNumber();
 
@@ -62,7 +65,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code web-pass-abcdefghijklmnopq}
      *
      * @return the password, 127 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty, or
+     *     when there is no memory for it
      */
     public native String getDeviceDefaultWebPassword();
 
@@ -73,7 +77,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code Home-2G}
      *
      * @return the name, 31 bytes of UTF-8 at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty, or
+     *     when there is no memory for it
      */
     public native String getDeviceDefaultSSID1Name();
 
@@ -84,7 +89,8 @@ public class DeviceSecretInfoQueryServiceJNI {
      * <p>Example answer: {@code ssid-pass-ABCDEFGHIJKL}
      *
      * @return the password, 31 bytes at most; <code>{ "Result": -1 }</code> when the process
-     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty
+     *     doesn't answer, refuses, or sends a longer text; {@code null} when the text is empty, or
+     *     when there is no memory for it
      */
     public native String getDeviceDefaultSSID1Password();
 }

@@ -62,7 +62,7 @@ public class DnsDiagnosticsServiceJNI {
      * @return the text as the process wrote it; an object with nothing but the process's status,
      *     such as <code>{"Result":7}</code>, when there is no text yet; <code>{"Result":-1}</code>
      *     when the process doesn't answer or refuses, the text is empty or can't be read, or memory
-     *     runs out
+     *     runs out; {@code null} when there is no memory for the text
      */
     public native String getDnsDiagnosticsResult();
 }

@@ -65,7 +65,8 @@ public class IPPingDiagnosticsServiceJNI {
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @return the text as the process wrote it, at most 512 bytes; <code>{"Result":-1}</code> when
-     *     it is empty, or the process doesn't answer or refuses
+     *     it is empty, or the process doesn't answer or refuses; {@code null} when there is no
+     *     memory for the text
      */
     public native String getIPPingDiagnosticsResult();
 }

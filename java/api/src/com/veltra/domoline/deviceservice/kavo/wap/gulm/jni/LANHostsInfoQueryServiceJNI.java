@@ -32,7 +32,8 @@ public class LANHostsInfoQueryServiceJNI {
      * <p>Example answer of the simulated gateway: {@code SimHome gateway}
      *
      * @return what the process wrote, 256 bytes at most; an empty text, and no fault object, when
-     *     it doesn't answer, refuses or has no name
+     *     it doesn't answer, refuses or has no name; {@code null} when there is no memory for the
+     *     text
      */
     public native String getGatewayName();
 
@@ -58,9 +59,10 @@ public class LANHostsInfoQueryServiceJNI {
      * @param asMacs the addresses, of which 31 bytes each are sent; {@code null} elements are left
      *     out. If none is left, all hosts are asked for
      * @return what the process wrote; <code>{"Result":-1,"List":[] }</code> (one blank) when it
-     *     doesn't answer or refuses; <code>{"Result":-1}</code> when there are more than 128
-     *     addresses, or when memory runs out before any of them is known; {@code null} when the
-     *     process wrote nothing
+     *     doesn't answer or refuses, or when its text can't be read; <code>{"Result":-1}</code>
+     *     when there are more than 128 addresses, or when memory runs out before any of them is
+     *     known; {@code null} when the process wrote nothing, or when there is no memory for the
+     *     text
      */
     public native String getLANHostInfoByMAC(String[] asMacs);
 
@@ -82,8 +84,8 @@ public class LANHostsInfoQueryServiceJNI {
      * @param sInterface the interface's name in the vocabulary of {@code app_m}, for example {@code
      *     LAN1}; neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
-     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when
-     *     it wrote nothing
+     *     {@code null} or empty, or when the process doesn't answer or refuses or its text can't be
+     *     read; {@code null} when it wrote nothing, or when there is no memory for the text
      */
     public native String getLANHostInfoByInterface(String sInterface);
 
@@ -105,8 +107,8 @@ public class LANHostsInfoQueryServiceJNI {
      * @param sHostClass the class in the vocabulary of {@code app_m}, for example {@code PHONE};
      *     neither {@code null} nor empty. One of more than 15 bytes is sent as an empty text
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when the argument is
-     *     {@code null} or empty, or when the process doesn't answer or refuses; {@code null} when
-     *     it wrote nothing
+     *     {@code null} or empty, or when the process doesn't answer or refuses or its text can't be
+     *     read; {@code null} when it wrote nothing, or when there is no memory for the text
      */
     public native String getLANHostInfoByClass(String sHostClass);
 
@@ -129,8 +131,9 @@ public class LANHostsInfoQueryServiceJNI {
      * @param asMacs the addresses, of which 31 bytes each are sent, none of them {@code null}. No
      *     addresses ask for all hosts
      * @return what the process wrote; <code>{"Result":-1}</code> (no blanks) when there are more
-     *     than 128 addresses or a {@code null} one, or when the process doesn't answer or refuses;
-     *     {@code null} when it wrote nothing
+     *     than 128 addresses or a {@code null} one, or when the process doesn't answer or refuses
+     *     or its text can't be read; {@code null} when it wrote nothing, or when there is no memory
+     *     for the text
      */
     public native String getLANHostStats(String[] asMacs);
 
@@ -166,7 +169,8 @@ public class LANHostsInfoQueryServiceJNI {
      *
      * @param asMacs the addresses, none of them {@code null}. No addresses ask for all records
      * @return the limits; <code>{"Result":-1}</code> (no blanks) when there are more than 128
-     *     addresses or a {@code null} one, or when the process doesn't answer or refuses
+     *     addresses or a {@code null} one, when the process doesn't answer or refuses, or when
+     *     memory runs out; {@code null} when there is no memory for the text
      */
     public native String getLANHostSpeedLimitInfo(String[] asMacs);
 }

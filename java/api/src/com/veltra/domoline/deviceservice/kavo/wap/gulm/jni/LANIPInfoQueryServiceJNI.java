@@ -34,7 +34,8 @@ public class LANIPInfoQueryServiceJNI {
      * <p>The text is handed over as it stands: whether it is JSON is up to the process.
      *
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks)
-     *     when it doesn't answer or refuses; {@code null} when it wrote nothing
+     *     when it doesn't answer or refuses; {@code null} when it wrote nothing, or when there is
+     *     no memory for the text
      */
     public native String getLANHostIP();
 
@@ -54,7 +55,8 @@ public class LANIPInfoQueryServiceJNI {
      * lasts, in the gateway's unit.
      *
      * @return the settings; <code>{"Result":-1}</code> (no blanks) when the process doesn't answer
-     *     or refuses, or when the settings take more than 255 bytes, or when memory runs out
+     *     or refuses, or when the settings take more than 255 bytes, or when memory runs out;
+     *     {@code null} when there is no memory for the text
      */
     public native String getLANDHCPInfo();
 }

@@ -38,7 +38,7 @@ public class LanHostSpeedQueryServiceJNI {
      *     02:A1:B2:00:20:01}; neither {@code null} nor empty
      * @return what the process wrote, 128 bytes at most; <code>{"Result":-1}</code> (no blanks)
      *     when the argument is {@code null} or empty, or when the process doesn't answer or
-     *     refuses; {@code null} when it wrote nothing
+     *     refuses; {@code null} when it wrote nothing, or when there is no memory for the text
      */
     public native String getLANHostSpeed(String sMac);
 }

@@ -74,8 +74,10 @@ public class PortMappingConfigServiceJNI {
      * @param iInstId the mapping: {@code PortMappingIndex} in the list
      * @param bEnable whether the mapping shall be on
      * @return 0, also when the mapping was so already; -2 when the mapping can't be fetched: it or
-     *     its WAN connection is unknown, the connection may not have port mappings, or {@code gulm}
-     *     doesn't answer; -1 when the change fails
+     *     its WAN connection is unknown, the connection may not have port mappings or is of neither
+     *     kind that has them, or {@code gulm} doesn't answer or refuses; -1 when the change fails:
+     *     {@code gulm} doesn't tell the WAN connection once more, or {@code osgi_proxy} doesn't
+     *     answer or refuses
      */
     public native int setPortMappingSwitch(int iWanIndex, int iInstId, boolean bEnable);
 }

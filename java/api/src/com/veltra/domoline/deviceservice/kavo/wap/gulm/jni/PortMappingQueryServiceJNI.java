@@ -45,9 +45,10 @@ public class PortMappingQueryServiceJNI {
      * }</code>.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't answer,
-     *     refuses, or doesn't know a WAN connection that has mappings, when memory runs out, or
-     *     when the text would have 512 bytes or more for each mapping and for the list itself: 512
-     *     for each, and 512 more. A mapping for which the list cannot grow is left out of it
+     *     refuses, or doesn't know a WAN connection that has mappings, when its table can't be
+     *     read, when memory runs out, or when the text would have 512 bytes or more for each
+     *     mapping and for the list itself: 512 for each, and 512 more; {@code null} when there is
+     *     no memory for the text. A mapping for which the list cannot grow is left out of it
      */
     public native String getPortMappingInfo();
 }

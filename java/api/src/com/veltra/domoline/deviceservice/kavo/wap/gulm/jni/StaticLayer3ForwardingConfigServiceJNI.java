@@ -38,8 +38,8 @@ public class StaticLayer3ForwardingConfigServiceJNI {
      *     in letters of either case
      * @return the route's instance id, which is {@code Index} in the list; -1 when an argument is
      *     missing, has not its length or names the LAN bridge (nobody is asked then), when there is
-     *     no such WAN connection, when the gateway's service refuses the route, or when a process
-     *     doesn't answer
+     *     no such WAN connection or {@code gulm} tells of more than eight, when the gateway's
+     *     service refuses the route, or when a process doesn't answer
      */
     public native int addLayer3ForwardingStatic(
             String sDestIP, String sDestMask, String sGateway, String sInterface);
@@ -69,8 +69,9 @@ public class StaticLayer3ForwardingConfigServiceJNI {
      *     in letters of either case
      * @return the route's instance id, which is {@code Index} in the list; -1 when an argument is
      *     missing, the prefix is too long, can't be read or is {@code ::/0}, or the interface is
-     *     the LAN bridge (nobody is asked then), when there is no such WAN connection, when the
-     *     gateway's service refuses the route, or when a process doesn't answer
+     *     the LAN bridge (nobody is asked then), when there is no such WAN connection or {@code
+     *     gulm} tells of more than eight, when the gateway's service refuses the route, or when a
+     *     process doesn't answer
      */
     public native int addIPv6Layer3ForwardingStatic(
             String sDestIPPrefix, String sNextHop, String sInterface);

@@ -45,7 +45,7 @@ public class TrafficDetailProcessServiceJNI {
      * @param asHeaders the headers, at most 253 bytes with the commas
      * @return the rule's number; -1 when the direction is missing or empty, when a text or list is
      *     too long, has too many elements or can't be converted (nobody is asked then); when the
-     *     gateway refuses the rule; or when it doesn't answer
+     *     gateway refuses the rule; or when it doesn't answer or tells no number
      */
     public native int addHTTPTrafficProcessRule(String sRemoteAddress, int iRemotePort,
             String sDirection, String sHostMAC, String[] asMethods, String[] asStatusCodes,
@@ -89,14 +89,15 @@ public class TrafficDetailProcessServiceJNI {
      * {@code MethodList}, {@code StatuscodeList} and {@code HeaderList} are the methods, status
      * codes and headers, and {@code RuleInst} is the rule's number. What a rule leaves open is an
      * empty text. Each of the three lists has exactly one element, the text with the commas, which
-     * may be empty. A rule for which the list cannot grow is left out of it.
+     * may be empty.
      *
      * @return the list; <code>{"Result":0,"List":[]}</code> (no blanks) when there are no rules; a
-     *     failure otherwise, never null because of the gateway: <code>{ "Result": -1 }</code> when
-     *     it refuses or doesn't answer, when its table can't be read, or when memory runs out;
-     *     <code>{ "Result": 1 }</code> when the answer reaches 1280 bytes for each rule and 1280
-     *     more, or can't be printed. When reading the table fails with a code of at most two
-     *     characters, that code is told in the place of -1
+     *     failure otherwise: <code>{ "Result": -1 }</code> when the gateway refuses or doesn't
+     *     answer, when its table can't be read or has more rules than an answer of 16 MiB has room
+     *     for, or when memory runs out; <code>{ "Result": 1 }</code> when the answer reaches 1280
+     *     bytes for each rule and 1280 more. When reading the table fails with a code of at most
+     *     two characters, that code is told in the place of -1, such as <code>{ "Result": 42
+     *     }</code>; {@code null} when there is no memory for the text
      */
     public native String getHTTPTrafficProcessRuleInfo();
 }

@@ -41,7 +41,7 @@ public class TrafficMirrorServiceJNI {
      *     refused, any other is sent as it is
      * @return the rule's number; -1 when a required text is missing or empty, when a text is too
      *     long or can't be converted, or the port is refused (nobody is asked then); when the
-     *     gateway refuses the rule; or when it doesn't answer
+     *     gateway refuses the rule; or when it doesn't answer or tells no number
      */
     public native int addMirrorRule(String sRemoteAddress, String sRemotePort, String sDirection,
             String sProtocol, String sHostMAC, String sMirrorToIP, int iMirrorToPort);
@@ -88,14 +88,15 @@ public class TrafficMirrorServiceJNI {
      * to. What a rule leaves open is an empty text. The rules' numbers are not told. A collector's
      * port that the gateway tells as something else than a number is listed as that of the rule
      * before it, 0 with the first; one above 2147483647 is listed as a negative number, less by
-     * 4294967296. A rule for which the list cannot grow is left out of it.
+     * 4294967296.
      *
      * @return the list; <code>{"Result":0,"List":[]}</code> (no blanks) when there are no rules; a
-     *     failure otherwise, never null because of the gateway: <code>{ "Result": -1 }</code> when
-     *     it refuses or doesn't answer, when its table can't be read, or when memory runs out;
-     *     <code>{ "Result": 1 }</code> when the answer reaches 768 bytes for each rule and 768
-     *     more, or can't be printed. When reading the table fails with a code of at most two
-     *     characters, that code is told in the place of -1
+     *     failure otherwise: <code>{ "Result": -1 }</code> when the gateway refuses or doesn't
+     *     answer, when its table can't be read or has more rules than an answer of 16 MiB has room
+     *     for, or when memory runs out; <code>{ "Result": 1 }</code> when the answer reaches 768
+     *     bytes for each rule and 768 more. When reading the table fails with a code of at most two
+     *     characters, that code is told in the place of -1, such as <code>{ "Result": 42 }</code>;
+     *     {@code null} when there is no memory for the text
      */
     public native String getMirroRuleInfo();
 }

@@ -80,9 +80,11 @@ public class TrafficMonitoringConfigServiceJNI {
      *     registry is empty; <code>{"Result":-1}</code> (no blanks) when {@code gulm} doesn't
      *     answer, refuses, or sends what can't be read or would not be JSON in the list (a quote
      *     that ends a name, a control character, a list without its end, or one nested more than 29
-     *     deep), or when memory runs out. The text has less than 384 bytes for each bundle and 272
-     *     for each address, as {@code gulm} counts them; where that is not enough, the list ends
-     *     with the last bundle that fits
+     *     deep), when it counts neither bundles nor addresses beside a text or so many that the
+     *     answer would exceed 16 MiB, or when memory runs out; {@code null} when there is no memory
+     *     for the text. The text has less than 384 bytes for each bundle and 272 for each address,
+     *     as {@code gulm} counts them; where that is not enough, the list ends with the last bundle
+     *     that fits
      */
     public native String getTrafficMonitoringDestAddressInfo();
 }

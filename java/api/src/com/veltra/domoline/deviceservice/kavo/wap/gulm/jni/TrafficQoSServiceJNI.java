@@ -82,7 +82,8 @@ public class TrafficQoSServiceJNI {
      * @param iFlow the flow; sent as it is
      * @return the list; <code>{ "Result": -1 }</code> (with blanks) when the flow has no members,
      *     when the process doesn't answer or refuses, when its table can't be read, when the answer
-     *     reaches 297 bytes for each member and 297 more, or when memory runs out
+     *     reaches 297 bytes for each member and 297 more, or when memory runs out; {@code null}
+     *     when there is no memory for the text
      */
     public native String getTrafficInfoByFlow(int iFlow);
 
@@ -100,7 +101,7 @@ public class TrafficQoSServiceJNI {
      *
      * @param iFlow the flow; sent as it is
      * @return the bytes; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
-     *     answer or refuses
+     *     answer or refuses; {@code null} when there is no memory for the text
      */
     public native String getStatsByFlow(int iFlow);
 
@@ -119,7 +120,7 @@ public class TrafficQoSServiceJNI {
      *
      * @param iFlow the flow; sent as it is
      * @return the speeds; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
-     *     answer or refuses
+     *     answer or refuses; {@code null} when there is no memory for the text
      */
     public native String getSpeedByFlow(int iFlow);
 
@@ -137,7 +138,7 @@ public class TrafficQoSServiceJNI {
      *
      * @param iFlow the flow; sent as it is
      * @return the limits; <code>{ "Result": -1 }</code> (with blanks) when the process doesn't
-     *     answer or refuses
+     *     answer or refuses; {@code null} when there is no memory for the text
      */
     public native String getSpeedLimitByFlow(int iFlow);
 

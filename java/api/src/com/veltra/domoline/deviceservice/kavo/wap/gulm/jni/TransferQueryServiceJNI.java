@@ -52,7 +52,7 @@ public class TransferQueryServiceJNI {
      *     when the interface of a listed route is shorter than 6 characters, is called like a WAN
      *     connection but numbered like none, or is shown with more than 127 bytes; when the answer
      *     reaches 256 bytes for each route, those left out among them, and 256 more; or when memory
-     *     runs out
+     *     runs out; {@code null} when there is no memory for the text
      */
     public native String getLayer3ForwardingStaticConfigInfo();
 
@@ -76,7 +76,8 @@ public class TransferQueryServiceJNI {
      *     when the interface of a listed route is shorter than 6 characters, is called like a WAN
      *     connection but numbered like none, or is shown with more than 127 bytes; when the answer
      *     reaches 256 bytes for each route, those left out among them, and 256 more; when a route's
-     *     prefix can't be read; or when memory runs out
+     *     prefix can't be read; or when memory runs out; {@code null} when there is no memory for
+     *     the text
      */
     public native String getIPv6Layer3ForwardingStaticConfigInfo();
 
@@ -101,7 +102,8 @@ public class TransferQueryServiceJNI {
      *     refuses, or doesn't know a WAN connection; when its table can't be read or is shorter
      *     than the number of routes that it tells; for the interface of a listed route as in {@link
      *     #getLayer3ForwardingStaticConfigInfo()}; when the answer reaches 256 bytes for each
-     *     listed route and 256 more; or when memory runs out
+     *     listed route and 256 more; or when memory runs out; {@code null} when there is no memory
+     *     for the text
      */
     public native String getLayer3ForwardingCurrent();
 
@@ -117,7 +119,7 @@ public class TransferQueryServiceJNI {
      * }</pre>
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) for the reasons of {@link
-     *     #getLayer3ForwardingCurrent()}
+     *     #getLayer3ForwardingCurrent()}; {@code null} when there is no memory for the text
      */
     public native String getIPv6Layer3ForwardingCurrent();
 
@@ -142,7 +144,8 @@ public class TransferQueryServiceJNI {
      * list is empty: <code>{ "Result": 0, "List": [ ] }</code>.
      *
      * @return the list; <code>{"Result":-1}</code> (no blanks) when a process doesn't answer or
-     *     refuses, when the answer exceeds 1087 bytes, or when memory runs out
+     *     refuses, when the answer exceeds 1087 bytes, or when memory runs out; {@code null} when
+     *     there is no memory for the text
      */
     public native String getVLANBindInfo();
 
@@ -163,7 +166,8 @@ public class TransferQueryServiceJNI {
      *   <li>{@code IPTV_BUSSINESS_NOK}: nobody has.
      * </ul>
      *
-     * @return the word; an empty text when a process doesn't answer or refuses
+     * @return the word; an empty text when a process doesn't answer or refuses; {@code null} when
+     *     there is no memory for the text
      */
     public native String getIPTVStatus();
 }

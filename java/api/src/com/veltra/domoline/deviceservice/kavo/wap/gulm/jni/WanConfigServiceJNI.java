@@ -101,8 +101,10 @@ public class WanConfigServiceJNI {
      *     double quotes, 32 levels at most; not null, not empty
      * @return 0, also for an object without any of the settings; -1 when the text is missing or no
      *     JSON, when a setting is out of its bounds, when another connection serves {@code TR069}
-     *     already, when a process doesn't answer or refuses, or when memory runs out. A failure may
-     *     leave IPv6 DNS servers unchanged and everything else changed
+     *     already, when {@code DNSServers} names no server and the connection has none, when IPv6
+     *     DNS servers are to be set for an index whose type is neither 1 nor 2, when a process
+     *     doesn't answer or refuses, or when memory runs out. A failure may leave IPv6 DNS servers
+     *     unchanged and everything else changed
      */
     public native int setWANIf(int iWanIndex, String sJson);
 

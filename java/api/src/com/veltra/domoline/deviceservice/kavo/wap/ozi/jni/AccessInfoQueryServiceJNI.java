@@ -43,7 +43,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * @return the list; an empty one with result 0, <code>{ "Result": 0, "List": [ ] }</code>, also
      *     when {@code gulm} doesn't answer or refuses; <code>{"Result":-1}</code> (no blanks) when
-     *     the list is longer than 511 bytes of UTF-8 or when memory runs out
+     *     the list is longer than 511 bytes of UTF-8 or when memory runs out; {@code null} when
+     *     there is no memory for the text
      */
     public native String getWANIfList();
 
@@ -63,7 +64,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
-     *     {@code app_m} doesn't answer, refuses or answers nothing
+     *     {@code app_m} doesn't answer, refuses or answers nothing; {@code null} when there is no
+     *     memory for the text
      */
     public native String getWANIfStats(int iWanIndex);
 
@@ -91,7 +93,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 2048 bytes; <code>{"Result":-1}</code> (no blanks) when
-     *     {@code app_m} doesn't answer, refuses or answers nothing, or when memory runs out
+     *     {@code app_m} doesn't answer, refuses or answers nothing, or when memory runs out; {@code
+     *     null} when there is no memory for the text
      */
     public native String getWANIfInfo(int iWanIndex);
 
@@ -111,7 +114,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 128 bytes; <code>{"Result":-1}</code> (no blanks) when
-     *     {@code app_m} doesn't answer, refuses or answers nothing
+     *     {@code app_m} doesn't answer, refuses or answers nothing; {@code null} when there is no
+     *     memory for the text
      */
     public native String getWanIfBandwidth(int iWanIndex);
 
@@ -137,7 +141,8 @@ public class AccessInfoQueryServiceJNI {
      *
      * @param iWanIndex the WAN connection, as in the list of {@link #getWANIfList()}; sent as it is
      * @return the process's text, at most 512 bytes; <code>{"Result":-1}</code> (no blanks) when
-     *     {@code app_m} doesn't answer, refuses or answers nothing
+     *     {@code app_m} doesn't answer, refuses or answers nothing; {@code null} when there is no
+     *     memory for the text
      */
     public native String getWANIfStatus(int iWanIndex);
 
@@ -147,7 +152,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * <p>Example answer: {@code 269488129}, which is {@code 0x10101001}.
      *
-     * @return its WAN index; -1 when {@code app_m} doesn't answer or refuses
+     * @return its WAN index; -1 when {@code app_m} doesn't answer, refuses or answers nothing
      */
     public native int getInternetWANIndex();
 
@@ -173,7 +178,8 @@ public class AccessInfoQueryServiceJNI {
      *     0,"TransceiverTemperature": 0,"SupplyVottage": 0,"BiasCurrent": 0}</code> when {@code
      *     app_m} says that it can't tell (its code {@code 0xFFFFFFFE}); <code>{"Result":-1,
      *     "TXPower": 0, "RXPower": 0,"TransceiverTemperature": 0,"SupplyVottage": 0,"BiasCurrent":
-     *     0}</code> when it doesn't answer, refuses otherwise or answers nothing
+     *     0}</code> when it doesn't answer, refuses otherwise or answers nothing; {@code null} when
+     *     there is no memory for the text
      */
     public native String getPONIfPhyStatus();
 
@@ -207,7 +213,8 @@ public class AccessInfoQueryServiceJNI {
      * @return the process's text, at most 128 bytes; <code>{"Result":-2, "RegisterStatus":
      *     "NO_REG_NO_AUTH"}</code> when {@code app_m} says that it can't tell (its code {@code
      *     0xFFFFFFFE}); <code>{"Result":-1, "RegisterStatus": "NO_REG_NO_AUTH"}</code> when it
-     *     doesn't answer, refuses otherwise or answers nothing
+     *     doesn't answer, refuses otherwise or answers nothing; {@code null} when there is no
+     *     memory for the text
      */
     public native String getPONIfRegisterStatus();
 
@@ -228,7 +235,7 @@ public class AccessInfoQueryServiceJNI {
      *
      * @return the process's text, at most 128 bytes; <code>{"Result":-1, "UsStats": 0, "DsStats":
      *     0}</code> when {@code app_m} doesn't answer, refuses (with whichever code) or answers
-     *     nothing
+     *     nothing; {@code null} when there is no memory for the text
      */
     public native String getUplinkIfStats();
 }

@@ -153,8 +153,8 @@ public class UsbServiceJNI {
      * @param iOffset the first element to send, from 0
      * @param iCount how many, from 0; iOffset + iCount must not exceed the array's length
      * @return how many bytes were sent, which may be fewer than {@code iCount}; -1 when the range
-     *     is not one of the array (nothing is sent then), when the handle is none, or when sending
-     *     fails
+     *     is not one of the array (nothing is sent then), when the handle is none, when sending
+     *     fails, or when memory runs out
      */
     public native int usbWrite(int iHandle, byte[] abData, int iOffset, int iCount);
 
