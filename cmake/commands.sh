@@ -11,6 +11,7 @@ kLintPackages="git clang-tidy cppcheck"
 kClangPackages="clang libclang-rt-dev llvm"
 kBenchPackages="libgtest-dev libbenchmark-dev libsystemd-dev dbus-daemon libdbus-java zlib1g-dev
     libunixsocket-java valgrind python3 python3-matplotlib"
+kPackagingPackages="dpkg-dev file lintian"
 kArmPackages="musl g++-arm-linux-gnueabihf qemu-user-static mmdebstrap debian-archive-keyring"
 
 # missing_packages NAME... prints those that are not installed.

@@ -60,7 +60,7 @@ function(wap_java_program sName)
     set(WAP_PROGRAM_LIB ${CMAKE_INSTALL_LIBDIR})
     configure_file(${sTemplate} ${CMAKE_CURRENT_BINARY_DIR}/installed/${sName} @ONLY)
 
-    install(FILES ${sJar} DESTINATION ${CMAKE_INSTALL_DATADIR}/java)
+    install(FILES ${sJar} DESTINATION ${CMAKE_INSTALL_DATADIR}/java COMPONENT java)
     install(PROGRAMS ${CMAKE_CURRENT_BINARY_DIR}/installed/${sName}
-        DESTINATION ${CMAKE_INSTALL_BINDIR})
+        DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT java)
 endfunction()

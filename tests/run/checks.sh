@@ -1,19 +1,8 @@
 # What the checks of ./run are made of. Sourced by check-run, as the other files here.
 
 # ---- checks ----
-# check NAME COMMAND...: its output is shown only when it fails.
-check() {
-    local pcName=$1
-    shift
-    if "$@" >"$pcOutput" 2>&1 </dev/null; then
-        echo "ok run: $pcName"
-    else
-        echo "FAILED: run: $pcName"
-        tail -n 40 "$pcOutput" | sed 's/^/    /'
-        iFailures=$((iFailures + 1))
-        return 1
-    fi
-}
+pcTheme=run
+. "$pcRoot/tests/checks.sh"
 # A finding of another kind than expected is printed, so that the failed check shows it.
 is() { # is WHAT FOUND EXPECTED
     [ "$2" = "$3" ] || { echo "$1 is '$2', expected '$3'" && false; }
@@ -39,7 +28,6 @@ soon() { # soon COMMAND...: true as soon as the command is
         sleep 0.05
     done
 }
-fails() { ! "$@"; }
 nothing_runs() { # nothing_runs DIR
     [ -z "$(processes_of "$1")" ]
 }
