@@ -14,6 +14,10 @@ foreach(sName WAP_SDK WAP_SDK_TUPLE WAP_SYSROOT)
     if(NOT ${sName})
         set(${sName} "$ENV{${sName}}")
     endif()
+    # A later run, which the build begins by itself, may have another environment.
+    if(${sName})
+        set(${sName} "${${sName}}" CACHE STRING "See the toolchain file")
+    endif()
 endforeach()
 # The compiler checks configure projects of their own, which must see the same SDK.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES WAP_SDK WAP_SDK_TUPLE WAP_SYSROOT)

@@ -50,8 +50,13 @@ sums_are_right() { # sums_are_right DEB UNPACKED
 # What Debian wants to find about a package.
 has_documents() { # has_documents FOLDER
     cmp "$1/LICENSE" "$pcRoot/LICENSE" && grep -q '^License: Apache-2.0$' "$1/copyright" &&
-        gzip -dc "$1/changelog.gz" | grep -q '^vt-wap-jni'
+        grep -q '^vt-wap-jni' <<<"$(gzip -dc "$1/changelog.gz")"
 }
 no_build_path() { # no_build_path FOLDER
-    fails grep -rlaF -e "$pcRoot/" -e "$pcWork/" "$1"
+    local iStatus
+    [ "$(find "$1" -type f | wc -l)" -gt 0 ] || { echo "there is nothing in $1" && return 1; }
+    grep -rlaF -e "$pcRoot/" -e "$pcWork/" "$1"
+    iStatus=$?
+    # 1: it has read all, and found nothing.
+    [ "$iStatus" -eq 1 ]
 }
