@@ -40,7 +40,11 @@ EndSignals::EndSignals() {
     stAction.sa_handler = OnEnd;
     sigemptyset(&stAction.sa_mask);
     for (const int iSignal : {SIGINT, SIGTERM, SIGHUP}) {
-        (void)sigaction(iSignal, &stAction, nullptr);
+        struct sigaction stBefore = {};
+        // Whoever starts it may have one of them passed over, as nohup does.
+        if (sigaction(iSignal, nullptr, &stBefore) == 0 && stBefore.sa_handler != SIG_IGN) {
+            (void)sigaction(iSignal, &stAction, nullptr);
+        }
     }
     (void)signal(SIGPIPE, SIG_IGN);
 }

@@ -23,7 +23,7 @@ namespace wap::gateway {
 namespace {
 
 /// For RPCs that the table does not have, as long as for most others.
-constexpr uint32_t kTimeoutMs = 5000;
+constexpr uint32_t kUsualTimeoutMs = 5000;
 /// A pause is no longer, whatever the file says.
 constexpr double kPauseMostS = 3600;
 /// Captures are kept in memory; a longer one has been left to itself for days.
@@ -110,7 +110,7 @@ uint32_t SendCall(const TapEvent &stEvent) {
         VT_MSG_RpcCall(&stEvent.stHead, stEvent.uiId, stEvent.uiDstMid, acRequest.data(),
                        static_cast<uint32_t>(acRequest.size()), acReply.data(),
                        static_cast<uint32_t>(acReply.size()),
-                       pstRpc == nullptr ? kTimeoutMs : pstRpc->uiTimeoutMs);
+                       pstRpc == nullptr ? kUsualTimeoutMs : pstRpc->uiTimeoutMs);
     // Whoever read it has freed it already.
     FreePublished();
     if (uiStatus == 0 && pstRpc != nullptr) {

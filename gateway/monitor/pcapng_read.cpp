@@ -19,7 +19,7 @@ constexpr size_t kInterfacesMax = 1024;
 /// The smallest unit of time in which a number of 64 bits tells a second.
 constexpr unsigned kTenMost = 19;
 constexpr unsigned kMicro = 6;
-constexpr uint64_t kSecond = 1000000;
+constexpr uint64_t kMicroseconds = 1000000;
 
 uint64_t PowerOfTen(unsigned uiExponent) {
     uint64_t ulPower = 1;
@@ -36,8 +36,8 @@ uint64_t InMicroseconds(uint64_t ulTime, uint8_t ucResolution) {
         const uint64_t ulWhole = uiExponent < 64 ? ulTime >> uiExponent : 0;
         const double dFraction =
             std::ldexp(static_cast<double>(ulTime), -static_cast<int>(uiExponent));
-        return ulWhole * kSecond +
-               static_cast<uint64_t>((dFraction - std::floor(dFraction)) * kSecond);
+        return ulWhole * kMicroseconds +
+               static_cast<uint64_t>((dFraction - std::floor(dFraction)) * kMicroseconds);
     }
     return uiExponent <= kMicro ? ulTime * PowerOfTen(kMicro - uiExponent)
                                 : ulTime / PowerOfTen(uiExponent - kMicro);
@@ -178,7 +178,7 @@ Packet PcapngReader::TakePacket(std::string_view sBody) const {
     }
     const Interface &stFrom = m_astInterfaces[static_cast<size_t>(ulInterface)];
     return {stFrom.usLinkType,
-            InMicroseconds(ulTime, stFrom.ucResolution) + stFrom.ulOffset * kSecond,
+            InMicroseconds(ulTime, stFrom.ucResolution) + stFrom.ulOffset * kMicroseconds,
             std::string(sBody.substr(kFixed, static_cast<size_t>(ulHeld)))};
 }
 

@@ -36,6 +36,13 @@ bool Soon(const std::function<bool()> &fnIsSo) {
     return false;
 }
 
+void WatchTest::SetUp() {
+    // Those that end a monitor must not have been switched off for the tests.
+    signal(SIGINT, SIG_DFL);
+    signal(SIGTERM, SIG_DFL);
+    RunningGatewayTest::SetUp();
+}
+
 pid_t WatchTest::Watch(const std::string &acName,
                        const std::vector<std::string> &astArguments) const {
     std::vector<std::string> astWords = {"sh", "-c", R"(exec "$@" >"$0.out" 2>"$0.err")",

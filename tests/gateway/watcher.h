@@ -30,6 +30,8 @@ bool Soon(const std::function<bool()> &fnIsSo);
 
 class WatchTest : public RunningGatewayTest {
   protected:
+    void SetUp() override;
+
     /// Starts a monitor whose output goes to NAME.out and NAME.err, and waits until it watches.
     pid_t Watch(const std::string &acName, const std::vector<std::string> &astArguments) const;
 
