@@ -189,6 +189,7 @@ TEST_F(ReplayTest, FilesThatCantBeUsedAreRefused) {
         {"cut.pcapng", "it ends too early (the block at byte "},
         {"text.pcapng", "it is no pcapng file (the block at byte 0)\n"},
         {"empty.pcapng", "it is empty"},
+        {"log", "it can't be read"},
     };
     for (const auto &stCase : astCases) {
         const std::string acPath = m_acDir + "/" + stCase.pcName;

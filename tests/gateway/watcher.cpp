@@ -1,5 +1,7 @@
 #include "watcher.h"
 
+#include <unistd.h>
+
 #include <chrono>
 #include <regex>
 #include <thread>
@@ -51,6 +53,10 @@ pid_t WatchTest::Watch(const std::string &acName,
     astMonitor.insert(astMonitor.end(), astArguments.begin(), astArguments.end());
     for (const std::string &acWord : CtlWords(astMonitor)) {
         astWords.push_back(acWord);
+    }
+    // What an earlier one has said must not be taken for this one's.
+    for (const char *pcEnd : {".out", ".err"}) {
+        (void)unlink((m_acDir + "/" + acName + pcEnd).c_str());
     }
     const pid_t iPid = Launch(astWords);
     Await(acName + ".err", "gatewayctl: watching ");
