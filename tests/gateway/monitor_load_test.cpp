@@ -1,5 +1,9 @@
 // Whatever becomes of those who watch, the gateway goes on, and as fast.
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -125,6 +129,25 @@ TEST_F(WatchTest, OneThatIsStoppedSlowsNobodyDown) {
     EXPECT_GE(Number(Err("stopped"), "lost"), 100u) << Err("stopped");
     EXPECT_EQ(Number(Err("stopped"), "seen") + Number(Err("stopped"), "lost"), stLoad.Asked() + 2)
         << Err("stopped");
+}
+
+TEST_F(WatchTest, OneWhoseOutputNobodyReadsEndsAllTheSame) {
+    const std::string acPipe = m_acDir + "/watch.out";
+    ASSERT_EQ(mkfifo(acPipe.c_str(), 0600), 0);
+    const int iPipe = open(acPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(iPipe, 0);
+    const pid_t iWatch = WatchWith(R"(exec "$@" >"$0.out" 2>"$0.err")", "watch", {});
+    // A pipe takes 64 KiB.
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_EQ(AskForMac().uiStatus, 0u);
+    }
+    int iWaiting = 0;
+    EXPECT_TRUE(Soon([&] { return ioctl(iPipe, FIONREAD, &iWaiting) == 0 && iWaiting > 60000; }))
+        << iWaiting;
+    const auto stBegin = Clock::now();
+    EndWatch("watch", iWatch);
+    EXPECT_LT(Clock::now() - stBegin, std::chrono::seconds(10));
+    close(iPipe);
 }
 
 TEST_F(WatchTest, ProcessesEndBesideOneThatIsStopped) {

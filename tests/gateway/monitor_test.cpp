@@ -252,13 +252,7 @@ TEST_F(WatchTest, EndsAfterSoManyOrSoLong) {
 }
 
 TEST_F(WatchTest, EndsQuietlyWhenNobodyReads) {
-    std::vector<std::string> astWords = {"sh", "-c", R"("$@" 2>"$0/pipe.err" | head -n 1)",
-                                         m_acDir};
-    for (const std::string &acWord : CtlWords({"monitor", "--brief"})) {
-        astWords.push_back(acWord);
-    }
-    const pid_t iPipe = Launch(astWords);
-    Await("pipe.err", "gatewayctl: watching ");
+    const pid_t iPipe = WatchWith(R"("$@" 2>"$0.err" | head -n 1)", "pipe", {"--brief"});
     EXPECT_EQ(AskForMac().uiStatus, 0u);
     EXPECT_EQ(GatewayTest::Await(iPipe), 0);
     EXPECT_EQ(WithoutTimes(ReadFile("test.out")), kMacLine);

@@ -45,22 +45,25 @@ void WatchTest::SetUp() {
     RunningGatewayTest::SetUp();
 }
 
-pid_t WatchTest::Watch(const std::string &acName,
-                       const std::vector<std::string> &astArguments) const {
-    std::vector<std::string> astWords = {"sh", "-c", R"(exec "$@" >"$0.out" 2>"$0.err")",
-                                         m_acDir + "/" + acName};
+pid_t WatchTest::WatchWith(const std::string &acScript, const std::string &acName,
+                           const std::vector<std::string> &astArguments) const {
+    std::vector<std::string> astWords = {"sh", "-c", acScript, m_acDir + "/" + acName};
     std::vector<std::string> astMonitor = {"monitor"};
     astMonitor.insert(astMonitor.end(), astArguments.begin(), astArguments.end());
     for (const std::string &acWord : CtlWords(astMonitor)) {
         astWords.push_back(acWord);
     }
     // What an earlier one has said must not be taken for this one's.
-    for (const char *pcEnd : {".out", ".err"}) {
-        (void)unlink((m_acDir + "/" + acName + pcEnd).c_str());
-    }
+    (void)unlink((m_acDir + "/" + acName + ".err").c_str());
     const pid_t iPid = Launch(astWords);
     Await(acName + ".err", "gatewayctl: watching ");
     return iPid;
+}
+
+pid_t WatchTest::Watch(const std::string &acName,
+                       const std::vector<std::string> &astArguments) const {
+    (void)unlink((m_acDir + "/" + acName + ".out").c_str());
+    return WatchWith(R"(exec "$@" >"$0.out" 2>"$0.err")", acName, astArguments);
 }
 
 void WatchTest::Await(const std::string &acFile, const std::string &acPart) const {

@@ -35,6 +35,11 @@ class WatchTest : public RunningGatewayTest {
     /// Starts a monitor whose output goes to NAME.out and NAME.err, and waits until it watches.
     pid_t Watch(const std::string &acName, const std::vector<std::string> &astArguments) const;
 
+    /// Starts one by a line of the shell, in which "$@" is its command and "$0" NAME in the
+    /// directory; what it says of itself must go to NAME.err.
+    pid_t WatchWith(const std::string &acScript, const std::string &acName,
+                    const std::vector<std::string> &astArguments) const;
+
     /// Waits until a part stands in a file; fails when it does not come.
     void Await(const std::string &acFile, const std::string &acPart) const;
 
