@@ -16,11 +16,12 @@ bool LengthsAreRight(const TapHead &stHead, size_t uiBytes) {
     uint64_t ulHeld = 0;
     for (size_t i = 0; i < kTapParts; ++i) {
         // A block may say of itself that it is longer than any.
-        if (stHead.auiHeld[i] > std::min(stHead.auiLength[i], kMost[i]) ||
-            (i != kTapBlock && stHead.auiLength[i] > kMost[i])) {
+        const uint32_t uiLength = stHead.auiLength[i];
+        const uint32_t uiHeld = stHead.auiHeld[i];
+        if (uiHeld > std::min(uiLength, kMost[i]) || (i != kTapBlock && uiLength > kMost[i])) {
             return false;
         }
-        ulHeld += stHead.auiHeld[i];
+        ulHeld += uiHeld;
     }
     return ulHeld == uiBytes && stHead.uiRoom <= VT_HOST_MAX_PAYLOAD;
 }

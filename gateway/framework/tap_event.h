@@ -34,7 +34,7 @@ enum TapPart : size_t { kTapRequest, kTapReply, kTapBlock, kTapParts };
 #pragma pack(push, 1)
 
 /// The start of an event. The bytes that are held of its parts follow, one behind the other.
-struct TapHead {
+struct alignas(4) TapHead {
     uint32_t uiMagic;
     uint8_t ucKind;  ///< TapKind
     uint8_t ucFlags;

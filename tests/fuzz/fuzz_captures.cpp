@@ -31,18 +31,18 @@ class Cursor {
   public:
     Cursor(std::string_view sBytes, bool bBigEndian) : m_sRest(sBytes), m_bBigEndian(bBigEndian) {}
 
-    bool Take(size_t uiSize, std::string_view &sTaken) {
-        if (uiSize > m_sRest.size()) {
+    bool Take(uint64_t ulSize, std::string_view &sTaken) {
+        if (ulSize > m_sRest.size()) {
             return false;
         }
-        sTaken = m_sRest.substr(0, uiSize);
-        m_sRest.remove_prefix(uiSize);
+        sTaken = m_sRest.substr(0, static_cast<size_t>(ulSize));
+        m_sRest.remove_prefix(sTaken.size());
         return true;
     }
 
-    bool Take(size_t uiSize, uint64_t &ulNumber) {
+    bool Take(uint64_t ulSize, uint64_t &ulNumber) {
         std::string_view sTaken;
-        if (!Take(uiSize, sTaken)) {
+        if (!Take(ulSize, sTaken)) {
             return false;
         }
         std::string sBytes(sTaken);
@@ -139,9 +139,10 @@ bool TakeBlock(uint64_t ulType, Cursor stBody, std::vector<Interface> &astInterf
         !stBody.Take(ulHeld, sBytes)) {
         return false;
     }
+    const Interface &stFrom = astInterfaces[static_cast<size_t>(ulFirst)];
     stCapture.astPackets.push_back(
-        {astInterfaces[ulFirst].usLinkType, ulSecond << 32 | ulThird, std::string(sBytes)});
-    abPlain.push_back(astInterfaces[ulFirst].bPlainTimes);
+        {stFrom.usLinkType, ulSecond << 32 | ulThird, std::string(sBytes)});
+    abPlain.push_back(stFrom.bPlainTimes);
     return true;
 }
 
@@ -170,7 +171,7 @@ Capture ReadSimply(std::string_view sFile, std::vector<bool> &abPlain) {
             !TakeBlock(ulType, Cursor(sBody, bBig), astInterfaces, stCapture, abPlain)) {
             return stCapture;
         }
-        sFile.remove_prefix(ulLength);
+        sFile.remove_prefix(static_cast<size_t>(ulLength));
     }
     stCapture.bWhole = bBegun;
     return stCapture;
