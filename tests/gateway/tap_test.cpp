@@ -68,7 +68,7 @@ class Reader {
         std::optional<Arrival> stArrival = Next();
         if (!stArrival || !stArrival->stEvent) {
             ADD_FAILURE() << "no event";
-            return {};
+            return TapEvent();
         }
         EXPECT_EQ(stArrival->stEvent->eKind, eKind);
         return *stArrival->stEvent;
