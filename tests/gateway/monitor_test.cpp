@@ -240,7 +240,7 @@ TEST_F(WatchTest, SecretsAreNotShown) {
 
 TEST_F(WatchTest, EndsAfterSoManyOrSoLong) {
     const pid_t iCount = Watch("count", {"--count", "2"});
-    const pid_t iSeconds = Watch("seconds", {"--seconds", "1"});
+    const pid_t iSeconds = Watch("seconds", {"--seconds", "2"});
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(AskForMac().uiStatus, 0u);
     }

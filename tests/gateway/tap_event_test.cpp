@@ -208,8 +208,8 @@ TEST(WireMaskTest, LeavesWhatPeopleSeeAsItWas) {
         }
     }
     // Passwords of FTP, Samba and web accounts that are set, of the gateway and its defaults that
-    // are asked for, and a WAN connection that is added or set.
-    EXPECT_EQ(uiMasked, 7u);
+    // are asked for, and a WAN connection that is set.
+    EXPECT_EQ(uiMasked, 6u);
 }
 
 }  // namespace
