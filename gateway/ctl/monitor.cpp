@@ -174,8 +174,8 @@ class MonitorRun {
 
     /// Reads what a process says.
     void Receive(TapConnection &stConnection) {
-        std::string acBytes(kReadAtOnce, '\0');
-        const ssize_t iCount = recv(stConnection.stSocket.Get(), acBytes.data(), acBytes.size(), 0);
+        const ssize_t iCount =
+            recv(stConnection.stSocket.Get(), m_acBuffer.data(), m_acBuffer.size(), 0);
         if (iCount < 0 && (errno == EAGAIN || errno == EINTR)) {
             return;
         }
@@ -183,7 +183,7 @@ class MonitorRun {
             End(stConnection, "has ended");
             return;
         }
-        stConnection.stReader.Add(std::string_view(acBytes).substr(0, static_cast<size_t>(iCount)));
+        stConnection.stReader.Add({m_acBuffer.data(), static_cast<size_t>(iCount)});
         try {
             while (std::optional<Arrival> stArrival = stConnection.stReader.Next()) {
                 Take(stConnection, std::move(*stArrival));
@@ -263,6 +263,7 @@ class MonitorRun {
     const TapListener m_stListener;
     std::unique_ptr<CaptureFile> m_pstCapture;
     std::list<TapConnection> m_astConnections;
+    std::vector<char> m_acBuffer = std::vector<char>(kReadAtOnce);
     std::set<std::string> m_setAsked;  ///< that have not said hello yet
     std::vector<TapEvent> m_astArrived;
     uint64_t m_ulSeen = 0;
