@@ -58,17 +58,17 @@ void AddMonitorVerb(CLI::App *pstVerb, MonitorOptions &stOptions) {
     pstVerb
         ->add_flag(
             "--with-secrets", stOptions.bSecrets,
-            "Leave passwords and user names in the file as they are; without it \"(secret)\" "
-            "is written over them, and a replay sends that")
+            "Leave passwords in the file as they are; without it \"(secret)\" is written over "
+            "them, which a replay sends, and the bytes of unknown RPCs are left out")
         ->needs(pstCapture);
     pstVerb->add_flag("--quiet", stOptions.bQuiet, "Print nothing, only write the file")
         ->needs(pstCapture);
     pstVerb->footer(
-        "Ends with Ctrl-C, or when nobody reads its output any more. It never slows the gateway\n"
-        "down: what it does not take in time is lost, and it says how much that was. Processes\n"
-        "that start later are watched from their first call on. The time is the receiver's: from\n"
-        "the request's arrival until the answer is ready. --process, --rpc and --code can be\n"
-        "given more than once; one of each must be right. Secrets are never shown.");
+        "Ends with Ctrl-C, or when nobody reads its output any more. The gateway never waits for\n"
+        "it: what it does not take in time is lost, and it says how much that was. Processes that\n"
+        "start later are watched from their first call on. The time is the receiver's: from the\n"
+        "request's arrival until the answer is ready. --process, --rpc and --code can be given\n"
+        "more than once; one of each must be right. Secrets are never shown.");
 }
 
 void AddReplayVerb(CLI::App *pstVerb, ReplayOptions &stOptions) {
@@ -90,9 +90,9 @@ void AddReplayVerb(CLI::App *pstVerb, ReplayOptions &stOptions) {
     pstVerb->footer(
         "Calls are sent one after the other, each as its caller sent it. What the gateway's\n"
         "processes asked each other is left out: they ask again. Of a call whose secrets are\n"
-        "written over in the file, \"(secret)\" is sent in their place. Exit code 1: an answer "
-        "has\n"
-        "another code than it had, or something could not be sent; 2: the file can't be used.");
+        "written over in the file, \"(secret)\" is sent in their place. Exit code 1: an answer\n"
+        "has another code than it had, or something could not be sent; 2: the file can't be "
+        "used.");
 }
 
 }  // namespace
