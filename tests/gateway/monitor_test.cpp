@@ -59,7 +59,7 @@ TEST_F(WatchTest, CallsAreShownAsTheyPass) {
                                               "    reply    acMac=\"02:A1:B2:00:10:01\"\n")
         << "before it ends";
     EXPECT_EQ(Query("cwmp", kMacRpc, 18).uiStatus, 0xF700000Bu);
-    CtlOk({"status"});
+    (void)Ctl({"status"});
     CtlOk({"get", "device.vendor"});
     Await("watch.out", "unknown RPC\n");
     EndWatch("watch", iWatch, SIGINT);
