@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "framework/codes.h"
+#include "framework/error.h"
 #include "framework/wire_decode.h"
 #include "monitor/event_json.h"
 
@@ -103,13 +104,32 @@ bool IsGroup(json_object *pstValue) {
            json_object_is_type(pstValue, json_type_array);
 }
 
+/// What a text says that is a JSON object or array, as many of the gateway's are; null for another.
+JsonValue JsonInText(json_object *pstValue) {
+    const char *pcText =
+        json_object_is_type(pstValue, json_type_string) ? json_object_get_string(pstValue) : "";
+    if (*pcText != '{' && *pcText != '[') {
+        return nullptr;
+    }
+    try {
+        return ParseJson(pcText, "the text");
+    } catch (const GatewayError &) {
+        return nullptr;
+    }
+}
+
 /// Puts NAME=VALUE for each value that is in an object, and each object of a list on lines of its
 /// own.
 void AddWords(json_object *pstValue, const std::string &acName, Paragraph &stOut) {
     const std::vector<json_object *> astElements = Elements(pstValue);
-    if (json_object_is_type(pstValue, json_type_object)) {
+    if (const JsonValue stInside = JsonInText(pstValue)) {
+        AddWords(stInside.get(), acName, stOut);
+    } else if (json_object_is_type(pstValue, json_type_object)) {
+        if (json_object_object_length(pstValue) == 0) {
+            stOut.Word(acName + "={}");
+        }
         json_object_object_foreach(pstValue, pcKey, pstMember) {
-            AddWords(pstMember, acName.empty() ? pcKey : acName + "." + pcKey, stOut);
+            AddWords(pstMember, (acName.empty() ? "" : acName + ".") + PrintedName(pcKey), stOut);
         }
     } else if (std::any_of(astElements.begin(), astElements.end(), IsGroup)) {
         for (size_t i = 0; i < astElements.size(); ++i) {

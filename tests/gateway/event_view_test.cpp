@@ -130,6 +130,25 @@ TEST_F(EventTextTest, RowsStandOnLinesOfTheirOwn) {
               std::string::npos);
 }
 
+TEST_F(EventTextTest, TextsThatAreJsonAreTakenApart) {
+    const auto fnReply = [](const std::string &acText) {
+        const std::string acShown =
+            PrintEvent(TapCall(0x4710308D, "app_m", Word(1), acText + '\0'), 100);
+        return acShown.substr(acShown.find("    reply"));
+    };
+    EXPECT_EQ(
+        fnReply(R"({"Result":0,"List":[{"Name":"a\u001b","On":true},{"Name":"b"}],"N":[1,2.5]})"),
+        "    reply    text.Result=0\n"
+        "             text.List[0] Name=\"a\\u001b\" On=true\n"
+        "             text.List[1] Name=\"b\"\n"
+        "             text.N=[1,2.5]\n");
+    EXPECT_EQ(fnReply("{\"a b\\u001b\":1}"), "    reply    text.\"a b\\u001b\"=1\n")
+        << "names are anybody's, too";
+    EXPECT_EQ(fnReply("{}"), "    reply    text={}\n");
+    EXPECT_EQ(fnReply("[1]"), "    reply    text=[1]\n");
+    EXPECT_EQ(fnReply("{\"cut\":"), "    reply    text=\"{\\\"cut\\\":\"\n");
+}
+
 TEST_F(EventTextTest, SecretsAndUnknownBytesAreNotShown) {
     const std::string acSecret =
         PrintEvent(TapCall(test::kTapGetPassword, "osgi_proxy", Word(0), Field("Sesame", 64)), 100);
