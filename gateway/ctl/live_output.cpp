@@ -32,10 +32,11 @@ void OnEnd(int) {
 
 }  // namespace
 
-EndSignals::EndSignals() {
+EndSignals::EndSignals() : m_iRead(-1) {
     if (pipe2(g_aiPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
         throw GatewayError("cannot make a pipe: " + ErrnoText(errno));
     }
+    m_iRead = g_aiPipe[0];
     struct sigaction stAction = {};
     stAction.sa_handler = OnEnd;
     sigemptyset(&stAction.sa_mask);
@@ -47,10 +48,6 @@ EndSignals::EndSignals() {
         }
     }
     (void)signal(SIGPIPE, SIG_IGN);
-}
-
-int EndSignals::Get() const {
-    return g_aiPipe[0];
 }
 
 bool LiveOutput::WaitForRoom() const {

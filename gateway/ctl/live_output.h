@@ -16,7 +16,10 @@ class EndSignals {
     EndSignals();
 
     /// A descriptor that can be read when one has come.
-    int Get() const;
+    int Get() const { return m_iRead; }
+
+  private:
+    int m_iRead;
 };
 
 /// Standard output. What is written is out at once, and nobody waits for a reader who does not

@@ -193,7 +193,7 @@ class MonitorRun {
         }
     }
 
-    void End(TapConnection &stConnection, const char *pcHow) {
+    static void End(TapConnection &stConnection, const char *pcHow) {
         stConnection.bEnded = true;
         if (!stConnection.acName.empty()) {
             fprintf(stderr, "gatewayctl: %s %s\n", stConnection.acName.c_str(), pcHow);

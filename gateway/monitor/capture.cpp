@@ -134,13 +134,15 @@ void CaptureFile::Add(const TapEvent &stEvent, uint64_t ulLost) {
     Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), Headline(stCopy), ulLost));
 }
 
-void CaptureFile::Write(std::string_view sBytes) {
-    while (!sBytes.empty()) {
-        const ssize_t iCount = write(m_stFile.Get(), sBytes.data(), sBytes.size());
+void CaptureFile::Write(const std::string &acBytes) {
+    size_t uiDone = 0;
+    while (uiDone < acBytes.size()) {
+        const ssize_t iCount =
+            write(m_stFile.Get(), acBytes.data() + uiDone, acBytes.size() - uiDone);
         if (iCount < 0 && errno != EINTR) {
             throw GatewayError("cannot write " + m_acPath + ": " + ErrnoText(errno));
         }
-        sBytes.remove_prefix(iCount < 0 ? 0 : static_cast<size_t>(iCount));
+        uiDone += iCount < 0 ? 0 : static_cast<size_t>(iCount);
     }
 }
 

@@ -42,7 +42,7 @@ class CaptureFile {
     void Add(const TapEvent &stEvent, uint64_t ulLost);
 
   private:
-    void Write(std::string_view sBytes);
+    void Write(const std::string &acBytes);
 
     const std::string m_acPath;
     const bool m_bSecrets;
