@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ctl/launcher.h"
+#include "ctl/monitor_options.h"
 #include "framework/fault_table.h"
 
 namespace wap::gateway {
@@ -29,7 +30,15 @@ struct Options {
     std::map<std::string, std::string> mapMembers;  ///< of a host or of IPTV, by name
     std::optional<uint32_t> uiFeature;              ///< nothing: all
     std::optional<bool> bOn;                        ///< nothing: only say
+    MonitorOptions stMonitor;
+    ReplayOptions stReplay;
 };
+
+/// What a verb does.
+using Verb = int (*)(const Options &);
+
+/// The exit code of wrong use.
+inline constexpr int kExitUsage = 2;
 
 int Start(const Options &stOptions);
 int Stop(const Options &stOptions);

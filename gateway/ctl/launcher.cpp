@@ -20,6 +20,7 @@
 #include "framework/control.h"
 #include "framework/error.h"
 #include "framework/spawn.h"
+#include "framework/tap_socket.h"
 #include "records/access_right.h"
 #include "vt_ssp_host.h"
 
@@ -288,6 +289,7 @@ void TidyWhenDown(const RuntimeDir &stDir) {
         ForgetGatewayStart(stDir);
         RemoveLeftovers(stDir);
         RemoveDeadSockets(stDir);
+        RemoveDeadTaps(stDir);
     }
 }
 

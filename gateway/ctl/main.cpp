@@ -3,11 +3,13 @@
 #include <stdlib.h>
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 
 #include "ctl/commands.h"
+#include "ctl/monitor_commands.h"
 #include "ctl/usb_commands.h"
+#include "ctl/validators.h"
 #include "framework/error.h"
+#include "framework/numbers.h"
 #include "vt_ssp_host.h"
 
 namespace {
@@ -15,67 +17,7 @@ namespace {
 using namespace wap::gateway;
 
 constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
 constexpr uint32_t kMaxTimeoutS = 3600;
-
-/// A number in decimal or, with 0x before it, in hexadecimal digits.
-bool ReadNumber(const std::string &acText, uint32_t uiMax, uint32_t &uiNumber) {
-    const bool bHex = acText.starts_with("0x") || acText.starts_with("0X");
-    const char *pcFirst = acText.data() + (bHex ? 2 : 0);
-    const char *pcEnd = acText.data() + acText.size();
-    uint32_t uiRead = 0;
-    const auto stRead = std::from_chars(pcFirst, pcEnd, uiRead, bHex ? 16 : 10);
-    if (stRead.ec != std::errc() || stRead.ptr != pcEnd || uiRead > uiMax) {
-        return false;
-    }
-    uiNumber = uiRead;
-    return true;
-}
-
-/// A check for CLI11: "" when a text is a number in bounds, else what is wrong.
-CLI::Validator Number(uint32_t uiMin, uint32_t uiMax) {
-    return CLI::Validator(
-        [=](const std::string &acText) {
-            uint32_t uiNumber = 0;
-            return ReadNumber(acText, uiMax, uiNumber) && uiNumber >= uiMin
-                       ? std::string()
-                       : "\"" + acText + "\" is no number from " + std::to_string(uiMin) + " to " +
-                             std::to_string(uiMax) + " (decimal, or hexadecimal as 0x...)";
-        },
-        "");
-}
-
-std::string ProcessNamesText() {
-    std::string acNames;
-    for (const ProcessInfo &stInfo : kProcesses) {
-        acNames += (acNames.empty() ? "" : ", ") + std::string(stInfo.pcName);
-    }
-    return acNames;
-}
-
-CLI::Validator KnownProcess() {
-    return CLI::Validator(
-        [](const std::string &acText) {
-            return FindProcess(acText) != nullptr ? std::string()
-                                                  : "the gateway has no process \"" + acText +
-                                                        "\"; it has " + ProcessNamesText();
-        },
-        "");
-}
-
-CLI::Validator RpcOrAny() {
-    return CLI::Validator(
-        [](const std::string &acText) {
-            uint32_t uiNumber = 0;
-            return acText == "any" || ReadNumber(acText, UINT32_MAX, uiNumber)
-                       ? std::string()
-                       : "\"" + acText + "\" is no RPC id: give it as 0x..., in decimal, or any";
-        },
-        "");
-}
-
-/// What a verb does.
-using Verb = int (*)(const Options &);
 
 /// The command line's grammar, and what was read from it.
 class CommandLine {
@@ -98,6 +40,7 @@ class CommandLine {
         AddBoxVerbs();
         AddUsbVerbs();
         AddFaultVerbs();
+        AddMonitorVerbs(m_stApp, m_stOptions, [this](Verb pfnVerb) { m_pfnVerb = pfnVerb; });
         // Last, as verbs take over the footer that is set when they are added.
         m_stApp.footer(
             "Processes: " + ProcessNamesText() +
@@ -161,22 +104,6 @@ class CommandLine {
             ->check(KnownProcess())
             ->required()
             ->type_name("");
-    }
-
-    CLI::Option *AddNumber(CLI::App *pstVerb, const char *pcName, uint32_t uiMin, uint32_t uiMax,
-                           const char *pcType, const char *pcHelp,
-                           const std::function<void(uint32_t)> &stTake) {
-        return pstVerb
-            ->add_option_function<std::string>(
-                pcName,
-                [=](const std::string &acText) {
-                    uint32_t uiNumber = 0;
-                    (void)ReadNumber(acText, uiMax, uiNumber);
-                    stTake(uiNumber);
-                },
-                pcHelp)
-            ->check(Number(uiMin, uiMax))
-            ->type_name(pcType);
     }
 
     void AddTimeout(CLI::App *pstVerb) {
@@ -281,11 +208,7 @@ class CommandLine {
         pstFeature
             ->add_option_function<std::string>(
                 "NUMBER",
-                [this](const std::string &acText) {
-                    uint32_t uiNumber = 0;
-                    (void)ReadNumber(acText, UINT32_MAX, uiNumber);
-                    m_stOptions.uiFeature = uiNumber;
-                },
+                [this](const std::string &acText) { m_stOptions.uiFeature = ReadNumber(acText); },
                 "Which one (all that are on)")
             ->check(Number(0, UINT32_MAX))
             ->type_name("");
@@ -421,12 +344,7 @@ class CommandLine {
         pstFault
             ->add_option_function<std::string>(
                 "RPC",
-                [this](const std::string &acText) {
-                    uint32_t uiNumber = 0;
-                    if (acText != "any" && ReadNumber(acText, UINT32_MAX, uiNumber)) {
-                        m_stOptions.uiRpcId = uiNumber;
-                    }
-                },
+                [this](const std::string &acText) { m_stOptions.uiRpcId = ReadNumber(acText); },
                 "Its id, as 0x... or in decimal; any for all that have no fault of their own")
             ->check(RpcOrAny())
             ->required()

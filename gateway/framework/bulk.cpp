@@ -66,8 +66,7 @@ VDataDesc PublishText(std::string_view pcText) {
     return PublishBlock(std::string(pcText) + '\0');
 }
 
-std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax) {
-    const BlockRelease stRelease = {stDesc.uiDataID};
+std::string ReadBlock(const VDataDesc &stDesc, uint32_t uiMax) {
     const bool bPlain = stDesc.uiOriginalLen <= kPlainMax;
     // What does not shrink is never sent compressed.
     if (stDesc.uiOriginalLen == 0 || stDesc.uiOriginalLen > uiMax || stDesc.uiCompressedLen == 0 ||
@@ -92,6 +91,11 @@ std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax) {
                            " bytes is damaged");
     }
     return acBytes;
+}
+
+std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax) {
+    const BlockRelease stRelease = {stDesc.uiDataID};
+    return ReadBlock(stDesc, uiMax);
 }
 
 std::string FetchText(const VDataDesc &stDesc, uint32_t uiMax) {

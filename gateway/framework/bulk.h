@@ -25,10 +25,13 @@ void ForgetPublished();
 /// Frees the blocks that this thread has published since then: nobody will read them.
 void FreePublished();
 
-/// Takes the bytes out of a block that somebody published, and frees the block. What the descriptor
-/// and the block say is not trusted.
+/// Reads the bytes of a block that somebody published, which stays. What the descriptor and the
+/// block say is not trusted.
 /// @param uiMax how many bytes there may be
 /// Throws GatewayError when the lengths are impossible, and when the block can't be read.
+std::string ReadBlock(const VDataDesc &stDesc, uint32_t uiMax);
+
+/// The same, and frees the block, also when it can't be read.
 std::string FetchBlock(const VDataDesc &stDesc, uint32_t uiMax);
 
 /// The same for a text, up to its zero.

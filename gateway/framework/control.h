@@ -11,8 +11,10 @@
 //   kControlAdd     {"path","key","id","value"} {}
 //   kControlRemove  {"path","key","id"}         {}
 //   kControlChange  {"path","key","id","member","text"}  {}
+//   kControlMonitor {}                          {}
 //
-// The last three are for lists of objects: "id" is the text of the member "key".
+// The three before the last are for lists of objects: "id" is the text of the member "key".
+// The last one has a process look who watches it, see Tap.
 //
 // Some are served by "usb_mngt" alone. A device is named by its name or its id, a volume by its
 // name or its folder:
@@ -46,6 +48,7 @@ inline constexpr uint32_t kControlClear = 0x7F000006;
 inline constexpr uint32_t kControlAdd = 0x7F000007;
 inline constexpr uint32_t kControlRemove = 0x7F000008;
 inline constexpr uint32_t kControlChange = 0x7F000009;
+inline constexpr uint32_t kControlMonitor = 0x7F00000A;
 inline constexpr uint32_t kControlUsb = 0x7F000020;
 inline constexpr uint32_t kControlUsbPlug = 0x7F000021;
 inline constexpr uint32_t kControlUsbUnplug = 0x7F000022;

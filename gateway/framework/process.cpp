@@ -87,13 +87,18 @@ Process::Process(const RuntimeDir &stDir, const ProcessInfo &stInfo, RpcTable st
       m_iLock(LockProcess(stDir, stInfo.pcName).Release()),
       m_stHome(stDir, stInfo),
       m_stTable(std::move(stTable)),
+      m_stTap(stDir, stInfo.pcName),
       m_pstState(m_stTable.MakeState(m_stHome, stDir)),
       m_stContext{m_stHome, GatewayStart(stDir), m_pstState.get()},
       m_uiStart(NowSeconds()) {}
 
 void Process::Run() {
     Check(VT_MSG_Init(m_stInfo.pcName, 0, 0, 0), "register as " + std::string(m_stInfo.pcName));
+    // Before the first call, so that none is missed; and again, as who came meanwhile could not yet
+    // ask for it.
+    m_stTap.Look();
     Check(VT_HOST_Serve(&Process::OnCall, this), "serve as " + std::string(m_stInfo.pcName));
+    m_stTap.Look();
     Check(VT_HOST_OnLostReply(&Process::OnLostReply), "hear of replies that reach nobody");
     std::thread stMessages;
     if (m_stTable.TakesMessages()) {
@@ -120,12 +125,15 @@ void Process::Run() {
     if (stMessages.joinable()) {
         stMessages.join();
     }
+    m_stTap.End();
     Check(uiStopped, "stop serving");
 }
 
 int32_t Process::OnMessage(void *pvMessage) {
     const auto *pstMessage = static_cast<const VtHostMsg *>(pvMessage);
     Process &stSelf = *s_pstReceiver;
+    TappedCall stTapped(stSelf.m_stTap, pstMessage);
+    uint32_t uiStatus = 0;
     try {
         stSelf.m_stTable.Receive(
             stSelf.m_stContext, pstMessage->uiMsgType,
@@ -133,7 +141,9 @@ int32_t Process::OnMessage(void *pvMessage) {
     } catch (const std::exception &stError) {
         fprintf(stderr, "%s: message %u is lost: %s\n", stSelf.m_stInfo.pcName,
                 pstMessage->uiMsgType, stError.what());
+        uiStatus = VT_HOST_ERR_DATA;
     }
+    stTapped.End(uiStatus, nullptr, 0);
     return 0;
 }
 
@@ -144,27 +154,33 @@ void Process::OnLostReply(void *) {
 uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen) {
     Process &stSelf = *static_cast<Process *>(pvContext);
     ForgetPublished();
-    try {
-        uint32_t uiReplyLength = 0;
-        const uint32_t uiStatus = stSelf.Serve(*pstCall, uiReplyLength);
-        *puiRspLen = uiReplyLength;
-        if (uiStatus != 0) {
-            // A failure names nothing: whoever gets it reads no block.
-            FreePublished();
-        }
-        return uiStatus;
-    } catch (const std::bad_alloc &) {
-        FreePublished();
-        return VT_HOST_ERR_MEMORY;
-    } catch (const std::exception &stError) {
-        FreePublished();
-        fprintf(stderr, "%s: RPC 0x%08X failed: %s\n", stSelf.m_stInfo.pcName, pstCall->uiRpcId,
-                stError.what());
-        return VT_HOST_ERR_DATA;
-    }
+    TappedCall stTapped(stSelf.m_stTap, *pstCall);
+    const uint32_t uiStatus = stSelf.Answer(*pstCall, stTapped, *puiRspLen);
+    stTapped.End(uiStatus, pstCall->pvRsp, *puiRspLen);
+    return uiStatus;
 }
 
-uint32_t Process::Serve(const VtHostCall &stCall, uint32_t &uiReplyLength) {
+uint32_t Process::Answer(const VtHostCall &stCall, TappedCall &stTapped, uint32_t &uiReplyLength) {
+    uint32_t uiStatus = 0;
+    try {
+        uint32_t uiLength = 0;
+        uiStatus = Serve(stCall, stTapped, uiLength);
+        uiReplyLength = uiLength;
+    } catch (const std::bad_alloc &) {
+        uiStatus = VT_HOST_ERR_MEMORY;
+    } catch (const std::exception &stError) {
+        fprintf(stderr, "%s: RPC 0x%08X failed: %s\n", m_stInfo.pcName, stCall.uiRpcId,
+                stError.what());
+        uiStatus = VT_HOST_ERR_DATA;
+    }
+    if (uiStatus != 0) {
+        // A failure names nothing: whoever gets it reads no block.
+        FreePublished();
+    }
+    return uiStatus;
+}
+
+uint32_t Process::Serve(const VtHostCall &stCall, TappedCall &stTapped, uint32_t &uiReplyLength) {
     if (IsControl(stCall.uiRpcId)) {
         return ServeControl(stCall, uiReplyLength);
     }
@@ -172,6 +188,7 @@ uint32_t Process::Serve(const VtHostCall &stCall, uint32_t &uiReplyLength) {
     const UnderWay stUnderWay(m_iBusy);
     const std::optional<Fault> stFault = m_stFaults.Take(stCall.uiRpcId);
     if (stFault) {
+        stTapped.NoteFault(*stFault);
         return ServeWithFault(*stFault, stCall, uiReplyLength);
     }
     return ServeRpc(stCall, uiReplyLength);
@@ -284,6 +301,9 @@ JsonValue Process::AnswerControl(uint32_t uiRpcId, json_object *pstRequest) {
         case kControlChange:
             SetElement(m_stHome, RequiredPlace(pstRequest), RequiredText(pstRequest, "member"),
                        RequiredText(pstRequest, "text"));
+            return stReply;
+        case kControlMonitor:
+            m_stTap.Look();
             return stReply;
         default:
             return m_pstState ? m_pstState->Control(uiRpcId, pstRequest) : nullptr;

@@ -10,6 +10,7 @@
 #include "framework/fault_table.h"
 #include "framework/home.h"
 #include "framework/rpc_table.h"
+#include "framework/tap.h"
 
 namespace wap::gateway {
 
@@ -30,7 +31,9 @@ class Process {
     static int32_t OnMessage(void *pvMessage);
     static uint32_t OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *puiRspLen);
     static void OnLostReply(void *pvContext);
-    uint32_t Serve(const VtHostCall &stCall, uint32_t &uiReplyLength);
+    /// Serves a call; a failure of the handler's, of whatever kind, is a status.
+    uint32_t Answer(const VtHostCall &stCall, TappedCall &stTapped, uint32_t &uiReplyLength);
+    uint32_t Serve(const VtHostCall &stCall, TappedCall &stTapped, uint32_t &uiReplyLength);
     uint32_t ServeRpc(const VtHostCall &stCall, uint32_t &uiReplyLength);
     uint32_t ServeWithFault(const Fault &stFault, const VtHostCall &stCall,
                             uint32_t &uiReplyLength);
@@ -48,6 +51,7 @@ class Process {
     Home m_stHome;
     RpcTable m_stTable;
     FaultTable m_stFaults;
+    Tap m_stTap;
     std::unique_ptr<ProcessState> m_pstState;
     HandlerContext m_stContext;
     uint64_t m_uiStart;

@@ -2,6 +2,7 @@
 #ifndef WAP_GATEWAY_PROCESSES_PROCESSES_H
 #define WAP_GATEWAY_PROCESSES_PROCESSES_H
 
+#include "framework/codes.h"
 #include "framework/home_lists.h"
 #include "framework/rpc_table.h"
 
@@ -11,11 +12,6 @@ namespace wap::gateway {
 struct Word {
     uint32_t uiValue;
 };
-
-/// A process refuses what it is asked: the request makes no sense, or names nothing that is there.
-inline constexpr uint32_t kRefused = 0xF7300001;
-/// A table is full.
-inline constexpr uint32_t kTableFull = 0xF7300002;
 
 /// A text in a request's field, whether it is terminated or not.
 template <size_t kSize>

@@ -18,6 +18,7 @@
 #define WAP_FUZZ_TARGETS(X)                \
     X(any_reply, FuzzAnyReply)             \
     X(bind_text, FuzzBindText)             \
+    X(captures, FuzzCaptures)              \
     X(connection_name, FuzzConnectionName) \
     X(descriptors, FuzzDescriptors)        \
     X(dns_lists, FuzzDnsLists)             \
@@ -37,6 +38,8 @@ namespace wap::test {
 void FuzzAnyReply(const uint8_t *pucData, size_t uiSize);
 /// A text of which a binding is made: which texts are acceptable, and what is sent for them.
 void FuzzBindText(const uint8_t *pucData, size_t uiSize);
+/// A file that gatewayctl replay is given, or the event of a packet in one.
+void FuzzCaptures(const uint8_t *pucData, size_t uiSize);
 /// The name of a WAN connection in a route, as a process of the gateway or a bundle writes it.
 void FuzzConnectionName(const uint8_t *pucData, size_t uiSize);
 /// A bulk block: two words that tell its lengths, a byte that tells whether it is named rightly,

@@ -1,0 +1,283 @@
+// gatewayctl monitor: shows what the processes tell of the calls that they serve.
+#include <errno.h>
+#include <poll.h>
+#include <stdio.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <list>
+#include <memory>
+#include <set>
+
+#include "ctl/live_output.h"
+#include "ctl/monitor_commands.h"
+#include "framework/control.h"
+#include "framework/error.h"
+#include "framework/peers.h"
+#include "framework/tap_socket.h"
+#include "monitor/capture.h"
+#include "monitor/event_json.h"
+#include "monitor/event_text.h"
+#include "monitor/frame_reader.h"
+
+namespace wap::gateway {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A process that hangs is not waited for long: it looks for itself when it goes on.
+constexpr uint32_t kAskTimeoutMs = 2000;
+/// What is read from a process before others have their turn.
+constexpr size_t kReadAtOnce = 256u << 10;
+/// Before the end, for what is on its way: so long for the next, and for all together.
+constexpr std::chrono::milliseconds kLastPause(50);
+constexpr std::chrono::milliseconds kLastWait(500);
+
+/// The connection from a process.
+struct TapConnection {
+    FileDescriptor stSocket;
+    FrameReader stReader = {};
+    std::string acName = {};  ///< "" until it has said it
+    bool bEnded = false;
+};
+
+class MonitorRun {
+  public:
+    MonitorRun(const RuntimeDir &stDir, const MonitorOptions &stOptions)
+        : m_stDir(stDir), m_stOptions(stOptions), m_stOutput(m_stSignals), m_stListener(stDir) {
+        if (!stOptions.acCapture.empty()) {
+            m_pstCapture = std::make_unique<CaptureFile>(stOptions.acCapture, stOptions.bSecrets);
+        }
+    }
+
+    int Run() {
+        Subscribe();
+        const auto stEnd = m_stOptions.uiSeconds
+                               ? Clock::now() + std::chrono::seconds(*m_stOptions.uiSeconds)
+                               : Clock::time_point::max();
+        while (!IsDone() && Clock::now() < stEnd && WaitAndShow(stEnd)) {
+        }
+        if (!IsDone()) {
+            ShowTheLast();
+        }
+        if (!m_stOutput.ReaderIsGone()) {
+            fprintf(stderr, "gatewayctl: %llu seen, %llu shown, %llu lost\n",
+                    static_cast<unsigned long long>(m_ulSeen),
+                    static_cast<unsigned long long>(m_ulShown),
+                    static_cast<unsigned long long>(m_ulLost));
+        }
+        return 0;
+    }
+
+  private:
+    bool IsDone() const {
+        return m_stOutput.ReaderIsGone() ||
+               (m_stOptions.uiCount && m_ulShown >= *m_stOptions.uiCount);
+    }
+
+    /// Has the processes that run look for those who watch. Those that start later do so anyway.
+    void Subscribe() {
+        RemoveDeadTaps(m_stDir);
+        std::string acNames;
+        for (const ProcessInfo *pstInfo : Running(m_stDir)) {
+            try {
+                (void)AskControl(pstInfo->pcName, kControlMonitor, nullptr, kAskTimeoutMs);
+                acNames += (acNames.empty() ? "" : ", ") + std::string(pstInfo->pcName);
+                m_setAsked.insert(pstInfo->pcName);
+            } catch (const GatewayError &stError) {
+                fprintf(stderr, "gatewayctl: %s is not watched yet: %s\n", pstInfo->pcName,
+                        stError.what());
+            }
+        }
+        fprintf(stderr, "gatewayctl: watching %s\n",
+                acNames.empty() ? "for processes that start; none runs" : acNames.c_str());
+    }
+
+    /// Waits until something comes, and shows it. False when a signal says that it is enough.
+    bool WaitAndShow(Clock::time_point stEnd) {
+        std::vector<struct pollfd> astPolls = {{m_stListener.Get(), POLLIN, 0},
+                                               {m_stSignals.Get(), POLLIN, 0},
+                                               {m_stOptions.bQuiet ? -1 : STDOUT_FILENO, 0, 0}};
+        const size_t uiBefore = astPolls.size();
+        const std::vector<struct pollfd> astConnections = Connections();
+        astPolls.insert(astPolls.end(), astConnections.begin(), astConnections.end());
+        int iTimeoutMs = -1;
+        if (stEnd != Clock::time_point::max()) {
+            const auto stLeft =
+                std::chrono::ceil<std::chrono::milliseconds>(stEnd - Clock::now()).count();
+            iTimeoutMs = static_cast<int>(std::max<int64_t>(stLeft, 0));
+        }
+        const int iReady = poll(astPolls.data(), astPolls.size(), iTimeoutMs);
+        if (iReady < 0 && errno != EINTR) {
+            throw GatewayError("cannot wait for the processes: " + ErrnoText(errno));
+        }
+        if (iReady <= 0) {
+            return true;
+        }
+        if ((astPolls[2].revents & (POLLERR | POLLHUP)) != 0) {
+            m_stOutput.NoteReaderIsGone();
+            return false;
+        }
+        ReceiveFrom(astPolls, uiBefore);
+        if (astPolls[0].revents != 0) {
+            AcceptAll();
+        }
+        ShowArrived();
+        return astPolls[1].revents == 0;
+    }
+
+    /// What was on its way when it was enough.
+    void ShowTheLast() {
+        m_stOutput.Hurry();
+        const auto stLatest = Clock::now() + kLastWait;
+        while (!IsDone() && Clock::now() < stLatest) {
+            std::vector<struct pollfd> astPolls = Connections();
+            if (poll(astPolls.data(), astPolls.size(), static_cast<int>(kLastPause.count())) <= 0) {
+                return;
+            }
+            ReceiveFrom(astPolls, 0);
+            ShowArrived();
+        }
+    }
+
+    std::vector<struct pollfd> Connections() const {
+        std::vector<struct pollfd> astPolls;
+        for (const TapConnection &stConnection : m_astConnections) {
+            astPolls.push_back({stConnection.stSocket.Get(), POLLIN, 0});
+        }
+        return astPolls;
+    }
+
+    /// Reads from the processes of which poll has something to tell, from uiAt on.
+    void ReceiveFrom(const std::vector<struct pollfd> &astPolls, size_t uiAt) {
+        for (TapConnection &stConnection : m_astConnections) {
+            if (astPolls[uiAt++].revents != 0) {
+                Receive(stConnection);
+            }
+        }
+        m_astConnections.remove_if(
+            [](const TapConnection &stConnection) { return stConnection.bEnded; });
+    }
+
+    void AcceptAll() {
+        for (;;) {
+            FileDescriptor stNew = m_stListener.Accept();
+            if (stNew.Get() < 0) {
+                return;
+            }
+            m_astConnections.push_back({std::move(stNew)});
+        }
+    }
+
+    /// Reads what a process says.
+    void Receive(TapConnection &stConnection) {
+        const ssize_t iCount =
+            recv(stConnection.stSocket.Get(), m_acBuffer.data(), m_acBuffer.size(), 0);
+        if (iCount < 0 && (errno == EAGAIN || errno == EINTR)) {
+            return;
+        }
+        if (iCount <= 0) {
+            End(stConnection, "has ended");
+            return;
+        }
+        stConnection.stReader.Add({m_acBuffer.data(), static_cast<size_t>(iCount)});
+        try {
+            while (std::optional<Arrival> stArrival = stConnection.stReader.Next()) {
+                Take(stConnection, std::move(*stArrival));
+            }
+        } catch (const GatewayError &stError) {
+            End(stConnection, ("is not watched any more: " + std::string(stError.what())).c_str());
+        }
+    }
+
+    static void End(TapConnection &stConnection, const char *pcHow) {
+        stConnection.bEnded = true;
+        if (!stConnection.acName.empty()) {
+            fprintf(stderr, "gatewayctl: %s %s\n", stConnection.acName.c_str(), pcHow);
+        }
+    }
+
+    void Take(TapConnection &stConnection, Arrival stArrival) {
+        m_ulLost += stArrival.uiLost;
+        m_ulLostNow += stArrival.uiLost;
+        if (!stArrival.stEvent) {
+            return;
+        }
+        if (stArrival.stEvent->eKind != TapKind::kHello) {
+            m_astArrived.push_back(std::move(*stArrival.stEvent));
+            return;
+        }
+        const ProcessInfo *pstInfo = FindProcess(stArrival.stEvent->acReceiver);
+        stConnection.acName = pstInfo == nullptr ? "a process" : pstInfo->pcName;
+        if (m_setAsked.erase(stConnection.acName) == 0) {
+            fprintf(stderr, "gatewayctl: %s has started\n", stConnection.acName.c_str());
+        }
+    }
+
+    /// Shows what came, in the order in which it was done, as far as it came at a time.
+    void ShowArrived() {
+        std::stable_sort(m_astArrived.begin(), m_astArrived.end(),
+                         [](const TapEvent &stLeft, const TapEvent &stRight) {
+                             return stLeft.ulTimeUs + stLeft.ulDurationUs <
+                                    stRight.ulTimeUs + stRight.ulDurationUs;
+                         });
+        for (const TapEvent &stEvent : m_astArrived) {
+            if (IsDone()) {
+                break;
+            }
+            ++m_ulSeen;
+            if (m_stOptions.stFilter.Wants(stEvent)) {
+                Show(stEvent);
+            }
+        }
+        m_astArrived.clear();
+    }
+
+    void Show(const TapEvent &stEvent) {
+        const uint64_t ulLost = std::exchange(m_ulLostNow, 0);
+        ++m_ulShown;
+        if (m_pstCapture) {
+            m_pstCapture->Add(stEvent, ulLost);
+        }
+        if (m_stOptions.bQuiet) {
+            return;
+        }
+        if (m_stOptions.bJson) {
+            m_stOutput.Write(PrintJson(EventToJson(stEvent, ulLost).get(), false) + "\n");
+            return;
+        }
+        if (ulLost > 0) {
+            m_stOutput.Write("(" + std::to_string(ulLost) + " lost here)\n");
+        }
+        m_stOutput.Write(m_stOptions.bBrief ? Headline(stEvent) + "\n"
+                                            : PrintEvent(stEvent, LiveOutput::Columns()));
+    }
+
+    const RuntimeDir m_stDir;
+    const MonitorOptions &m_stOptions;
+    const EndSignals m_stSignals;
+    LiveOutput m_stOutput;
+    const TapListener m_stListener;
+    std::unique_ptr<CaptureFile> m_pstCapture;
+    std::list<TapConnection> m_astConnections;
+    std::vector<char> m_acBuffer = std::vector<char>(kReadAtOnce);
+    std::set<std::string> m_setAsked;  ///< that have not said hello yet
+    std::vector<TapEvent> m_astArrived;
+    uint64_t m_ulSeen = 0;
+    uint64_t m_ulShown = 0;
+    uint64_t m_ulLost = 0;
+    uint64_t m_ulLostNow = 0;  ///< since the last one that was shown
+};
+
+}  // namespace
+
+int Monitor(const Options &stOptions) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    stDir.Make();
+    return MonitorRun(stDir, stOptions.stMonitor).Run();
+}
+
+}  // namespace wap::gateway

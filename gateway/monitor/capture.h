@@ -1,0 +1,54 @@
+// Events in files that Wireshark opens, and back. docs/monitor.md describes them.
+#ifndef WAP_GATEWAY_MONITOR_CAPTURE_H
+#define WAP_GATEWAY_MONITOR_CAPTURE_H
+
+#include <stdint.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "framework/files.h"
+#include "framework/tap_event.h"
+#include "monitor/pcapng.h"
+
+namespace wap::gateway {
+
+/// Packets that say themselves what they are: Wireshark's "upper PDU export".
+inline constexpr uint16_t kLinkType = 252;
+
+/// Writes over what is secret in an event. Of an RPC that the table does not have, nobody knows
+/// that, so its bytes are dropped.
+void MaskEvent(TapEvent &stEvent);
+
+/// An event as a packet, with the ends of its parts dropped when it is too long for one: those of
+/// the reply and its block first.
+std::string PacketOf(TapEvent stEvent);
+
+/// The event in a packet; nothing for a packet of another kind. Throws GatewayError for one that
+/// says that it is ours, and is damaged.
+std::optional<TapEvent> EventIn(const Packet &stPacket);
+
+/// A file that events are written to as they come.
+class CaptureFile {
+  public:
+    /// Makes the file, in place of one of that name, for its owner's eyes alone. Throws
+    /// GatewayError.
+    /// @param bSecrets whether secrets are written as they are
+    CaptureFile(const std::string &acPath, bool bSecrets);
+
+    /// Adds an event, in one piece. Throws GatewayError.
+    /// @param ulLost how many events are missing before it
+    void Add(const TapEvent &stEvent, uint64_t ulLost);
+
+  private:
+    void Write(const std::string &acBytes);
+
+    const std::string m_acPath;
+    const bool m_bSecrets;
+    FileDescriptor m_stFile;
+};
+
+}  // namespace wap::gateway
+
+#endif

@@ -1,0 +1,23 @@
+// Events for people.
+#ifndef WAP_GATEWAY_MONITOR_EVENT_TEXT_H
+#define WAP_GATEWAY_MONITOR_EVENT_TEXT_H
+
+#include <stddef.h>
+
+#include <string>
+
+#include "framework/tap_event.h"
+
+namespace wap::gateway {
+
+/// Who called whom with what, how long it took and what came of it: a line without its end. Nothing
+/// in it can do anything to a terminal.
+std::string Headline(const TapEvent &stEvent);
+
+/// The headline, and below it what the request, the reply and the block say, in lines that are
+/// broken between words at uiWidth columns.
+std::string PrintEvent(const TapEvent &stEvent, size_t uiWidth);
+
+}  // namespace wap::gateway
+
+#endif

@@ -1,0 +1,205 @@
+// Captures: what Debian's own reader says of them, and that they can be sent again.
+#include <chrono>
+#include <sstream>
+#include <thread>
+
+#include "vt_ssp_basic.h"
+#include "watcher.h"
+
+namespace wap::test {
+
+using namespace std::string_literals;
+
+namespace {
+
+class ReplayTest : public WatchTest {
+  protected:
+    void SetUp() override {
+        WatchTest::SetUp();
+        CtlOk({"start", "gulm", "app_m", "tarn", "--timeout", "60"});
+    }
+
+    std::string File() const { return m_acDir + "/calls.pcapng"; }
+
+    /// Captures what happens meanwhile; returns what the monitor printed.
+    template <class Action>
+    std::string Capture(const Action &fnAction, std::vector<std::string> astMore = {}) {
+        astMore.insert(astMore.end(), {"--brief", "--capture", File()});
+        const pid_t iWatch = Watch("watch", astMore);
+        fnAction();
+        EndWatch("watch", iWatch);
+        return Out("watch");
+    }
+
+    static uint32_t Register(bool bAdd, const std::string &acBundle) {
+        return Call("gulm", bAdd ? 0x48304173 : 0x48304174,
+                    NewBlock("10.0.0.1\0"s) + Field(acBundle, 256), 4)
+            .uiStatus;
+    }
+    std::string Name() const { return CtlOk({"get", "network.gatewayName"}); }
+    std::string Blocks() const { return Run({"ls", m_acDir + "/vdata"}).acOut; }
+};
+
+/// A session that changes the home, with a call that fails, blocks both ways and a message.
+void Session() {
+    EXPECT_EQ(Call("osgi_proxy", 0x4720909E, Field("Captured", 257), 4).uiStatus, 0u);
+    EXPECT_EQ(AskForMac().uiStatus, 0u);
+    EXPECT_EQ(
+        Call("gulm", 0x48304173, NewBlock("10.0.0.1\0"s) + Field("org.example.a", 256), 4).uiStatus,
+        0u);
+    EXPECT_EQ(BlockOf(Query("gulm", 0x483041A5, 20), 8), "org.example.a[\"10.0.0.1\"]\0"s);
+    EXPECT_EQ(
+        Call("gulm", 0x48304174, NewBlock("10.0.0.9\0"s) + Field("org.example.b", 256), 4).uiStatus,
+        kRefused);
+    const std::string acNotice = NewBlock('\1' + Field("org.example.c", 128) + "10.0.0.2\0"s);
+    EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acNotice.data(), 12), 0u);
+}
+
+}  // namespace
+
+TEST_F(ReplayTest, CapturesCanBeReadByOthers) {
+    const std::string acLines = Capture([this] {
+        Session();
+        Await("watch.out", "TrafficMonitorChanged");
+    });
+    const Outcome stRead =
+        Run({"tshark", "-n", "-r", File(), "-T", "fields", "-e", "frame.comment"});
+    EXPECT_EQ(stRead.iExit, 0) << stRead.acErr;
+    EXPECT_EQ(stRead.acOut, acLines) << "each packet says what the monitor did";
+    EXPECT_EQ(CountOf(acLines, "\n"), 7u) << acLines;
+    const Outcome stColumns = Run({"tshark", "-n", "-r", File(), "-T", "fields", "-e",
+                                   "_ws.col.Protocol", "-e", "data.data", "-c", "1"});
+    EXPECT_EQ(stColumns.acOut.substr(0, 15), "VT-RPC\t56544d31") << stColumns.acOut;
+    EXPECT_NE(Run({"capinfos", "-E", "-c", File()}).acOut.find("Wireshark Upper PDU export"),
+              std::string::npos);
+}
+
+TEST_F(ReplayTest, SendsASessionAgain) {
+    Capture([this] {
+        Session();
+        Await("watch.out", "TrafficMonitorChanged");
+    });
+    CtlOk({"set", "network.gatewayName", "Another"});
+    EXPECT_EQ(Register(false, "org.example.a"), 0u);
+    const std::string acOut = CtlOk({"replay", File(), "--fast"});
+    EXPECT_EQ(
+        WithoutTimes(acOut),
+        "osgi_proxy  SetGatewayName         0x4720909E TOOK  ok\n"
+        "osgi_proxy  GetDeviceMac           0x47209032 TOOK  ok\n"
+        "gulm        AddMonitoredAddresses  0x48304173 TOOK  ok\n"
+        "gulm        GetMonitoredAddresses  0x483041A5 TOOK  ok\n"
+        "gulm        DelMonitoredAddresses  0x48304174 TOOK  0xF7300001 refused\n"
+        "app_m       TrafficMonitorChanged  39 TOOK  ok\n"
+        "6 sent: 6 ended as before, 0 otherwise; 1 left out, which the gateway sends itself\n");
+    EXPECT_EQ(Name(), "Captured\n");
+    EXPECT_NE(CtlOk({"get", "monitoring"}).find("\"org.example.a\""), std::string::npos);
+    EXPECT_TRUE(Soon([this] {
+        return CtlOk({"get", "monitorNotices"}).find("\"added\": 2") != std::string::npos;
+    }));
+    EXPECT_TRUE(Soon([this] { return Blocks().empty(); })) << Blocks();
+}
+
+TEST_F(ReplayTest, TellsWhatDiffers) {
+    Capture([this] {
+        Session();
+        Await("watch.out", "TrafficMonitorChanged");
+    });
+    CtlOk({"fault", "osgi_proxy", "0x47209032", "--code", "5"});
+    const Outcome stReplay = Ctl({"replay", File(), "--fast", "--process", "osgi_proxy"});
+    EXPECT_EQ(stReplay.iExit, 1);
+    EXPECT_EQ(
+        WithoutTimes(stReplay.acOut),
+        "osgi_proxy  SetGatewayName         0x4720909E TOOK  ok\n"
+        "osgi_proxy  GetDeviceMac           0x47209032 TOOK  0x00000005  (it was ok)\n"
+        "2 sent: 1 ended as before, 1 otherwise; 1 left out, which the gateway sends itself\n");
+    CtlOk({"stop", "osgi_proxy"});
+    const Outcome stGone = Ctl({"replay", File(), "--fast", "--rpc", "GetDeviceMac"});
+    EXPECT_EQ(stGone.iExit, 1);
+    EXPECT_NE(stGone.acOut.find("0xF7000003 no receiver  (it was ok)\n"), std::string::npos)
+        << stGone.acOut;
+}
+
+TEST_F(ReplayTest, DryRunSendsNothing) {
+    Capture([this] {
+        Session();
+        Await("watch.out", "TrafficMonitorChanged");
+    });
+    CtlOk({"stop"});
+    const std::string acOut = CtlOk({"replay", File(), "--dry-run", "--rpc", "*Monitored*"});
+    EXPECT_EQ(WithoutTimes(acOut),
+              "gulm        AddMonitoredAddresses  0x48304173 TOOK  was ok\n"
+              "gulm        GetMonitoredAddresses  0x483041A5 TOOK  was ok\n"
+              "gulm        DelMonitoredAddresses  0x48304174 TOOK  was 0xF7300001 refused\n"
+              "3 to send\n");
+}
+
+TEST_F(ReplayTest, SecretsThatAreWrittenOverAreSentSo) {
+    const auto fnSet = [this] {
+        EXPECT_EQ(Call("osgi_proxy", 0x47209044, Field("Sesame-88", 128), 4).uiStatus, 0u);
+        EXPECT_NE(Call("osgi_proxy", 0x12345678, "Sesame-99", 4).uiStatus, 0u);
+        Await("watch.out", "0x12345678");
+    };
+    Capture(fnSet);
+    const Outcome stMasked = Ctl({"replay", File(), "--fast"});
+    EXPECT_EQ(stMasked.iExit, 1);
+    EXPECT_EQ(WithoutTimes(stMasked.acOut),
+              "osgi_proxy  SetHttpPassword        0x47209044 TOOK  ok  [secrets are written over]\n"
+              "osgi_proxy  (unknown)              0x12345678 TOOK  not sent: the file does not hold"
+              " its whole request  [secrets are written over]\n"
+              "1 sent: 1 ended as before, 0 otherwise; 1 can't be sent; 1 left out, which the"
+              " gateway sends itself\n"
+              "2 with secrets that are written over in the file\n");
+    EXPECT_EQ(stMasked.acErr, "");
+    Capture(fnSet, {"--with-secrets"});
+    const std::string acOut = CtlOk({"replay", File(), "--fast"});
+    EXPECT_NE(acOut.find("2 sent: 2 ended as before"), std::string::npos) << acOut;
+    EXPECT_EQ(acOut.find("written over"), std::string::npos) << acOut;
+}
+
+TEST_F(ReplayTest, KeepsThePaces) {
+    Capture([this] {
+        EXPECT_EQ(AskForMac().uiStatus, 0u);
+        std::this_thread::sleep_for(std::chrono::milliseconds(600));
+        EXPECT_EQ(AskForMac().uiStatus, 0u);
+        EXPECT_TRUE(Soon([this] { return CountOf(Out("watch"), "GetDeviceMac") == 2; }));
+    });
+    const auto fnTook = [this](const std::string &acSpeed) {
+        const auto stBegin = std::chrono::steady_clock::now();
+        CtlOk({"replay", File(), "--speed", acSpeed});
+        return std::chrono::steady_clock::now() - stBegin;
+    };
+    EXPECT_GE(fnTook("1"), std::chrono::milliseconds(600));
+    EXPECT_GE(fnTook("0.5"), std::chrono::milliseconds(1200));
+}
+
+TEST_F(ReplayTest, FilesThatCantBeUsedAreRefused) {
+    Capture([this] {
+        EXPECT_EQ(AskForMac().uiStatus, 0u);
+        Await("watch.out", "GetDeviceMac");
+    });
+    const std::string acFile = ReadFile("calls.pcapng");
+    WriteFile("cut.pcapng", acFile.substr(0, acFile.size() - 5));
+    WriteFile("text.pcapng", "This is no capture.\n");
+    WriteFile("empty.pcapng", "");
+    const struct {
+        const char *pcName;
+        const char *pcSays;
+    } astCases[] = {
+        {"missing.pcapng", "No such file or directory\n"},
+        {"cut.pcapng", "it ends too early (the block at byte "},
+        {"text.pcapng", "it is no pcapng file (the block at byte 0)\n"},
+        {"empty.pcapng", "it is empty"},
+        {"log", "it can't be read"},
+    };
+    for (const auto &stCase : astCases) {
+        const std::string acPath = m_acDir + "/" + stCase.pcName;
+        const Outcome stReplay = Ctl({"replay", acPath});
+        EXPECT_EQ(stReplay.iExit, 2) << stCase.pcName;
+        EXPECT_EQ(stReplay.acOut, "");
+        EXPECT_NE(stReplay.acErr.find("gatewayctl: cannot replay " + acPath + ": " + stCase.pcSays),
+                  std::string::npos)
+            << stReplay.acErr;
+    }
+}
+
+}  // namespace wap::test
