@@ -106,7 +106,7 @@ void RegisterStages(const NamedWork &stWork) {
     };
     fnBlock();
     fnUnpack();
-    CheckAnswer("unpack", pstText->c_str(), HostsText());
+    CheckAnswer("unpack", pstText->substr(0, pstText->size() - 1), HostsText());
     const std::string acWork = std::string("/") + stWork.pcName;
     Register("block" + acWork, stWork.uiBatch, Timing(fnBlock));
     Register("unpack" + acWork, stWork.uiBatch, Timing(fnUnpack));
