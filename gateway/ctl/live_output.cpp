@@ -61,10 +61,11 @@ int MillisecondsUntil(std::chrono::steady_clock::time_point stTime) {
                : static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(stLeft).count());
 }
 
-EndSignals::EndSignals() {
+EndSignals::EndSignals() : m_iRead(-1) {
     if (pipe2(g_aiPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
         throw GatewayError("cannot make a pipe: " + ErrnoText(errno));
     }
+    m_iRead = g_aiPipe[0];
     struct sigaction stAction = {};
     stAction.sa_handler = OnEnd;
     sigemptyset(&stAction.sa_mask);
@@ -76,10 +77,6 @@ EndSignals::EndSignals() {
         }
     }
     (void)signal(SIGPIPE, SIG_IGN);
-}
-
-int EndSignals::Get() const {
-    return g_aiPipe[0];
 }
 
 bool EndSignals::HaveCome() const {

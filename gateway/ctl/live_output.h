@@ -20,9 +20,12 @@ class EndSignals {
     EndSignals();
 
     /// A descriptor that can be read when one has come.
-    int Get() const;
+    int Get() const { return m_iRead; }
     /// Whether one has come.
     bool HaveCome() const;
+
+  private:
+    int m_iRead;
 };
 
 /// Standard output. What is written is out at once, and nobody waits for a reader who does not

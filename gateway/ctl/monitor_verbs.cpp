@@ -56,10 +56,10 @@ void AddMonitorVerb(CLI::App *pstVerb, MonitorOptions &stOptions) {
                          "again")
             ->type_name("FILE.pcapng");
     pstVerb
-        ->add_flag(
-            "--with-secrets", stOptions.bSecrets,
-            "Leave passwords in the file as they are; without it \"(secret)\" is written over "
-            "them, which a replay sends, and the bytes of unknown RPCs are left out")
+        ->add_flag("--with-secrets", stOptions.bSecrets,
+                   "Leave passwords and the like in the file as they are; without it \"(secret)\" "
+                   "is written over "
+                   "them, which a replay sends, and the bytes of unknown RPCs are left out")
         ->needs(pstCapture);
     pstVerb->add_flag("--quiet", stOptions.bQuiet, "Print nothing, only write the file")
         ->needs(pstCapture);

@@ -162,8 +162,8 @@ uint32_t Process::OnCall(void *pvContext, const VtHostCall *pstCall, uint32_t *p
 
 uint32_t Process::Answer(const VtHostCall &stCall, TappedCall &stTapped, uint32_t &uiReplyLength) {
     uint32_t uiStatus = 0;
-    uint32_t uiLength = 0;
     try {
+        uint32_t uiLength = 0;
         uiStatus = Serve(stCall, stTapped, uiLength);
         uiReplyLength = uiLength;
     } catch (const std::bad_alloc &) {

@@ -155,9 +155,7 @@ class TapLine {
                 send(m_stSocket.Get(), sBytes.data(), sBytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
             if (iSent >= 0) {
                 sBytes.remove_prefix(static_cast<size_t>(iSent));
-            } else if (errno != EAGAIN && errno != EINTR && errno != ENOBUFS) {
-                return false;
-            } else if (IsOver()) {
+            } else if ((errno != EAGAIN && errno != EINTR && errno != ENOBUFS) || IsOver()) {
                 return false;
             } else {
                 struct pollfd stPoll = {m_stSocket.Get(), POLLOUT, 0};

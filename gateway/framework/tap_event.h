@@ -76,7 +76,8 @@ static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
 /// The longest block that is looked into, unpacked.
 inline constexpr uint32_t kTapBlockMax = 1u << 20;
 /// The longest event.
-inline constexpr uint32_t kTapEventMax = sizeof(TapHead) + 2 * VT_HOST_MAX_PAYLOAD + kTapBlockMax;
+inline constexpr uint32_t kTapEventMax =
+    uint32_t{sizeof(TapHead)} + 2 * VT_HOST_MAX_PAYLOAD + kTapBlockMax;
 
 /// A part of an event: how long it was, and what there is of it.
 struct TapBytes {

@@ -111,6 +111,7 @@ TapListener::~TapListener() {
 }
 
 FileDescriptor TapListener::Accept() const {
+    // cppcheck-suppress nullPointer ; the two may be null together
     FileDescriptor stNew(accept4(m_stSocket.Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     return stNew.Get() >= 0 && IsOurs(stNew.Get()) ? std::move(stNew) : FileDescriptor();
 }

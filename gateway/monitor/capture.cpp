@@ -144,10 +144,11 @@ void CaptureFile::Finish(uint64_t ulTimeUs, uint64_t ulLost) {
     Write(PcapngStatistics(ulTimeUs, ulLost));
 }
 
-void CaptureFile::Write(std::string_view sBytes) {
-    const auto iLength = static_cast<off_t>(sBytes.size());
-    while (!sBytes.empty()) {
-        const ssize_t iCount = write(m_stFile.Get(), sBytes.data(), sBytes.size());
+void CaptureFile::Write(const std::string &acBytes) {
+    size_t uiDone = 0;
+    while (uiDone < acBytes.size()) {
+        const ssize_t iCount =
+            write(m_stFile.Get(), acBytes.data() + uiDone, acBytes.size() - uiDone);
         if (iCount < 0 && errno != EINTR) {
             const std::string acWhy = ErrnoText(errno);
             if (m_bIsFile) {
@@ -155,9 +156,9 @@ void CaptureFile::Write(std::string_view sBytes) {
             }
             throw GatewayError("cannot write " + m_acPath + ": " + acWhy);
         }
-        sBytes.remove_prefix(iCount < 0 ? 0 : static_cast<size_t>(iCount));
+        uiDone += iCount < 0 ? 0 : static_cast<size_t>(iCount);
     }
-    m_iWhole += iLength;
+    m_iWhole += static_cast<off_t>(acBytes.size());
 }
 
 }  // namespace wap::gateway

@@ -46,7 +46,7 @@ class CaptureFile {
     void Finish(uint64_t ulTimeUs, uint64_t ulLost);
 
   private:
-    void Write(std::string_view sBytes);
+    void Write(const std::string &acBytes);
 
     const std::string m_acPath;
     const bool m_bSecrets;

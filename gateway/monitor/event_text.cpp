@@ -44,7 +44,7 @@ std::string Printed(json_object *pstValue) {
 }  // namespace
 
 std::string PrintedName(const char *pcName) {
-    const std::string acName = ReadableText(pcName);
+    std::string acName = ReadableText(pcName);
     constexpr std::string_view kOfNames =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-.";
     if (!acName.empty() && acName.find_first_not_of(kOfNames) == std::string::npos) {

@@ -101,6 +101,13 @@ class TapTest : public testing::Test {
         return !stTap.IsOn();
     }
 
+    /// One of which few are more than anything holds.
+    static TapEvent LongEvent() {
+        TapEvent stLong = test::TapMac();
+        test::SetPart(stLong, kTapRequest, std::string(VT_HOST_MAX_PAYLOAD, 'x'));
+        return stLong;
+    }
+
     /// A call as the message service hands it over.
     static VtHostCall HostCall(const RpcMsgHead &stHead, uint32_t uiId,
                                const std::string &acRequest) {
@@ -252,8 +259,7 @@ TEST_F(TapTest, WhoDoesNotReadLosesWhatThereIsNoRoomFor) {
     Tap stTap(stDir, "gulm");
     stTap.Look();
     ASSERT_TRUE(stReader.Accept());
-    TapEvent stLong = test::TapMac();
-    test::SetPart(stLong, kTapRequest, std::string(VT_HOST_MAX_PAYLOAD, 'x'));
+    TapEvent stLong = LongEvent();
     const auto stBegin = Clock::now();
     for (uint32_t i = 0; i < kPosted; ++i) {
         stLong.uiCode = i;
@@ -283,8 +289,7 @@ TEST_F(TapTest, TheEndWaitsALittleForWhatIsOnItsWay) {
     Tap stTap(stDir, "gulm");
     stTap.Look();
     ASSERT_TRUE(stReader.Accept());
-    TapEvent stLong = test::TapMac();
-    test::SetPart(stLong, kTapRequest, std::string(VT_HOST_MAX_PAYLOAD, 'x'));
+    TapEvent stLong = LongEvent();
     for (int i = 0; i < 20; ++i) {
         stTap.Post(stLong);
     }
