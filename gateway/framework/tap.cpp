@@ -353,7 +353,7 @@ void TappedCall::End(uint32_t uiCode, const void *pvReply, uint32_t uiReply) noe
     }
     try {
         m_pstEvent->uiCode = uiCode;
-        m_pstEvent->bAnswered = uiReply != VT_HOST_NO_REPLY;
+        m_pstEvent->bAnswered = m_pstEvent->eKind == TapKind::kRpc && uiReply != VT_HOST_NO_REPLY;
         if (m_pstEvent->bAnswered) {
             m_pstEvent->astParts[kTapReply] = {uiReply, std::string(BytesAt(pvReply, uiReply))};
             if (uiCode == 0) {

@@ -210,6 +210,8 @@ TEST_F(WatchTest, BlocksAndMessagesAreShown) {
                           R"("acBundleName":"org.example.b","text":"10.0.0.2"}})");
     EXPECT_EQ(TextAt(astObjects[2], "kind"), "message");
     EXPECT_EQ(TextAt(astObjects[2], "id"), "39");
+    EXPECT_FALSE(json_object_get_boolean(gateway::FindMember(astObjects[2].get(), "answered")));
+    EXPECT_EQ(gateway::GetNumber(astObjects[2].get(), "code"), 0);
     EXPECT_EQ(fnBlock(3), R"({"of":"request","bytes":9,"bytesHeld":0})");
     EXPECT_EQ(Run({"ls", m_acDir + "/vdata"}).acOut, "") << "nobody who watches keeps a block";
 }

@@ -334,11 +334,10 @@ TEST(CaptureTest, SecretsAreWrittenOver) {
 
 TEST(CaptureTest, FilesAreTheirOwnersAlone) {
     char acPath[] = "/tmp/wap-capture-test-XXXXXX";
-    const int iFile = mkstemp(acPath);
-    ASSERT_GE(iFile, 0);
-    ASSERT_EQ(fchmod(iFile, 0644), 0);
-    ASSERT_EQ(write(iFile, "something older", 15), 15);
-    close(iFile);
+    const FileDescriptor stOld(mkstemp(acPath));
+    ASSERT_GE(stOld.Get(), 0);
+    ASSERT_EQ(fchmod(stOld.Get(), 0644), 0);
+    ASSERT_EQ(write(stOld.Get(), "something older", 15), 15);
     {
         CaptureFile stFile(acPath, false);
         stFile.Add(TapMac(), 0);

@@ -198,7 +198,7 @@ TEST(WireMaskTest, LeavesWhatPeopleSeeAsItWas) {
         for (const WireRpc &stRpc : astRpcs) {
             for (const WireContent *pstContent :
                  {&stRpc.stRequest, &stRpc.stReply, &stRpc.stBlock}) {
-                std::string acBytes(pstContent->astParts[0].uiSize * 2, 'Z');
+                std::string acBytes(size_t{pstContent->astParts[0].uiSize} * 2, 'Z');
                 const std::string acBefore =
                     PrintJson(DecodeContent(*pstContent, acBytes).get(), false);
                 uiMasked += MaskContent(*pstContent, acBytes) ? 1 : 0;
