@@ -133,6 +133,8 @@ TEST_F(ReplayTest, SecretsThatAreWrittenOverAreSentSo) {
     const auto fnSet = [this] {
         EXPECT_EQ(Call("osgi_proxy", 0x47209044, Field("Sesame-88", 128), 4).uiStatus, 0u);
         EXPECT_NE(Call("osgi_proxy", 0x12345678, "Sesame-99", 4).uiStatus, 0u);
+        // The process asks another one, which tells independently of it.
+        EXPECT_TRUE(Soon([this] { return CountOf(Out("watch"), "SetHttpPassword") == 2; }));
         Await("watch.out", "0x12345678");
     };
     Capture(fnSet);
