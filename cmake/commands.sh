@@ -5,7 +5,9 @@
 kRunPackages="g++ cmake ninja-build pkg-config libjson-c-dev liblz4-dev libxxhash-dev libcli11-dev
     openjdk-17-jdk-headless libjline3-java libpicocli-java libgoogle-gson-java
     bnd libfelix-framework-java"
-kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils tshark"
+kTestPackages="libgtest-dev libgmock-dev nlohmann-json3-dev junit5 binutils"
+# A reader of captures that others wrote, for the gateway's tests.
+kGatewayPackages="tshark"
 kFormatPackages="git clang-format python3-clang"
 kLintPackages="git clang-tidy cppcheck"
 kClangPackages="clang libclang-rt-dev llvm"

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <span>
 
 #include "framework/error.h"
 #include "framework/files.h"
@@ -19,6 +20,8 @@ namespace {
 
 constexpr size_t kColumns = 100;
 constexpr size_t kColumnsLeast = 60;
+/// How long the end waits for somebody to read the rest of a line.
+constexpr std::chrono::milliseconds kPatienceInLine(500);
 
 /// The pipe that the handler writes to: for a handler there is no object.
 int g_aiPipe[2] = {-1, -1};
@@ -30,7 +33,33 @@ void OnEnd(int) {
     errno = iErrno;
 }
 
+/// Waits until one of them has something to tell; false when the time comes before.
+bool PollUntil(std::span<struct pollfd> astPolls, LiveOutput::Clock::time_point stEnd) {
+    for (;;) {
+        const int iReady = poll(astPolls.data(), astPolls.size(), MillisecondsUntil(stEnd));
+        if (iReady < 0 && errno != EINTR) {
+            throw GatewayError("cannot wait for the output: " + ErrnoText(errno));
+        }
+        if (iReady >= 0) {
+            return iReady > 0;
+        }
+    }
+}
+
 }  // namespace
+
+int MillisecondsUntil(std::chrono::steady_clock::time_point stTime) {
+    const auto stNow = std::chrono::steady_clock::now();
+    if (stTime <= stNow) {
+        return 0;
+    }
+    constexpr std::chrono::hours kMost(24);
+    // Not with a time that is as far away as can be: what is left until then is no number.
+    const auto stLeft = stTime > stNow + kMost ? kMost : stTime - stNow;
+    return stTime == std::chrono::steady_clock::time_point::max()
+               ? -1
+               : static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(stLeft).count());
+}
 
 EndSignals::EndSignals() : m_iRead(-1) {
     if (pipe2(g_aiPipe, O_CLOEXEC | O_NONBLOCK) != 0) {
@@ -50,33 +79,43 @@ EndSignals::EndSignals() : m_iRead(-1) {
     (void)signal(SIGPIPE, SIG_IGN);
 }
 
-bool LiveOutput::WaitForRoom() const {
-    for (;;) {
-        struct pollfd astPolls[] = {{STDOUT_FILENO, POLLOUT, 0}, {m_iSignals, POLLIN, 0}};
-        if (poll(astPolls, 2, m_bHurry ? 0 : -1) < 0) {
-            if (errno != EINTR) {
-                throw GatewayError("cannot wait for the output: " + ErrnoText(errno));
-            }
-            continue;
-        }
-        // Errors show when it is written.
-        return astPolls[0].revents != 0;
-    }
+bool EndSignals::HaveCome() const {
+    struct pollfd stPoll = {Get(), POLLIN, 0};
+    return poll(&stPoll, 1, 0) > 0;
 }
 
-void LiveOutput::Write(std::string_view sText) {
+bool LiveOutput::WaitForRoom(bool bInLine) const {
+    struct pollfd astPolls[] = {{STDOUT_FILENO, POLLOUT, 0}, {m_iSignals, POLLIN, 0}};
+    // Errors show when it is written.
+    if (PollUntil(astPolls, m_stEnd) && astPolls[0].revents != 0) {
+        return true;
+    }
+    return bInLine && PollUntil({astPolls, 1}, Clock::now() + kPatienceInLine);
+}
+
+bool LiveOutput::Write(std::string_view sLines) {
     // So much a pipe takes at once when it takes anything.
     constexpr size_t kPiece = PIPE_BUF;
-    while (!sText.empty() && !m_bGone && WaitForRoom()) {
-        const ssize_t iCount = write(STDOUT_FILENO, sText.data(), std::min(sText.size(), kPiece));
-        if (iCount >= 0) {
-            sText.remove_prefix(static_cast<size_t>(iCount));
-        } else if (errno == EPIPE || errno == EIO) {
+    bool bInLine = false;
+    while (!sLines.empty() && !m_bOver && !m_bGone) {
+        if (!WaitForRoom(bInLine)) {
+            m_bOver = true;
+            break;
+        }
+        const std::string_view sPiece = sLines.substr(0, kPiece);
+        const size_t uiEnd = sPiece.rfind('\n');
+        const size_t uiCount = uiEnd == std::string_view::npos ? sPiece.size() : uiEnd + 1;
+        const ssize_t iCount = write(STDOUT_FILENO, sPiece.data(), uiCount);
+        if (iCount > 0) {
+            bInLine = sPiece[static_cast<size_t>(iCount) - 1] != '\n';
+            sLines.remove_prefix(static_cast<size_t>(iCount));
+        } else if (iCount < 0 && (errno == EPIPE || errno == EIO)) {
             m_bGone = true;
-        } else if (errno != EINTR && errno != EAGAIN) {
+        } else if (iCount < 0 && errno != EINTR && errno != EAGAIN) {
             throw GatewayError("cannot write the output: " + ErrnoText(errno));
         }
     }
+    return sLines.empty();
 }
 
 size_t LiveOutput::Columns() {

@@ -35,6 +35,8 @@ constexpr size_t kReadAtOnce = 256u << 10;
 /// Before the end, for what is on its way: so long for the next, and for all together.
 constexpr std::chrono::milliseconds kLastPause(50);
 constexpr std::chrono::milliseconds kLastWait(500);
+/// How long a process that was asked may take to connect before somebody is told.
+constexpr std::chrono::seconds kConnectPatience(2);
 
 /// The connection from a process.
 struct TapConnection {
@@ -42,6 +44,15 @@ struct TapConnection {
     FrameReader stReader = {};
     std::string acName = {};  ///< "" until it has said it
     bool bEnded = false;
+    uint64_t ulLost = 0;  ///< before its next event
+};
+
+/// An event that came, and how many of its process are missing before it.
+struct Arrived {
+    TapEvent stEvent;
+    uint64_t ulLost;
+
+    uint64_t DoneUs() const { return stEvent.ulTimeUs + stEvent.ulDurationUs; }
 };
 
 class MonitorRun {
@@ -58,16 +69,17 @@ class MonitorRun {
         const auto stEnd = m_stOptions.uiSeconds
                                ? Clock::now() + std::chrono::seconds(*m_stOptions.uiSeconds)
                                : Clock::time_point::max();
+        m_stOutput.SetEnd(stEnd);
         while (!IsDone() && Clock::now() < stEnd && WaitAndShow(stEnd)) {
         }
         if (!IsDone()) {
             ShowTheLast();
         }
+        if (m_pstCapture) {
+            m_pstCapture->Finish(NowUs(), m_ulLost);
+        }
         if (!m_stOutput.ReaderIsGone()) {
-            fprintf(stderr, "gatewayctl: %llu seen, %llu shown, %llu lost\n",
-                    static_cast<unsigned long long>(m_ulSeen),
-                    static_cast<unsigned long long>(m_ulShown),
-                    static_cast<unsigned long long>(m_ulLost));
+            fprintf(stderr, "gatewayctl: %s\n", Summary().c_str());
         }
         return 0;
     }
@@ -78,11 +90,26 @@ class MonitorRun {
                (m_stOptions.uiCount && m_ulShown >= *m_stOptions.uiCount);
     }
 
+    static uint64_t NowUs() {
+        return static_cast<uint64_t>(std::chrono::duration_cast<std::chrono::microseconds>(
+                                         std::chrono::system_clock::now().time_since_epoch())
+                                         .count());
+    }
+
+    std::string Summary() const {
+        return std::to_string(m_ulSeen) + " seen, " + std::to_string(m_ulShown) + " shown, " +
+               (m_ulUnread > 0 ? std::to_string(m_ulUnread) + " that nobody read, " : "") +
+               std::to_string(m_ulLost) + " lost";
+    }
+
     /// Has the processes that run look for those who watch. Those that start later do so anyway.
     void Subscribe() {
         RemoveDeadTaps(m_stDir);
         std::string acNames;
         for (const ProcessInfo *pstInfo : Running(m_stDir)) {
+            if (m_stSignals.HaveCome()) {
+                return;
+            }
             try {
                 (void)AskControl(pstInfo->pcName, kControlMonitor, nullptr, kAskTimeoutMs);
                 acNames += (acNames.empty() ? "" : ", ") + std::string(pstInfo->pcName);
@@ -94,6 +121,20 @@ class MonitorRun {
         }
         fprintf(stderr, "gatewayctl: watching %s\n",
                 acNames.empty() ? "for processes that start; none runs" : acNames.c_str());
+        m_stWarnAt =
+            m_setAsked.empty() ? Clock::time_point::max() : Clock::now() + kConnectPatience;
+    }
+
+    /// Tells of processes that answered, but did not connect, now that nothing waits to be read.
+    void WarnOfUnconnected() {
+        if (Clock::now() < m_stWarnAt) {
+            return;
+        }
+        m_stWarnAt = Clock::time_point::max();
+        for (const std::string &acName : m_setAsked) {
+            fprintf(stderr, "gatewayctl: %s is not watched: it has not connected\n",
+                    acName.c_str());
+        }
     }
 
     /// Waits until something comes, and shows it. False when a signal says that it is enough.
@@ -104,17 +145,13 @@ class MonitorRun {
         const size_t uiBefore = astPolls.size();
         const std::vector<struct pollfd> astConnections = Connections();
         astPolls.insert(astPolls.end(), astConnections.begin(), astConnections.end());
-        int iTimeoutMs = -1;
-        if (stEnd != Clock::time_point::max()) {
-            const auto stLeft =
-                std::chrono::ceil<std::chrono::milliseconds>(stEnd - Clock::now()).count();
-            iTimeoutMs = static_cast<int>(std::max<int64_t>(stLeft, 0));
-        }
-        const int iReady = poll(astPolls.data(), astPolls.size(), iTimeoutMs);
+        const int iReady =
+            poll(astPolls.data(), astPolls.size(), MillisecondsUntil(std::min(stEnd, m_stWarnAt)));
         if (iReady < 0 && errno != EINTR) {
             throw GatewayError("cannot wait for the processes: " + ErrnoText(errno));
         }
         if (iReady <= 0) {
+            WarnOfUnconnected();
             return true;
         }
         if ((astPolls[2].revents & (POLLERR | POLLHUP)) != 0) {
@@ -140,6 +177,9 @@ class MonitorRun {
             }
             ReceiveFrom(astPolls, 0);
             ShowArrived();
+        }
+        if (!IsDone()) {
+            fprintf(stderr, "gatewayctl: more is on its way, which is not waited for\n");
         }
     }
 
@@ -180,7 +220,8 @@ class MonitorRun {
             return;
         }
         if (iCount <= 0) {
-            End(stConnection, "has ended");
+            End(stConnection,
+                stConnection.stReader.HasRest() ? "has ended; calls may be missing" : "has ended");
             return;
         }
         stConnection.stReader.Add({m_acBuffer.data(), static_cast<size_t>(iCount)});
@@ -193,8 +234,9 @@ class MonitorRun {
         }
     }
 
-    static void End(TapConnection &stConnection, const char *pcHow) {
+    void End(TapConnection &stConnection, const char *pcHow) {
         stConnection.bEnded = true;
+        m_ulLostNow += std::exchange(stConnection.ulLost, 0);
         if (!stConnection.acName.empty()) {
             fprintf(stderr, "gatewayctl: %s %s\n", stConnection.acName.c_str(), pcHow);
         }
@@ -202,12 +244,13 @@ class MonitorRun {
 
     void Take(TapConnection &stConnection, Arrival stArrival) {
         m_ulLost += stArrival.uiLost;
-        m_ulLostNow += stArrival.uiLost;
+        stConnection.ulLost += stArrival.uiLost;
         if (!stArrival.stEvent) {
             return;
         }
         if (stArrival.stEvent->eKind != TapKind::kHello) {
-            m_astArrived.push_back(std::move(*stArrival.stEvent));
+            m_astArrived.push_back(
+                {std::move(*stArrival.stEvent), std::exchange(stConnection.ulLost, 0)});
             return;
         }
         const ProcessInfo *pstInfo = FindProcess(stArrival.stEvent->acReceiver);
@@ -220,17 +263,17 @@ class MonitorRun {
     /// Shows what came, in the order in which it was done, as far as it came at a time.
     void ShowArrived() {
         std::stable_sort(m_astArrived.begin(), m_astArrived.end(),
-                         [](const TapEvent &stLeft, const TapEvent &stRight) {
-                             return stLeft.ulTimeUs + stLeft.ulDurationUs <
-                                    stRight.ulTimeUs + stRight.ulDurationUs;
+                         [](const Arrived &stLeft, const Arrived &stRight) {
+                             return stLeft.DoneUs() < stRight.DoneUs();
                          });
-        for (const TapEvent &stEvent : m_astArrived) {
+        for (const Arrived &stArrived : m_astArrived) {
             if (IsDone()) {
                 break;
             }
             ++m_ulSeen;
-            if (m_stOptions.stFilter.Wants(stEvent)) {
-                Show(stEvent);
+            m_ulLostNow += stArrived.ulLost;
+            if (m_stOptions.stFilter.Wants(stArrived.stEvent)) {
+                Show(stArrived.stEvent);
             }
         }
         m_astArrived.clear();
@@ -238,22 +281,20 @@ class MonitorRun {
 
     void Show(const TapEvent &stEvent) {
         const uint64_t ulLost = std::exchange(m_ulLostNow, 0);
-        ++m_ulShown;
         if (m_pstCapture) {
             m_pstCapture->Add(stEvent, ulLost);
         }
-        if (m_stOptions.bQuiet) {
-            return;
-        }
+        const bool bShown = m_stOptions.bQuiet || m_stOutput.Write(Printed(stEvent, ulLost));
+        ++(bShown ? m_ulShown : m_ulUnread);
+    }
+
+    std::string Printed(const TapEvent &stEvent, uint64_t ulLost) const {
         if (m_stOptions.bJson) {
-            m_stOutput.Write(PrintJson(EventToJson(stEvent, ulLost).get(), false) + "\n");
-            return;
+            return PrintJson(EventToJson(stEvent, ulLost).get(), false) + "\n";
         }
-        if (ulLost > 0) {
-            m_stOutput.Write("(" + std::to_string(ulLost) + " lost here)\n");
-        }
-        m_stOutput.Write(m_stOptions.bBrief ? Headline(stEvent) + "\n"
-                                            : PrintEvent(stEvent, LiveOutput::Columns()));
+        return (ulLost > 0 ? "(" + std::to_string(ulLost) + " lost here)\n" : "") +
+               (m_stOptions.bBrief ? Headline(stEvent) + "\n"
+                                   : PrintEvent(stEvent, LiveOutput::Columns()));
     }
 
     const RuntimeDir m_stDir;
@@ -265,9 +306,11 @@ class MonitorRun {
     std::list<TapConnection> m_astConnections;
     std::vector<char> m_acBuffer = std::vector<char>(kReadAtOnce);
     std::set<std::string> m_setAsked;  ///< that have not said hello yet
-    std::vector<TapEvent> m_astArrived;
+    Clock::time_point m_stWarnAt = Clock::time_point::max();
+    std::vector<Arrived> m_astArrived;
     uint64_t m_ulSeen = 0;
     uint64_t m_ulShown = 0;
+    uint64_t m_ulUnread = 0;  ///< not printed, because nobody read before the end
     uint64_t m_ulLost = 0;
     uint64_t m_ulLostNow = 0;  ///< since the last one that was shown
 };

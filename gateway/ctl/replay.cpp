@@ -17,6 +17,7 @@
 #include "framework/process_list.h"
 #include "monitor/capture.h"
 #include "monitor/event_json.h"
+#include "monitor/event_text.h"
 
 namespace wap::gateway {
 
@@ -29,6 +30,21 @@ constexpr double kPauseMostS = 3600;
 /// Captures are kept in memory; a longer one has been left to itself for days.
 constexpr uint64_t kFileMost = 1u << 30;
 
+/// The next packet of a file; nothing at its end. A file that ends within a block is one whose
+/// writer was stopped: what stands before that is as good as it was. Throws GatewayError for
+/// others, and when there is nothing before it.
+std::optional<Packet> NextWhole(PcapngReader &stReader, bool bFirst) {
+    try {
+        return stReader.Next();
+    } catch (const GatewayError &stError) {
+        if (bFirst || !stReader.EndsTooEarly()) {
+            throw;
+        }
+        fprintf(stderr, "gatewayctl: %s; calls may be missing\n", stError.what());
+        return std::nullopt;
+    }
+}
+
 /// The calls of a capture, in the order in which they were made. Throws GatewayError.
 std::vector<TapEvent> ReadCapture(const std::string &acPath) {
     errno = 0;
@@ -40,7 +56,7 @@ std::vector<TapEvent> ReadCapture(const std::string &acPath) {
     uint64_t ulBytes = 0;
     size_t uiOthers = 0;
     PcapngReader stReader(stFile);
-    while (const std::optional<Packet> stPacket = stReader.Next()) {
+    while (const std::optional<Packet> stPacket = NextWhole(stReader, astEvents.empty())) {
         ulBytes += stPacket->acBytes.size();
         if (ulBytes > kFileMost) {
             throw GatewayError("it holds more than " + std::to_string(kFileMost >> 20) + " MiB");
@@ -204,9 +220,9 @@ class ReplayRun {
     void Tell(const TapEvent &stEvent, uint64_t ulTookUs, const std::string &acEnding) {
         m_uiMasked += stEvent.bMasked ? 1 : 0;
         const char *pcName = NameOfRpc(stEvent);
-        printf("%-10s  %-21s  %-10s %8llu.%03u ms  %s%s\n", stEvent.stHead.acRcvApp,
-               *pcName == '\0' ? "(unknown)" : pcName, IdText(stEvent).c_str(),
-               static_cast<unsigned long long>(ulTookUs / 1000),
+        printf("%-10s  %-21s  %-10s %8llu.%03u ms  %s%s\n",
+               PrintedName(stEvent.stHead.acRcvApp).c_str(), *pcName == '\0' ? "(unknown)" : pcName,
+               IdText(stEvent).c_str(), static_cast<unsigned long long>(ulTookUs / 1000),
                static_cast<unsigned>(ulTookUs % 1000), acEnding.c_str(),
                stEvent.bMasked ? "  [secrets are written over]" : "");
         (void)fflush(stdout);

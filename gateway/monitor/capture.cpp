@@ -118,9 +118,15 @@ std::optional<TapEvent> EventIn(const Packet &stPacket) {
 CaptureFile::CaptureFile(const std::string &acPath, bool bSecrets)
     : m_acPath(acPath),
       m_bSecrets(bSecrets),
-      m_stFile(open(acPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)) {
-    // One that was there may be open to others.
-    if (m_stFile.Get() < 0 || fchmod(m_stFile.Get(), 0600) != 0) {
+      m_stFile(open(acPath.c_str(), O_WRONLY | O_CREAT | O_NOCTTY | O_CLOEXEC, 0600)) {
+    struct stat stInfo = {};
+    bool bReady = m_stFile.Get() >= 0 && fstat(m_stFile.Get(), &stInfo) == 0;
+    m_bIsFile = bReady && S_ISREG(stInfo.st_mode);
+    if (m_bIsFile) {
+        // One that was there may be open to others. A device stays open to them.
+        bReady = fchmod(m_stFile.Get(), 0600) == 0 && ftruncate(m_stFile.Get(), 0) == 0;
+    }
+    if (!bReady) {
         throw GatewayError("cannot make " + acPath + ": " + ErrnoText(errno));
     }
     Write(PcapngStart("gatewayctl monitor", "gateway", kLinkType));
@@ -134,16 +140,25 @@ void CaptureFile::Add(const TapEvent &stEvent, uint64_t ulLost) {
     Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), Headline(stCopy), ulLost));
 }
 
+void CaptureFile::Finish(uint64_t ulTimeUs, uint64_t ulLost) {
+    Write(PcapngStatistics(ulTimeUs, ulLost));
+}
+
 void CaptureFile::Write(const std::string &acBytes) {
     size_t uiDone = 0;
     while (uiDone < acBytes.size()) {
         const ssize_t iCount =
             write(m_stFile.Get(), acBytes.data() + uiDone, acBytes.size() - uiDone);
         if (iCount < 0 && errno != EINTR) {
-            throw GatewayError("cannot write " + m_acPath + ": " + ErrnoText(errno));
+            const std::string acWhy = ErrnoText(errno);
+            if (m_bIsFile) {
+                (void)!ftruncate(m_stFile.Get(), m_iWhole);
+            }
+            throw GatewayError("cannot write " + m_acPath + ": " + acWhy);
         }
         uiDone += iCount < 0 ? 0 : static_cast<size_t>(iCount);
     }
+    m_iWhole += static_cast<off_t>(acBytes.size());
 }
 
 }  // namespace wap::gateway

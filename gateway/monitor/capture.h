@@ -3,6 +3,7 @@
 #define WAP_GATEWAY_MONITOR_CAPTURE_H
 
 #include <stdint.h>
+#include <sys/types.h>
 
 #include <optional>
 #include <string>
@@ -32,14 +33,17 @@ std::optional<TapEvent> EventIn(const Packet &stPacket);
 /// A file that events are written to as they come.
 class CaptureFile {
   public:
-    /// Makes the file, in place of one of that name, for its owner's eyes alone. Throws
-    /// GatewayError.
+    /// Makes the file, in place of one of that name, for its owner's eyes alone. What is no file,
+    /// such as a pipe, is written to as it is. Throws GatewayError.
     /// @param bSecrets whether secrets are written as they are
     CaptureFile(const std::string &acPath, bool bSecrets);
 
-    /// Adds an event, in one piece. Throws GatewayError.
+    /// Adds an event, whole or not at all as far as the file can be cut. Throws GatewayError.
     /// @param ulLost how many events are missing before it
     void Add(const TapEvent &stEvent, uint64_t ulLost);
+
+    /// Says at the end how many events are missing in all. Throws GatewayError.
+    void Finish(uint64_t ulTimeUs, uint64_t ulLost);
 
   private:
     void Write(const std::string &acBytes);
@@ -47,6 +51,8 @@ class CaptureFile {
     const std::string m_acPath;
     const bool m_bSecrets;
     FileDescriptor m_stFile;
+    bool m_bIsFile = false;
+    off_t m_iWhole = 0;  ///< bytes up to the end of the last block
 };
 
 }  // namespace wap::gateway

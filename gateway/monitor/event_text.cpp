@@ -41,7 +41,8 @@ std::string Printed(json_object *pstValue) {
     return acOut;
 }
 
-/// A name from a header: as it is when it is one, else as a JSON text.
+}  // namespace
+
 std::string PrintedName(const char *pcName) {
     std::string acName = ReadableText(pcName);
     constexpr std::string_view kOfNames =
@@ -53,6 +54,8 @@ std::string PrintedName(const char *pcName) {
         json_object_new_string_len(acName.data(), static_cast<int>(acName.size())));
     return Printed(stName.get());
 }
+
+namespace {
 
 std::string Padded(std::string acText, size_t uiColumns) {
     acText.resize(std::max(acText.size(), uiColumns), ' ');

@@ -14,6 +14,10 @@ namespace wap::gateway {
 /// in it can do anything to a terminal.
 std::string Headline(const TapEvent &stEvent);
 
+/// A name from a header: as it is when it is one, else as a JSON text. Nothing in it can do
+/// anything to a terminal.
+std::string PrintedName(const char *pcName);
+
 /// The headline, and below it what the request, the reply and the block say, in lines that are
 /// broken between words at uiWidth columns.
 std::string PrintEvent(const TapEvent &stEvent, size_t uiWidth);

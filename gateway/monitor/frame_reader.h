@@ -27,6 +27,9 @@ class FrameReader {
     /// no process says.
     std::optional<Arrival> Next();
 
+    /// Whether there is the start of a frame, of which no more came.
+    bool HasRest() const { return m_uiAt < m_acBytes.size(); }
+
   private:
     std::string m_acBytes;
     size_t m_uiAt = 0;  ///< what is before it was taken

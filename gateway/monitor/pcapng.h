@@ -29,6 +29,11 @@ std::string PcapngStart(const std::string &acProgram, const std::string &acInter
 std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, const std::string &acComment,
                          uint64_t ulLost);
 
+/// What is known of that interface at the end.
+/// @param ulTimeUs since 1970
+/// @param ulLost how many packets are missing in all
+std::string PcapngStatistics(uint64_t ulTimeUs, uint64_t ulLost);
+
 /// A packet that was read.
 struct Packet {
     uint16_t usLinkType;
@@ -45,6 +50,9 @@ class PcapngReader {
     /// The next packet; nothing at the end. What is no packet is passed over. Throws GatewayError
     /// for a file that is damaged, ends too early or is no such file; the text says where.
     std::optional<Packet> Next();
+
+    /// Whether Next has thrown because the file ends within a block.
+    bool EndsTooEarly() const { return m_bEndsTooEarly; }
 
   private:
     struct Interface {
@@ -66,6 +74,7 @@ class PcapngReader {
     std::istream &m_stFile;
     uint64_t m_ulAt = 0;     ///< bytes read
     uint64_t m_ulBlock = 0;  ///< where the present block begins
+    bool m_bEndsTooEarly = false;
     bool m_bBigEndian = false;
     bool m_bBegun = false;
     std::vector<Interface> m_astInterfaces;  ///< of the section

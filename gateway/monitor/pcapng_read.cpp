@@ -56,6 +56,7 @@ void PcapngReader::Take(char *pcTo, size_t uiSize) {
         if (m_stFile.bad()) {
             Fail("it can't be read");
         }
+        m_bEndsTooEarly = true;
         Fail("it ends too early");
     }
 }

@@ -34,6 +34,11 @@ std::string Block(uint32_t uiType, const std::string &acBody) {
     return Little(uiType, 4) + acLength + acBody + acLength;
 }
 
+/// What a block begins with that says something of the interface at a time.
+std::string OfInterface(uint64_t ulTimeUs) {
+    return Little(0, 4) + Little(ulTimeUs >> 32, 4) + Little(ulTimeUs, 4);
+}
+
 }  // namespace
 
 std::string PcapngStart(const std::string &acProgram, const std::string &acInterface,
@@ -51,13 +56,19 @@ std::string PcapngStart(const std::string &acProgram, const std::string &acInter
 
 std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, const std::string &acComment,
                          uint64_t ulLost) {
-    std::string acBody = Little(0, 4) + Little(ulTimeUs >> 32, 4) + Little(ulTimeUs, 4) +
-                         Little(sPacket.size(), 4) + Little(sPacket.size(), 4) + Aligned(sPacket) +
+    std::string acBody = OfInterface(ulTimeUs) + Little(sPacket.size(), 4) +
+                         Little(sPacket.size(), 4) + Aligned(sPacket) +
                          OptionOf(pcapng::kOptionComment, acComment);
     if (ulLost > 0) {
         acBody += OptionOf(pcapng::kOptionLost, Little(ulLost, 8));
     }
     return Block(pcapng::kPacket, acBody + OptionOf(pcapng::kOptionEnd, ""));
+}
+
+std::string PcapngStatistics(uint64_t ulTimeUs, uint64_t ulLost) {
+    return Block(pcapng::kStatistics, OfInterface(ulTimeUs) +
+                                          OptionOf(pcapng::kOptionAllLost, Little(ulLost, 8)) +
+                                          OptionOf(pcapng::kOptionEnd, ""));
 }
 
 }  // namespace wap::gateway

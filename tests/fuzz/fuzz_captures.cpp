@@ -6,8 +6,11 @@
 
 #include "framework/error.h"
 #include "framework/tap_event.h"
-#include "framework/wire_mask.h"
 #include "fuzz/targets.h"
+#include "monitor/capture.h"
+#include "monitor/event_filter.h"
+#include "monitor/event_json.h"
+#include "monitor/event_text.h"
 #include "monitor/pcapng.h"
 
 namespace wap::test {
@@ -192,9 +195,62 @@ Capture ReadAsReplayDoes(const std::string &sFile) {
     return stCapture;
 }
 
-/// What is read as an event stays one, also when its secrets are written over.
+/// What people see of an event does nothing to a terminal, and what programs see is JSON.
+void CheckShown(const TapEvent &stEvent, uint64_t ulLost) {
+    const std::string sText = gateway::PrintEvent(stEvent, 100);
+    Require(sText.starts_with(gateway::Headline(stEvent) + "\n"), "the headline comes first");
+    Require(sText.ends_with("\n"), "the last line is ended");
+    Require(std::none_of(sText.begin(), sText.end(),
+                         [](char cByte) {
+                             return (static_cast<unsigned char>(cByte) < ' ' && cByte != '\n') ||
+                                    cByte == '\x7F';
+                         }),
+            "a text has no control characters");
+    const std::string sJson =
+        gateway::PrintJson(gateway::EventToJson(stEvent, ulLost).get(), false);
+    Require(sJson.find('\n') == std::string::npos, "JSON is a line");
+    Require(gateway::PrintJson(gateway::ParseJson(sJson, "an event").get(), false) == sJson,
+            "JSON is read as it was written");
+}
+
+/// What is asked of an event is right when it is asked of the event itself.
+void CheckFilters(const TapEvent &stEvent) {
+    gateway::EventFilter stSame;
+    stSame.AddProcess(stEvent.acReceiver);
+    gateway::EventFilter stSender;
+    stSender.AddProcess(stEvent.stHead.acSndApp);
+    gateway::EventFilter stFailed;
+    stFailed.AddCode("failed");
+    gateway::EventFilter stNobody;
+    stNobody.AddProcess("a name that is longer than any name of a process");
+    Require(
+        gateway::EventFilter().Wants(stEvent) && stSame.Wants(stEvent) && stSender.Wants(stEvent),
+        "an event is wanted by its processes");
+    Require(!stNobody.Wants(stEvent), "an event of others is not");
+    const bool bFailed =
+        stEvent.uiCode != 0 || (!stEvent.bAnswered && stEvent.eKind != gateway::TapKind::kMessage);
+    Require(stFailed.Wants(stEvent) == bFailed, "what failed is wanted");
+}
+
+/// What is kept of an event can be sent again, and no more is written over the second time.
+void CheckCaptured(const TapEvent &stEvent) {
+    const std::string sPacket = gateway::PacketOf(stEvent);
+    Require(sPacket.size() <= gateway::kPacketMax, "a packet is one that others take");
+    const std::optional<TapEvent> stRead = gateway::EventIn({gateway::kLinkType, 1, sPacket});
+    Require(stRead && gateway::PacketOf(*stRead) == sPacket, "a packet is read as it was written");
+    TapEvent stMasked = stEvent;
+    gateway::MaskEvent(stMasked);
+    Require(stMasked.bMasked || EncodeEvent(stMasked) == EncodeEvent(stEvent),
+            "what has no secret stays as it is");
+    const std::string sMasked = EncodeEvent(stMasked);
+    gateway::MaskEvent(stMasked);
+    Require(EncodeEvent(stMasked) == sMasked, "what is written over stays so");
+    CheckShown(stMasked, 0);
+}
+
+/// What is read as an event stays one, and whatever is done with events can be done with it.
 void CheckEvent(const std::string &sBytes) {
-    std::optional<TapEvent> stEvent = DecodeEvent(sBytes);
+    const std::optional<TapEvent> stEvent = DecodeEvent(sBytes);
     if (!stEvent) {
         return;
     }
@@ -202,17 +258,12 @@ void CheckEvent(const std::string &sBytes) {
     Require(sWritten.size() == sBytes.size(), "an event is as long as it was");
     const std::optional<TapEvent> stAgain = DecodeEvent(sWritten);
     Require(stAgain && EncodeEvent(*stAgain) == sWritten, "what was written is what is read");
-    const gateway::WireRpc *pstRpc = RpcOf(*stEvent);
-    if (pstRpc == nullptr) {
+    if (stEvent->eKind == gateway::TapKind::kHello) {
         return;
     }
-    std::string &sRequest = stEvent->astParts[gateway::kTapRequest].acHeld;
-    const std::string sBefore = sRequest;
-    const bool bMasked = MaskContent(pstRpc->stRequest, sRequest);
-    Require(bMasked || sRequest == sBefore, "what has no secret stays as it is");
-    const std::string sMasked = sRequest;
-    Require(MaskContent(pstRpc->stRequest, sRequest) == bMasked && sRequest == sMasked,
-            "what is written over stays so");
+    CheckShown(*stEvent, sBytes.size());
+    CheckFilters(*stEvent);
+    CheckCaptured(*stEvent);
 }
 
 }  // namespace

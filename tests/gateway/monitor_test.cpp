@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "framework/error.h"
+#include "framework/files.h"
 #include "framework/json_value.h"
 #include "vt_ssp_basic.h"
 #include "watcher.h"
@@ -43,6 +44,28 @@ std::vector<gateway::JsonValue> Objects(const std::string &acLines) {
     return astObjects;
 }
 
+/// The block of a page that shows a monitor.
+std::string Shown(const char *pcPage) {
+    const std::string acPage =
+        gateway::ReadTextFile(std::string(WAP_TEST_ROOT) + "/" + pcPage).value_or("");
+    const std::string acBegin = "$ gatewayctl monitor\n";
+    const size_t uiBegin = acPage.find("```\n" + acBegin);
+    EXPECT_NE(uiBegin, std::string::npos) << pcPage;
+    if (uiBegin == std::string::npos) {
+        return "";
+    }
+    const size_t uiEnd = acPage.find("```\n", uiBegin + 4);
+    return acPage.substr(uiBegin + 4, uiEnd - uiBegin - 4);
+}
+
+/// Lines of a monitor without what differs from run to run, and from one who calls to another.
+std::string WithoutNumbers(const std::string &acLines) {
+    static const std::regex kSender("TIME  \\S+ +->");
+    static const std::regex kBlock("uiDataID=\\d+");
+    return std::regex_replace(std::regex_replace(WithoutTimes(acLines), kSender, "TIME  SENDER ->"),
+                              kBlock, "uiDataID=BLOCK");
+}
+
 std::string TextAt(const gateway::JsonValue &stObject, const char *pcKey) {
     return gateway::GetText(stObject.get(), pcKey).value_or("(none)");
 }
@@ -71,6 +94,29 @@ TEST_F(WatchTest, CallsAreShownAsTheyPass) {
     EXPECT_EQ(Err("watch"),
               "gatewayctl: watching osgi_proxy, cwmp\ngatewayctl: 2 seen, 2 shown, 0 lost\n");
     EXPECT_EQ(Files("monitor"), "");
+}
+
+TEST_F(WatchTest, PagesShowWhatIsPrinted) {
+    CtlOk({"start", "--timeout", "60"});
+    const pid_t iWatch = Watch("watch", {});
+    EXPECT_EQ(Query("osgi_proxy", 0x47209050, 64).uiStatus, 0u);
+    const RpcReply stTable = Query("gulm", 0x47309029, 12);
+    EXPECT_EQ(stTable.uiStatus, 0u);
+    (void)BlockOf(stTable);
+    Await("watch.out", "GetPortMappingTable");
+    EXPECT_EQ(Call("gulm", 0x47301049, Word(0) + Word(269488129), 284).uiStatus, 0u);
+    Await("watch.out", "GetWanRecord");
+    CtlOk({"fault", "osgi_proxy", "0x47209036", "--code", "5", "--times", "1"});
+    EXPECT_EQ(Query("osgi_proxy", 0x47209036, 4).uiStatus, 5u);
+    Await("watch.out", "[fault: code 0x00000005]\n    request  uiZero=0\n");
+    EndWatch("watch", iWatch);
+    const std::string acErr = Err("watch");
+    const size_t uiFirst = acErr.find('\n') + 1;
+    const std::string acAll = WithoutNumbers("$ gatewayctl monitor\n" + acErr.substr(0, uiFirst) +
+                                             Out("watch") + acErr.substr(uiFirst));
+    EXPECT_EQ(WithoutNumbers(Shown("docs/monitor.md")), acAll);
+    const std::string acShort = WithoutNumbers(Shown("README.md"));
+    EXPECT_EQ(acShort, acAll.substr(0, acShort.size()));
 }
 
 TEST_F(WatchTest, JsonIsAnObjectForEachCall) {
@@ -168,7 +214,9 @@ TEST_F(WatchTest, ProcessesAreShownAskingEachOther) {
     CtlOk({"start", "app_m", "--timeout", "60"});
     const pid_t iWatch = Watch("watch", {"--brief"});
     EXPECT_EQ(Call("osgi_proxy", 0x4720909E, Field("New name", 257), 4).uiStatus, 0u);
+    // Two processes tell independently of each other.
     Await("watch.out", "gateway_tests -> osgi_proxy");
+    Await("watch.out", "-> app_m");
     EndWatch("watch", iWatch);
     const std::string acInner =
         "TIME  osgi_proxy   -> app_m       SetGatewayName         0x4720909E TOOK  ok\n";
@@ -242,15 +290,15 @@ TEST_F(WatchTest, SecretsAreNotShown) {
 
 TEST_F(WatchTest, EndsAfterSoManyOrSoLong) {
     const pid_t iCount = Watch("count", {"--count", "2"});
-    const pid_t iSeconds = Watch("seconds", {"--seconds", "2"});
+    const pid_t iSeconds = Watch("seconds", {"--seconds", "5"});
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(AskForMac().uiStatus, 0u);
     }
     EXPECT_EQ(GatewayTest::Await(iCount), 0);
     EXPECT_EQ(CountOf(Out("count"), "GetDeviceMac"), 2u);
     EXPECT_NE(Err("count").find(" 2 shown, 0 lost\n"), std::string::npos) << Err("count");
+    EXPECT_TRUE(Soon([this] { return CountOf(Out("seconds"), "GetDeviceMac") == 3; }));
     EXPECT_EQ(GatewayTest::Await(iSeconds), 0);
-    EXPECT_EQ(CountOf(Out("seconds"), "GetDeviceMac"), 3u);
 }
 
 TEST_F(WatchTest, EndsQuietlyWhenNobodyReads) {

@@ -1,8 +1,11 @@
 // Captures: the bytes of the files, and files of anybody's.
 #include "monitor/pcapng.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,6 +54,7 @@ std::string FileBytes() {
 struct Reading {
     std::vector<Packet> astPackets;
     std::string acError;
+    bool bEndsTooEarly = false;
 };
 
 Reading Read(const std::string &acFile) {
@@ -64,6 +68,7 @@ Reading Read(const std::string &acFile) {
     } catch (const GatewayError &stError) {
         stReading.acError = stError.what();
     }
+    stReading.bEndsTooEarly = stReader.EndsTooEarly();
     return stReading;
 }
 
@@ -96,6 +101,9 @@ TEST(PcapngTest, IsWrittenByteForByte) {
     const std::string acPlain = PcapngPacket(1, "", "", 0);
     EXPECT_EQ(acPlain, Word(6) + Word(40) + Word(0) + Word(0) + Word(1) + Word(0) + Word(0) +
                            Half(1) + Half(0) + Word(0) + Word(40));
+    EXPECT_EQ(PcapngStatistics(0x500000007, 9), Word(5) + Word(40) + Word(0) + Word(5) + Word(7) +
+                                                    Half(5) + Half(8) + Word(9) + Word(0) +
+                                                    Word(0) + Word(40));
     const std::string acLong = PcapngPacket(1, "", std::string(70000, 'c'), 0);
     EXPECT_EQ(acLong.size(), 40u + 65536);
     EXPECT_EQ(acLong.substr(30, 2), "\xFF\xFF");
@@ -164,6 +172,13 @@ TEST(PcapngTest, FilesThatEndTooEarlyAreRefused) {
     EXPECT_EQ(auiWhole, (std::vector<size_t>{40, 80})) << "between blocks";
     EXPECT_EQ(Read("").acError, "it is empty (the block at byte 0)");
     EXPECT_EQ(Read(acFile.substr(0, 100)).acError, "it ends too early (the block at byte 80)");
+    // What is whole is there all the same.
+    const Reading stCut = Read(acFile + PcapngPacket(8, "x", "", 0).substr(0, 30));
+    EXPECT_EQ(stCut.acError, "it ends too early (the block at byte 144)");
+    EXPECT_TRUE(stCut.bEndsTooEarly);
+    EXPECT_EQ(stCut.astPackets.size(), 1u);
+    EXPECT_FALSE(Read(acFile).bEndsTooEarly);
+    EXPECT_FALSE(Read(acFile + Word(6) + Word(13)).bEndsTooEarly) << "it is damaged";
 }
 
 TEST(PcapngTest, DamagedFilesAreRefused) {
@@ -340,6 +355,65 @@ TEST(CaptureTest, FilesAreTheirOwnersAlone) {
     }
     EXPECT_EQ(unlink(acPath), 0);
     EXPECT_THROW(CaptureFile("/nowhere/at/all.pcapng", false), GatewayError);
+}
+
+/// A path for a capture, removed at the end.
+class CapturePathTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        char acDir[] = "/tmp/wap-capture-test-XXXXXX";
+        ASSERT_NE(mkdtemp(acDir), nullptr);
+        m_acDir = acDir;
+        m_acPath = m_acDir + "/calls.pcapng";
+    }
+    void TearDown() override {
+        EXPECT_EQ(unlink(m_acPath.c_str()), 0);
+        EXPECT_EQ(rmdir(m_acDir.c_str()), 0);
+    }
+
+    std::string m_acDir;
+    std::string m_acPath;
+};
+
+TEST_F(CapturePathTest, WhatIsNoFileStaysAsOpenAsItWas) {
+    ASSERT_EQ(mkfifo(m_acPath.c_str(), 0600), 0);
+    ASSERT_EQ(chmod(m_acPath.c_str(), 0644), 0);
+    const FileDescriptor stReader(open(m_acPath.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_GE(stReader.Get(), 0);
+    CaptureFile(m_acPath, false).Finish(test::kTapTime, 7);
+    struct stat stInfo = {};
+    ASSERT_EQ(stat(m_acPath.c_str(), &stInfo), 0);
+    EXPECT_EQ(stInfo.st_mode & 0777, 0644u);
+    std::string acWritten(1000, '\0');
+    const ssize_t iCount = read(stReader.Get(), acWritten.data(), acWritten.size());
+    ASSERT_GE(iCount, 0);
+    acWritten.resize(static_cast<size_t>(iCount));
+    EXPECT_EQ(acWritten, PcapngStart("gatewayctl monitor", "gateway", 252) +
+                             PcapngStatistics(test::kTapTime, 7));
+}
+
+TEST_F(CapturePathTest, WhatCantBeWrittenWholeIsNotWritten) {
+    CaptureFile stFile(m_acPath, false);
+    stFile.Add(TapMac(), 0);
+    struct stat stBefore = {};
+    ASSERT_EQ(stat(m_acPath.c_str(), &stBefore), 0);
+    struct rlimit stLimit = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &stLimit), 0);
+    const auto fnSignal = signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit stLess = {static_cast<rlim_t>(stBefore.st_size) + 100, stLimit.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &stLess), 0);
+    std::string acError;
+    try {
+        stFile.Add(TapMac(), 0);
+    } catch (const GatewayError &stError) {
+        acError = stError.what();
+    }
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &stLimit), 0);
+    (void)signal(SIGXFSZ, fnSignal);
+    EXPECT_EQ(acError, "cannot write " + m_acPath + ": File too large");
+    struct stat stAfter = {};
+    ASSERT_EQ(stat(m_acPath.c_str(), &stAfter), 0);
+    EXPECT_EQ(stAfter.st_size, stBefore.st_size);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <sstream>
 #include <thread>
 
+#include "monitor/capture.h"
+#include "tap_events.h"
 #include "vt_ssp_basic.h"
 #include "watcher.h"
 
@@ -31,6 +33,27 @@ class ReplayTest : public WatchTest {
         return Out("watch");
     }
 
+    /// A session that changes the home, with a call that fails, blocks both ways and a message.
+    void Session() const {
+        EXPECT_EQ(Call("osgi_proxy", 0x4720909E, Field("Captured", 257), 4).uiStatus, 0u);
+        EXPECT_EQ(AskForMac().uiStatus, 0u);
+        EXPECT_EQ(Call("gulm", 0x48304173, NewBlock("10.0.0.1\0"s) + Field("org.example.a", 256), 4)
+                      .uiStatus,
+                  0u);
+        EXPECT_EQ(BlockOf(Query("gulm", 0x483041A5, 20), 8), "org.example.a[\"10.0.0.1\"]\0"s);
+        EXPECT_EQ(Call("gulm", 0x48304174, NewBlock("10.0.0.9\0"s) + Field("org.example.b", 256), 4)
+                      .uiStatus,
+                  kRefused);
+        const std::string acNotice = NewBlock('\1' + Field("org.example.c", 128) + "10.0.0.2\0"s);
+        EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acNotice.data(), 12), 0u);
+        // Processes tell independently of each other.
+        for (const char *pcCall : {"-> app_m       SetGatewayName", "-> osgi_proxy  SetGatewayName",
+                                   "GetDeviceMac", "AddMonitoredAddresses", "GetMonitoredAddresses",
+                                   "DelMonitoredAddresses", "TrafficMonitorChanged"}) {
+            Await("watch.out", pcCall);
+        }
+    }
+
     static uint32_t Register(bool bAdd, const std::string &acBundle) {
         return Call("gulm", bAdd ? 0x48304173 : 0x48304174,
                     NewBlock("10.0.0.1\0"s) + Field(acBundle, 256), 4)
@@ -40,28 +63,10 @@ class ReplayTest : public WatchTest {
     std::string Blocks() const { return Run({"ls", m_acDir + "/vdata"}).acOut; }
 };
 
-/// A session that changes the home, with a call that fails, blocks both ways and a message.
-void Session() {
-    EXPECT_EQ(Call("osgi_proxy", 0x4720909E, Field("Captured", 257), 4).uiStatus, 0u);
-    EXPECT_EQ(AskForMac().uiStatus, 0u);
-    EXPECT_EQ(
-        Call("gulm", 0x48304173, NewBlock("10.0.0.1\0"s) + Field("org.example.a", 256), 4).uiStatus,
-        0u);
-    EXPECT_EQ(BlockOf(Query("gulm", 0x483041A5, 20), 8), "org.example.a[\"10.0.0.1\"]\0"s);
-    EXPECT_EQ(
-        Call("gulm", 0x48304174, NewBlock("10.0.0.9\0"s) + Field("org.example.b", 256), 4).uiStatus,
-        kRefused);
-    const std::string acNotice = NewBlock('\1' + Field("org.example.c", 128) + "10.0.0.2\0"s);
-    EXPECT_EQ(VT_MSG_AsyncSendData("app_m", 39, acNotice.data(), 12), 0u);
-}
-
 }  // namespace
 
 TEST_F(ReplayTest, CapturesCanBeReadByOthers) {
-    const std::string acLines = Capture([this] {
-        Session();
-        Await("watch.out", "TrafficMonitorChanged");
-    });
+    const std::string acLines = Capture([this] { Session(); });
     const Outcome stRead =
         Run({"tshark", "-n", "-r", File(), "-T", "fields", "-e", "frame.comment"});
     EXPECT_EQ(stRead.iExit, 0) << stRead.acErr;
@@ -75,10 +80,7 @@ TEST_F(ReplayTest, CapturesCanBeReadByOthers) {
 }
 
 TEST_F(ReplayTest, SendsASessionAgain) {
-    Capture([this] {
-        Session();
-        Await("watch.out", "TrafficMonitorChanged");
-    });
+    Capture([this] { Session(); });
     CtlOk({"set", "network.gatewayName", "Another"});
     EXPECT_EQ(Register(false, "org.example.a"), 0u);
     const std::string acOut = CtlOk({"replay", File(), "--fast"});
@@ -100,10 +102,7 @@ TEST_F(ReplayTest, SendsASessionAgain) {
 }
 
 TEST_F(ReplayTest, TellsWhatDiffers) {
-    Capture([this] {
-        Session();
-        Await("watch.out", "TrafficMonitorChanged");
-    });
+    Capture([this] { Session(); });
     CtlOk({"fault", "osgi_proxy", "0x47209032", "--code", "5"});
     const Outcome stReplay = Ctl({"replay", File(), "--fast", "--process", "osgi_proxy"});
     EXPECT_EQ(stReplay.iExit, 1);
@@ -120,10 +119,7 @@ TEST_F(ReplayTest, TellsWhatDiffers) {
 }
 
 TEST_F(ReplayTest, DryRunSendsNothing) {
-    Capture([this] {
-        Session();
-        Await("watch.out", "TrafficMonitorChanged");
-    });
+    Capture([this] { Session(); });
     CtlOk({"stop"});
     const std::string acOut = CtlOk({"replay", File(), "--dry-run", "--rpc", "*Monitored*"});
     EXPECT_EQ(WithoutTimes(acOut),
@@ -137,6 +133,8 @@ TEST_F(ReplayTest, SecretsThatAreWrittenOverAreSentSo) {
     const auto fnSet = [this] {
         EXPECT_EQ(Call("osgi_proxy", 0x47209044, Field("Sesame-88", 128), 4).uiStatus, 0u);
         EXPECT_NE(Call("osgi_proxy", 0x12345678, "Sesame-99", 4).uiStatus, 0u);
+        // The process asks another one, which tells independently of it.
+        EXPECT_TRUE(Soon([this] { return CountOf(Out("watch"), "SetHttpPassword") == 2; }));
         Await("watch.out", "0x12345678");
     };
     Capture(fnSet);
@@ -172,13 +170,42 @@ TEST_F(ReplayTest, KeepsThePaces) {
     EXPECT_GE(fnTook("0.5"), std::chrono::milliseconds(1200));
 }
 
+TEST_F(GatewayTest, NamesInCapturesDoNothingToATerminal) {
+    gateway::TapEvent stEvent = TapMac();
+    strcpy(stEvent.stHead.acRcvApp, "\x1B[2J\x7F\xC2\x9B");
+    gateway::CaptureFile(m_acDir + "/names.pcapng", true).Add(stEvent, 0);
+    const Outcome stReplay = Ctl({"replay", m_acDir + "/names.pcapng", "--dry-run"});
+    EXPECT_EQ(stReplay.iExit, 1);
+    EXPECT_EQ(WithoutTimes(stReplay.acOut),
+              "\"\\u001b[2J\\u007f\\u009b\"  GetDeviceMac           0x47209032 TOOK  not sent: the"
+              " gateway has no such process\n"
+              "0 to send; 1 can't be sent\n");
+}
+
+TEST_F(GatewayTest, WholeCallsOfACutCaptureAreSent) {
+    const std::string acFile = m_acDir + "/calls.pcapng";
+    gateway::CaptureFile stFile(acFile, true);
+    stFile.Add(TapMac(), 0);
+    stFile.Add(TapAddresses(), 0);
+    const std::string acBytes = ReadFile("calls.pcapng");
+    WriteFile("cut.pcapng", acBytes.substr(0, acBytes.size() - 5));
+    const Outcome stReplay = Ctl({"replay", m_acDir + "/cut.pcapng", "--dry-run"});
+    EXPECT_EQ(stReplay.iExit, 0);
+    EXPECT_EQ(WithoutTimes(stReplay.acOut),
+              "osgi_proxy  GetDeviceMac           0x47209032 TOOK  was ok\n1 to send\n");
+    EXPECT_NE(stReplay.acErr.find("gatewayctl: it ends too early (the block at byte "),
+              std::string::npos)
+        << stReplay.acErr;
+    EXPECT_NE(stReplay.acErr.find("); calls may be missing\n"), std::string::npos);
+}
+
 TEST_F(ReplayTest, FilesThatCantBeUsedAreRefused) {
     Capture([this] {
         EXPECT_EQ(AskForMac().uiStatus, 0u);
         Await("watch.out", "GetDeviceMac");
     });
     const std::string acFile = ReadFile("calls.pcapng");
-    WriteFile("cut.pcapng", acFile.substr(0, acFile.size() - 5));
+    WriteFile("cut.pcapng", acFile.substr(0, acFile.find("VTM1") + 5));
     WriteFile("text.pcapng", "This is no capture.\n");
     WriteFile("empty.pcapng", "");
     const struct {
