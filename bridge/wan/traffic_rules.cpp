@@ -25,7 +25,7 @@ uint32_t RowSize(const RuleKind &stKind) {
 
 /// The texts of a row, each with a zero behind it that the row need not have.
 struct RowTexts {
-    const char *apcTexts[kRuleColumnsMax];
+    const char *apcTexts[kRuleColumnsMax] = {};
     char acBytes[kRuleRecordMax];
 };
 
@@ -56,7 +56,6 @@ class RuleWalk {
             pcRow += sizeof(uiNumber);
         }
         RowTexts stTexts;
-        memset(stTexts.apcTexts, 0, sizeof(stTexts.apcTexts));
         ReadTexts(m_stKind, pcRow, stTexts);
         ReadInteger(stTexts);
         m_stKind.pfnTrace(uiNumber, stTexts.apcTexts, m_uiInteger);

@@ -14,14 +14,14 @@ struct TokenerRelease {
     void operator()(json_tokener *pstTokener) const { json_tokener_free(pstTokener); }
 };
 
+}  // namespace
+
 JsonValue Checked(json_object *pstValue) {
     if (pstValue == nullptr) {
         throw std::bad_alloc();
     }
     return JsonValue(pstValue);
 }
-
-}  // namespace
 
 JsonValue ParseJson(std::string_view pcText, const std::string &acWhat) {
     if (pcText.size() > INT_MAX) {

@@ -20,6 +20,9 @@ struct JsonRelease {
 /// Owns one reference to a JSON value.
 using JsonValue = std::unique_ptr<json_object, JsonRelease>;
 
+/// Takes over a value that json-c was asked to make. Throws std::bad_alloc for null.
+JsonValue Checked(json_object *pstValue);
+
 /// Parses a whole text, strictly. Throws GatewayError that names pcWhat and the place.
 JsonValue ParseJson(std::string_view pcText, const std::string &acWhat);
 

@@ -1,7 +1,6 @@
 #include "framework/wire_decode.h"
 
 #include <algorithm>
-#include <new>
 
 namespace wap::gateway {
 
@@ -67,13 +66,6 @@ uint64_t Unsigned(std::string_view sBytes) {
 int64_t Signed(std::string_view sBytes) {
     const unsigned uiUnused = 64 - 8 * static_cast<unsigned>(sBytes.size());
     return static_cast<int64_t>(Unsigned(sBytes) << uiUnused) >> uiUnused;
-}
-
-JsonValue Checked(json_object *pstValue) {
-    if (pstValue == nullptr) {
-        throw std::bad_alloc();
-    }
-    return JsonValue(pstValue);
 }
 
 JsonValue MakeText(std::string_view sText) {
