@@ -30,7 +30,7 @@ constexpr GeneralRoute kSetDscp = {"gulm", 353, kRpcSetFlowDscp};
 constexpr uint32_t kTextPerMember = 297;
 constexpr uint32_t kRowSize = sizeof(FlowTrafficRec);
 // No table is longer than the longest bulk block, and a member's room is hardly more than its row.
-// So the list needs no limit of its own, unlike those of the rules about traffic.
+// So the list's room needs no limit of its own, unlike those of the rules about traffic.
 static_assert(uint64_t{kTextPerMember} * (kBlockMax / kRowSize + 1) <= UINT32_MAX);
 constexpr uint32_t kErrNoList = 1;
 

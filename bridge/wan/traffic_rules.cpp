@@ -114,8 +114,8 @@ uint32_t ListRows(const RuleKind &stKind, const BulkBlock &stTable, uint32_t uiC
     const uint32_t uiRows = uiCount < uiFull ? uiCount : uiFull;
     const uint64_t ulSize = (uint64_t{uiRows} + 1) * stKind.uiTextPerRow;
     const auto uiSize = static_cast<uint32_t>(ulSize);
-    // The texts of the longest tables would have 22 to 36 MiB, in one piece and besides the table:
-    // too much to ask of a gateway. Their room ends at the length of the longest block.
+    // For the longest tables it would be 22 to 36 MiB in one piece, much more than they have
+    // themselves. The room ends at the length of the longest block, as for monitored addresses.
     PlatformBlock stText;
     if (ulSize > kBlockMax || !stText.MakeUnfilled(uiSize, WAP_SPOT)) {
         return Recorded(WAP_SPOT, kErrFailed, uiSize);
