@@ -39,6 +39,12 @@ class PlatformBlock {
         Adopt(VT_OS_MemMallocSet(uiSize, stSpot.pcFile, stSpot.uiLine));
         return m_pvBlock != nullptr;
     }
+    /// Makes a block as Make does, but with whatever was in that memory: for a text that is ended,
+    /// of which nothing is read behind its end.
+    [[nodiscard]] bool MakeUnfilled(uint32_t uiSize, SourceSpot stSpot) {
+        Adopt(VT_OS_MemMallocD(uiSize, stSpot.pcFile, stSpot.uiLine));
+        return m_pvBlock != nullptr;
+    }
     void *Lend() const { return m_pvBlock; }
     void *Release() {
         void *pvBlock = m_pvBlock;

@@ -29,7 +29,8 @@ constexpr GeneralRoute kSetDscp = {"gulm", 353, kRpcSetFlowDscp};
 /// What each member, and the object around them, may take up in the list's text.
 constexpr uint32_t kTextPerMember = 297;
 constexpr uint32_t kRowSize = sizeof(FlowTrafficRec);
-// No table is longer than the longest bulk block.
+// No table is longer than the longest bulk block, and a member's room is hardly more than its row.
+// So the list's room needs no limit of its own, unlike those of the rules about traffic.
 static_assert(uint64_t{kTextPerMember} * (kBlockMax / kRowSize + 1) <= UINT32_MAX);
 constexpr uint32_t kErrNoList = 1;
 
@@ -84,7 +85,8 @@ uint32_t FetchMembers(uint32_t uiFlow, BulkBlock &stTable, uint32_t &uiCount) {
     }
     TraceDesc(WAP_SPOT, stReply.stTable);
     uiResult = stTable.Make(stReply.stTable);
-    // The count is the process's word; the rows end with the block.
+    // The count is the process's word; the rows end with the block. One that says more is cut to
+    // them, deliberately without a fault.
     const uint32_t uiRows = stTable.Length() / kRowSize;
     uiCount = stReply.uiCount < uiRows ? stReply.uiCount : uiRows;
     return Recorded(WAP_SPOT, uiResult, uiFlow, stReply.uiCount);

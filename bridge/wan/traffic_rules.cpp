@@ -108,13 +108,16 @@ class RuleWalk {
 /// Lists the rows of a fetched table. Results as ListRules.
 uint32_t ListRows(const RuleKind &stKind, const BulkBlock &stTable, uint32_t uiCount,
                   char **ppcText) {
-    // The number is the service's word; the rows end with the block.
+    // The number is the service's word; the rows end with the block. One that says more is cut to
+    // them, deliberately without a fault.
     const uint32_t uiFull = stTable.Length() / RowSize(stKind);
     const uint32_t uiRows = uiCount < uiFull ? uiCount : uiFull;
     const uint64_t ulSize = (uint64_t{uiRows} + 1) * stKind.uiTextPerRow;
     const auto uiSize = static_cast<uint32_t>(ulSize);
+    // For the longest tables it would be 22 to 36 MiB in one piece, much more than they have
+    // themselves. The room ends at the length of the longest block, as for monitored addresses.
     PlatformBlock stText;
-    if (ulSize > kBlockMax || !stText.Make(uiSize, WAP_SPOT)) {
+    if (ulSize > kBlockMax || !stText.MakeUnfilled(uiSize, WAP_SPOT)) {
         return Recorded(WAP_SPOT, kErrFailed, uiSize);
     }
     JsonText stOut(static_cast<char *>(stText.Lend()), uiSize);

@@ -57,14 +57,20 @@ struct RuleKind {
     RuleTrace pfnTrace;
 };
 
-/// Whether a kind keeps the bounds above, for its static_assert.
+/// Whether a kind keeps the bounds above, each field lies in the record, and at most one column is
+/// a number: for its static_assert.
 constexpr bool IsSound(const RuleKind &stKind) {
     uint32_t uiTexts = 0;
+    uint32_t uiNumbers = 0;
+    bool bInRecord = true;
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
-        uiTexts += stKind.pstColumns[i].usSize + 1u;
+        const RuleColumn &stColumn = stKind.pstColumns[i];
+        uiTexts += stColumn.usSize + 1u;
+        uiNumbers += stColumn.eType == RuleColumnType::kNumber ? 1 : 0;
+        bInRecord = bInRecord && uint32_t{stColumn.usAt} + stColumn.usSize <= stKind.uiRecordSize;
     }
     return stKind.uiColumns <= kRuleColumnsMax && stKind.uiRecordSize <= kRuleRecordMax &&
-           uiTexts <= kRuleRecordMax;
+           uiTexts <= kRuleRecordMax && uiNumbers <= 1 && bInRecord;
 }
 
 /// The port of a collector as a decimal text of at most five characters; a number that has more is

@@ -13,8 +13,6 @@ namespace wap::test {
 namespace {
 
 constexpr uint32_t kAskRegistry = 0x483041A5;
-/// Longer blocks are compressed.
-constexpr size_t kPlainMax = 2048;
 /// Deeper than any input: what is JSON by itself must not be too deep in a list.
 constexpr int kDepth = 10000;
 /// Capacities that depend on the input are below this one.
@@ -209,8 +207,8 @@ void CheckIsJson(const std::string &sText, uint32_t uiCap) {
 
 /// The whole query: a block of any bytes and counts that need not fit it.
 void CheckQuery(const std::string &sBlock, uint32_t uiBundles, uint32_t uiAddresses) {
-    if (sBlock.size() > kPlainMax && Packed(sBlock).size() > sBlock.size()) {
-        return;  // no process can put that into a block
+    if (!FitsBlock(sBlock)) {
+        return;
     }
     World stWorld;
     Platform &stPlatform = stWorld.stPlatform;

@@ -168,6 +168,7 @@ void CheckList(const Kind &stKind, const std::string &sText, uint32_t uiCount,
     // Not strictly: the rows' texts need not be UTF-8.
     json_object *pstRoot = json_tokener_parse(sText.c_str());
     Require(pstRoot != nullptr, "the answer is JSON");
+    Require(sText == json_object_to_json_string(pstRoot), "it has the blanks that json-c writes");
     json_object *pstList = Member(pstRoot, "List");
     const size_t uiRows = RowsOf(stKind, uiCount, sTable);
     Require(json_object_array_length(pstList) == uiRows,
@@ -193,6 +194,9 @@ void FuzzRuleTables(const uint8_t *pucData, size_t uiSize) {
     const Kind &stKind = kKinds[pucData[0] % 3];
     const uint32_t uiCount = WordAt(sBytes, 1);
     const std::string sTable = sBytes.substr(5);
+    if (!FitsBlock(sTable)) {
+        return;
+    }
     World stWorld;
     Platform &stPlatform = stWorld.stPlatform;
     const std::string sDesc = sTable.empty() ? std::string(12, '\0') : stPlatform.AddBulk(sTable);

@@ -31,6 +31,11 @@ json_object *StrictJson(const std::string &sText, int iFlags, int iDepth) {
     return pstRoot;
 }
 
+bool FitsBlock(const std::string &sBytes) {
+    constexpr size_t kPlainMax = 2048;
+    return sBytes.size() <= kPlainMax || Packed(sBytes).size() <= sBytes.size();
+}
+
 std::string TextIn(const uint8_t *pucData, size_t uiSize) {
     const auto *pcText = reinterpret_cast<const char *>(pucData);
     return uiSize == 0 ? std::string() : std::string(pcText, strnlen(pcText, uiSize));

@@ -75,6 +75,8 @@ void Require(bool bHolds, const char *pcRule);
 void RequireClean(World &stWorld);
 /// A text that is JSON and nothing else, by json-c; null for any other. The caller puts it away.
 json_object *StrictJson(const std::string &sText, int iFlags = 0, int iDepth = 32);
+/// Whether a process can put the bytes into a block: many are packed, and must not become more.
+bool FitsBlock(const std::string &sBytes);
 /// The bytes up to a zero, as the bridge gets to see them.
 std::string TextIn(const uint8_t *pucData, size_t uiSize);
 /// The number of 32 bits that digits tell, and nothing else; none at all tell 0.

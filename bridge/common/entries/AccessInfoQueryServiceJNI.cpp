@@ -50,7 +50,7 @@ jstring WanAnswer(JNIEnv *pstEnv, SourceSpot stSpot, jint iWanIndex, WanWorker p
 JNIEXPORT jstring JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_ozi_jni_AccessInfoQueryServiceJNI_getWANIfList(
     JNIEnv *pstEnv, jobject) {
-    // The one entry that does not trace its call.
+    // Deliberately without a trace, unlike the others of this class.
     AnswerBuffer<kWanListTextSize> stBuffer = {};
     const uint32_t uiResult = VT_JNI_GetWANIfList(stBuffer.acText, kWanListTextSize);
     return TextOrFallback(pstEnv, WAP_SPOT, uiResult, stBuffer.acText);

@@ -5,8 +5,8 @@
 
 using namespace wap;
 
-// Not traced, deliberately, unlike all other methods. 1 for a failure, where others have -1: the
-// Java side compares with it.
+// Deliberately without a trace. 1 for a failure, where others have -1: the Java side compares with
+// it.
 JNIEXPORT jint JNICALL
 Java_com_veltra_domoline_deviceservice_kavo_wap_tarn_jni_DeviceRsetServiceJNI_reset(JNIEnv *,
                                                                                     jobject) {

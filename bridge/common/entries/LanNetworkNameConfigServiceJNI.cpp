@@ -26,7 +26,7 @@ Java_com_veltra_domoline_deviceservice_kavo_wap_gulm_jni_LanNetworkNameConfigSer
         RecordFault(WAP_SPOT, 1);
         return -1;
     }
-    // Deliberately on the console: the one entry that doesn't trace.
+    // Deliberately on the console instead of in the trace.
     (void)VT_OS_Printf(
         "\r\n gulm_jni_LanNetworkNameConfigServiceJNI_setLANHostName called Mac:%s  DevName:%s "
         "\r\n",

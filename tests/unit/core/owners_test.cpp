@@ -39,6 +39,22 @@ TEST_F(Owners, BlockMadeIsZeroedAndReleased) {
     EXPECT_EQ(Live(), 0u);
 }
 
+TEST_F(Owners, BlockMadeUnfilledIsAsTheAllocatorGaveIt) {
+    {
+        PlatformBlock stBlock;
+        stBlock.Adopt(Block(8));
+        ASSERT_TRUE(stBlock.MakeUnfilled(16, WAP_SPOT));
+        EXPECT_EQ(Live(), 1u);
+        EXPECT_EQ(stWorld.stAllocs.SizeOf(stBlock.Lend()), 16u);
+        // What the allocator of the tests fills such blocks with.
+        EXPECT_EQ(memcmp(stBlock.Lend(), std::string(16, '\xA5').data(), 16), 0);
+        stWorld.Plan({Op::kAlloc, 1, false});
+        EXPECT_FALSE(stBlock.MakeUnfilled(16, WAP_SPOT));
+        EXPECT_FALSE(stBlock);
+    }
+    EXPECT_EQ(Live(), 0u);
+}
+
 TEST_F(Owners, BlockReleasesTheOldForTheNew) {
     PlatformBlock stBlock;
     stBlock.Adopt(Block(8));

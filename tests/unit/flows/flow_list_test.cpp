@@ -127,6 +127,25 @@ TEST_F(FlowListTest, AnswerThatFillsItsBufferFails) {
     ExpectRecorded(1, {891, 7, 0, 0});
 }
 
+// Of the longest block; the answer is longer than that.
+TEST_F(FlowListTest, LongestTableIsListed) {
+    const uint32_t uiMost = 16 * 1024 * 1024 / 272;
+    const std::string sAddress(250, 'a');
+    const std::string sMember = FlowMemberBytes(sAddress, "443", "7");
+    const std::string sRow = JsonRow(sAddress, "443");
+    std::string sTable;
+    std::string sRows;
+    for (uint32_t i = 0; i < uiMost; ++i) {
+        sTable += sMember;
+        sRows += (i == 0 ? "" : ", ") + sRow;
+    }
+    AnswerTable(uiMost, sTable);
+    const std::string sList = List();
+    EXPECT_EQ(sList.size(), 18257307u);
+    EXPECT_TRUE(sList == JsonList(sRows));
+    ExpectNoFaults();
+}
+
 TEST_F(FlowListTest, RefusalIsRecordedWithTheFlow) {
     Refuse(kAskMembers);
     EXPECT_EQ(List(kRefused), "");

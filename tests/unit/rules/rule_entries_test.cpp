@@ -205,6 +205,16 @@ TEST_F(RuleEntriesTest, ReferencesOfAllListsAreAskedForAtOnce) {
     EXPECT_EQ(EntryTraces(stPlatform).size(), 1u);
 }
 
+// Four for each of the six texts of a mirror rule.
+TEST_F(RuleEntriesTest, ReferencesOfAllTextsAreAskedForAtOnce) {
+    stEnv.uiCapacityMax = 24;
+    const Elements asTexts = {u"a", u"80", u"UP", u"TCP", u"m", u"::1"};
+    EXPECT_EQ(AddMirror(asTexts), 7);
+    stEnv.uiCapacityMax = 23;
+    EXPECT_EQ(AddMirror(asTexts), -1);
+    ExpectNothingSent("TrafficMirror");
+}
+
 // Of each field, the last two bytes are for a separator and the zero.
 TEST_F(RuleEntriesTest, ListsMustFitTheirFields) {
     const auto Long = [](size_t uiBytes) {

@@ -3,9 +3,41 @@
 #include <vector>
 
 #include "unit/rules/rules_fixture.h"
+#include "wan/jni_traffic_mirror.h"
+#include "wan/traffic_rules.h"
 
 namespace wap::test {
 namespace {
+
+using enum RuleColumnType;
+
+/// A kind of two columns.
+struct TwoColumns {
+    RuleColumn astColumns[2];
+
+    constexpr bool Fit(uint32_t uiRecordSize) const {
+        RuleKind stKind = {};
+        stKind.pstColumns = astColumns;
+        stKind.uiColumns = 2;
+        stKind.uiRecordSize = uiRecordSize;
+        return IsSound(stKind);
+    }
+};
+constexpr RuleColumn ColumnOf(RuleColumnType eType, uint16_t usAt, uint16_t usSize) {
+    return {"key", usAt, usSize, eType, RuleTextNeed::kRequired};
+}
+
+// A field ends with the record at the latest.
+static_assert(TwoColumns{{ColumnOf(kText, 0, 8), ColumnOf(kNumber, 8, 4)}}.Fit(12));
+static_assert(!TwoColumns{{ColumnOf(kText, 0, 8), ColumnOf(kNumber, 8, 4)}}.Fit(11));
+static_assert(!TwoColumns{{ColumnOf(kText, 1, 12), ColumnOf(kNumber, 8, 4)}}.Fit(12));
+static_assert(!TwoColumns{{ColumnOf(kText, 0, 8), ColumnOf(kText, 0xFFFF, 4)}}.Fit(12));
+// A walk keeps one number.
+static_assert(!TwoColumns{{ColumnOf(kNumber, 0, 8), ColumnOf(kNumber, 8, 4)}}.Fit(12));
+// The record, and the texts with their zeros, are no longer than the longest record.
+static_assert(TwoColumns{{ColumnOf(kText, 0, 458), ColumnOf(kText, 458, 459)}}.Fit(919));
+static_assert(!TwoColumns{{ColumnOf(kText, 0, 459), ColumnOf(kText, 459, 459)}}.Fit(919));
+static_assert(!TwoColumns{{ColumnOf(kText, 0, 8), ColumnOf(kNumber, 8, 4)}}.Fit(920));
 
 class RuleListTest : public RulesTest {
   protected:
@@ -57,6 +89,21 @@ TEST_F(RuleListTest, HttpRules) {
                      "<12> , 0, DOWN, , , , \r\n"}));
     EXPECT_EQ(stPlatform.asCalls, (Calls{"VT_VDATA_ReadData 4097 1846", "VT_VDATA_FreeShm 4097"}));
     EXPECT_TRUE(stPlatform.astFaults.empty());
+}
+
+// Only the text is written, with its zero.
+TEST_F(RuleListTest, RoomBehindTheTextStaysAsItWas) {
+    char *pcText = nullptr;
+    ASSERT_EQ(ListMirrorRules(&pcText), 0u);
+    // Of two rules and one more.
+    const size_t uiRoom = 2304;
+    ASSERT_EQ(stWorld.stAllocs.SizeOf(pcText), uiRoom);
+    const std::string sText = pcText;
+    EXPECT_EQ(sText, EntryOf(RulesEntries(), "getMirroRuleInfo").stGood.sText);
+    const std::string sBehind(pcText + sText.size() + 1, uiRoom - sText.size() - 1);
+    // What the allocator of the tests fills blocks with.
+    EXPECT_EQ(sBehind, std::string(sBehind.size(), '\xA5'));
+    VT_OS_MemFreeD(pcText, __FILE_NAME__, __LINE__);
 }
 
 TEST_F(RuleListTest, NoRules) {

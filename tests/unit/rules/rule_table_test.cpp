@@ -183,19 +183,20 @@ TEST_P(RuleTableTest, RoomGrowsWithTheRows) {
     EXPECT_EQ(RoomOfTooLong(stPlatform), 4 * GetParam().uiTextPerRow);
 }
 
-// No answer is longer than the longest block.
+// No answer has more room than the longest block; 32767 forward rules and one more fill it.
 TEST_P(RuleTableTest, AnswerThatWouldBeTooLong) {
-    const uint32_t uiRows = 16 * 1024 * 1024 / GetParam().uiTextPerRow;
+    const uint32_t uiMost = 16 * 1024 * 1024 / GetParam().uiTextPerRow - 1;
     stEnv.bRecord = false;
-    const std::string sTable = [&] {
-        std::string sRows;
-        for (uint32_t i = 0; i < uiRows; ++i) {
-            sRows += sRow;
-        }
-        return sRows;
-    }();
-    EXPECT_EQ(ListBlock(uiRows, sTable), kFailedList);
-    EXPECT_TRUE(HasRecorded(kMinusOne, {(uiRows + 1) * GetParam().uiTextPerRow}));
+    std::string sTable;
+    std::string sRows;
+    for (uint32_t i = 0; i < uiMost; ++i) {
+        sTable += sRow;
+        sRows += (i == 0 ? "" : ", ") + sJson;
+    }
+    EXPECT_TRUE(ListBlock(uiMost, sTable) == JsonList(sRows));
+    EXPECT_TRUE(stPlatform.astFaults.empty());
+    EXPECT_EQ(ListBlock(uiMost + 1, sTable + sRow), kFailedList);
+    EXPECT_TRUE(HasRecorded(kMinusOne, {(uiMost + 2) * GetParam().uiTextPerRow}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, RuleTableTest, ::testing::ValuesIn(Listings()),
