@@ -124,7 +124,7 @@ void RegisterParts(Surroundings &stAround, const NamedWork &stWork) {
     };
     fnAsk();
     if (stWork.eWork != Work::kUpTime) {
-        CheckAnswer("request", pstReply->c_str(), AnswerText(stWork.eWork));
+        CheckAnswer("request", pstReply->substr(0, pstReply->find('\0')), AnswerText(stWork.eWork));
         RegisterPeer(stAround, "text", stWork, AnswerText(stWork.eWork));
     }
     Register(std::string("request/") + stWork.pcName, stWork.uiBatch, Timing(fnAsk));
