@@ -2,19 +2,12 @@
 """Makes docs/performance.md and its plots of the results of a run."""
 
 import argparse
+import difflib
 import os
+import shutil
 import sys
 
-import matplotlib
-
-matplotlib.use("svg")
-# The same results make the same bytes.
-matplotlib.rcParams["svg.hashsalt"] = "wap"
-matplotlib.rcParams["svg.fonttype"] = "none"
-
-from matplotlib import pyplot  # noqa: E402: the back end has to be chosen before
-
-from figures import METHOD, PEER, ROWS, SMALL, load, median, run_command, short  # noqa: E402
+from figures import METHOD, PEER, ROWS, SMALL, Unusable, load, median, run_command, short
 
 COLOUR = {
     "bridge": "#1f5fa8",
@@ -27,6 +20,7 @@ COLOUR = {
 }
 MAIN_PEERS = ("ping_pong", "floor", "bridge", "sockets_java", "sd_bus", "dbus_java")
 HOSTS_PEERS = MAIN_PEERS + ("sockets_java_deflated",)
+PARTS_HEAD = ("where the time goes, each part by itself", "p50, µs", "of the call")
 # What profiles have shown, written by hand: it goes into the page as it is.
 LEARNED = os.path.join(os.path.dirname(os.path.realpath(__file__)), "learned.md")
 
@@ -46,9 +40,11 @@ def number(value):
 def limits(results):
     for row in ROWS:
         value = row.value(results)
-        yield (row.what, row.limit(), f"{value:.2f} ×", "yes" if row.met(value) else "**no**")
+        rounds = row.rounds(results)
+        yield (row.what, row.limit(), f"{value:.2f} ×", f"{min(rounds):.2f} to {max(rounds):.2f}",
+               "yes" if row.met(value) else "**no**")
     left = sum(method["left"] for method in results["methods"].values())
-    yield ("blocks of memory that are left after a call of each method", "0", left,
+    yield ("blocks of memory that are left after a call of each method", "0", left, "",
            "yes" if left == 0 else "**no**")
 
 
@@ -66,14 +62,32 @@ def method_rows(results):
                number(method["bytes"]), method["left"], method["java_calls"], method["requests"])
 
 
-def save(figure, folder, name):
+def part_rows(results, work):
+    """Where the time of a call goes: what its parts take by themselves, and what is left."""
+    whole = median(results, f"bridge/{work}", "p50_us")
+    hosts = work == "hosts"
+    parts = [("the platform's request" + (", as of getDeviceUpTime" if hosts else ""),
+              f"request/{'up_time' if hosts else work}")]
+    if hosts:
+        parts += [("the bulk block, made, written, read and freed", "block/hosts"),
+                  ("its decompression", "unpack/hosts")]
+    if work != "up_time":
+        parts += [("the Java text", f"text/{work}")]
+    parts = [(what, median(results, name, "p50_us")) for what, name in parts]
+    parts += [("what is left: the way from Java and back, the bridge's checks and traces",
+               whole - sum(micros for _, micros in parts)), ("the bridge's call", whole)]
+    for what, micros in parts:
+        yield (what, f"{micros:.1f}", f"{100 * micros / whole:.0f} %")
+
+
+def save(pyplot, figure, folder, name):
     figure.tight_layout()
     figure.savefig(os.path.join(folder, name), format="svg",
                    metadata={"Date": None, "Creator": None})
     pyplot.close(figure)
 
 
-def plot_small(results, folder):
+def plot_small(pyplot, results, folder):
     figure, axes = pyplot.subplots(figsize=(8, 3.6))
     width = 0.8 / len(MAIN_PEERS)
     for i, peer in enumerate(MAIN_PEERS):
@@ -86,28 +100,36 @@ def plot_small(results, folder):
     axes.set_xticks(range(len(SMALL)), [METHOD[work] for work in SMALL])
     axes.legend(fontsize="small", loc="center left", bbox_to_anchor=(1, 0.5))
     axes.set_title("A small query, there and back, on one processor")
-    save(figure, folder, "small-queries.svg")
+    save(pyplot, figure, folder, "small-queries.svg")
 
 
-def plot_bars(title, label, names, values, colours, folder, file):
+def plot_bars(pyplot, title, label, names, values, colours, folder, file):
     figure, axes = pyplot.subplots(figsize=(8, 0.45 * len(names) + 1.2))
     axes.barh(range(len(names)), values, color=colours)
     axes.set_yticks(range(len(names)), names)
     axes.invert_yaxis()
     axes.set_xlabel(label)
     axes.set_title(title)
-    save(figure, folder, file)
+    save(pyplot, figure, folder, file)
 
 
 def plot(results, folder):
-    os.makedirs(folder, exist_ok=True)
-    plot_small(results, folder)
-    plot_bars("A host list of 64 KiB, on one processor", "calls per second",
+    # Only here, as the text can be compared where there is no Matplotlib.
+    import matplotlib
+
+    matplotlib.use("svg")
+    # The same results make the same bytes.
+    matplotlib.rcParams["svg.hashsalt"] = "wap"
+    matplotlib.rcParams["svg.fonttype"] = "none"
+    from matplotlib import pyplot
+
+    plot_small(pyplot, results, folder)
+    plot_bars(pyplot, "A host list of 64 KiB, on one processor", "calls per second",
               [short(peer) for peer in HOSTS_PEERS],
               [median(results, f"{peer}/hosts", "calls_per_s") for peer in HOSTS_PEERS],
               [COLOUR[peer] for peer in HOSTS_PEERS], folder, "host-list.svg")
     threads = ("1/one_cpu", "1/two_cpus", "2/two_cpus", "4/two_cpus")
-    plot_bars("Java threads", "calls per second",
+    plot_bars(pyplot, "Java threads", "calls per second",
               [name.replace("_", " ").replace("/", " on ") for name in threads],
               [median(results, f"threads/{name}", "calls_per_s") for name in threads],
               COLOUR["bridge"], folder, "threads.svg")
@@ -155,14 +177,16 @@ def document(results):
         "Made by `bench/run` of what its programs have measured, and of `bench/learned.md`; change"
         " that or `bench/report.py`, not this page.",
         "",
-        *table(("", "limit", "measured", "met"), limits(results)),
+        *table(("", "limit", "measured", "in the rounds", "met"), limits(results)),
         "",
         "## How it is measured",
         "",
         *facts(results["machine"], results["run"]),
         "",
         "Only the ratios mean something, as both figures of one come out of the same run: machines"
-        " differ, and one machine differs from minute to minute. Caller, gateway process and, where"
+        " differ, and one machine differs from minute to minute. What is held against a limit is the"
+        " ratio of the medians; \"in the rounds\" are the lowest and the highest ratio of one's first"
+        " round to the other's first, and so on. Caller, gateway process and, where"
         " there is one, the D-Bus daemon are kept on one processor. Without that, the figures of a"
         " single thread jump from minute to minute, by a factor of up to six so far, by where the"
         " system happens to put the two ends. " + spread(results),
@@ -178,7 +202,8 @@ def document(results):
     ]
     for work in SMALL:
         lines += ["", f"### {METHOD[work]}", "",
-                  *table(peers_head, peer_rows(results, work, MAIN_PEERS))]
+                  *table(peers_head, peer_rows(results, work, MAIN_PEERS)), "",
+                  *table(PARTS_HEAD, part_rows(results, work))]
     lines += [
         "",
         "## A host list of 64 KiB",
@@ -187,13 +212,13 @@ def document(results):
         "",
         *table(peers_head, peer_rows(results, "hosts", HOSTS_PEERS)),
         "",
+        *table(PARTS_HEAD, part_rows(results, "hosts")),
+        "",
         "The bridge and the floor read a compressed block, free it and decompress it, as blocks of"
-        " more than 2048 bytes have to be compressed. By themselves, the block takes"
-        f" {median(results, 'block/hosts', 'p50_us'):.1f} µs (p50) to be made, read and freed, and"
-        f" {median(results, 'unpack/hosts', 'p50_us'):.1f} µs to be decompressed. On the host"
-        " platform a block is a file, here"
-        f" in `{results['run']['folder']}` ({results['run']['file_system']}). The peers get the text"
-        " as it is, but for the last one.",
+        " more than 2048 bytes have to be compressed. On the host platform a block is a file, here"
+        f" in `{results['run']['folder']}` ({results['run']['file_system']}), compressed by LZ4. The"
+        " peers get the text as it is, but for the last one, whose compression is that of Java's"
+        " own classes.",
         "",
         "## 500 forward rules",
         "",
@@ -234,22 +259,49 @@ def document(results):
         "bench/compare OLD.json NEW.json",
         "```",
         "",
-        "`bench/run` writes `build/bench/results.json`, this page and its plots. `bench/compare`"
-        " compares two such files and fails when something has become worse.",
+        "`bench/run` writes `build/bench/results.json`, this page, its plots and, beside them,"
+        " `performance/results.json`, which this page is made of. `bench/compare` compares two such"
+        " files and fails when something has become worse.",
     ]
     return "\n".join(lines) + "\n"
 
 
+def differs(page, text):
+    """1 when the page is another than this text, with the difference told; otherwise 0."""
+    try:
+        with open(page, encoding="utf-8") as file:
+            lines = file.read().splitlines()
+    except OSError as failure:
+        raise Unusable(f"{page}: {failure.strerror}; bench/run makes it") from None
+    difference = list(difflib.unified_diff(lines, text.splitlines(), page, "what it would become",
+                                           lineterm="", n=0))
+    for line in difference:
+        print(line)
+    return 1 if difference else 0
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("results", help="results.json of bench/run")
-    parser.add_argument("folder", help="where performance.md goes, and performance/ with the plots")
+    parser.add_argument("--results", help="results.json of bench/run; without it, the one that the"
+                        " folder has from the last time")
+    parser.add_argument("--check", action="store_true", help="write nothing; fail, and tell the"
+                        " difference, unless performance.md is what it would become")
+    parser.add_argument("folder", help="where performance.md goes, and performance/ with the plots"
+                        " and the results")
     arguments = parser.parse_args()
-    results = load(arguments.results)
+    page = os.path.join(arguments.folder, "performance.md")
+    beside = os.path.join(arguments.folder, "performance")
+    kept = os.path.join(beside, "results.json")
+    results = load(arguments.results or kept)
     text = document(results)
-    plot(results, os.path.join(arguments.folder, "performance"))
-    with open(os.path.join(arguments.folder, "performance.md"), "w", encoding="utf-8") as file:
+    if arguments.check:
+        return differs(page, text)
+    os.makedirs(beside, exist_ok=True)
+    plot(results, beside)
+    with open(page, "w", encoding="utf-8") as file:
         file.write(text)
+    if arguments.results:
+        shutil.copyfile(arguments.results, kept)
     return 0
 
 

@@ -9,6 +9,7 @@
 #include "common/ready_answers.h"
 #include "peers/dbus.h"
 #include "peers/gateway.h"
+#include "peers/plain_ask.h"
 #include "peers/sockets.h"
 
 using namespace wap::bench;
@@ -23,8 +24,10 @@ constexpr char kPurpose[] =
     "  sd_bus                 D-Bus through a daemon, in C (libsystemd)\n"
     "  dbus_java              D-Bus through a daemon, by the Java library\n"
     "  sockets_java           a SocketChannel of plain Java to a server in C\n"
-    "  sockets_java_deflated  the same for a text that is compressed as a bulk block is\n"
-    "and by itself what the platform does in the bridge's call of the work 'hosts':\n"
+    "  sockets_java_deflated  the same for a text that is compressed, by zlib\n"
+    "and by themselves the parts of the bridge's calls:\n"
+    "  request                the platform's request, in C\n"
+    "  text                   a Java text is made of bytes, by a native method in C\n"
     "  block/hosts            the bulk block is made, written, read and freed\n"
     "  unpack/hosts           what was read is decompressed\n"
     "All processes are kept on one processor. The benchmarks are called PEER/WORK.";
@@ -88,7 +91,47 @@ void Demand(uint32_t uiStatus, const char *pcWhat) {
     }
 }
 
-void RegisterStages(const NamedWork &stWork) {
+struct Request {
+    const char *pcReceiver;
+    uint32_t uiSender;
+    uint32_t uiRpcId;
+    uint32_t uiWord;
+    uint32_t uiReplySize;
+};
+
+Request RequestOf(Work eWork) {
+    switch (eWork) {
+        case Work::kUpTime:
+            return {"osgi_proxy", 281, kAskUpTime, 0, sizeof(uint32_t)};
+        case Work::kMac:
+            return {"osgi_proxy", 281, kAskMac, 0, kMacSize};
+        case Work::kWanStatus:
+            return {"app_m", 249, kAskWanStatus, kWan, kWanStatusSize};
+        case Work::kHosts:
+            break;
+    }
+    throw std::logic_error("a host list is more than a request");
+}
+
+/// The parts of a small query.
+void RegisterParts(Surroundings &stAround, const NamedWork &stWork) {
+    const Request stRequest = RequestOf(stWork.eWork);
+    const auto pstReply = std::make_shared<std::string>(stRequest.uiReplySize, '\0');
+    const auto fnAsk = [stRequest, pstReply] {
+        Demand(PlainAsk(stRequest.pcReceiver, stRequest.uiSender, stRequest.uiRpcId,
+                        stRequest.uiWord, pstReply->data(), stRequest.uiReplySize),
+               "a request");
+    };
+    fnAsk();
+    if (stWork.eWork != Work::kUpTime) {
+        CheckAnswer("request", pstReply->substr(0, pstReply->find('\0')), AnswerText(stWork.eWork));
+        RegisterPeer(stAround, "text", stWork, AnswerText(stWork.eWork));
+    }
+    Register(std::string("request/") + stWork.pcName, stWork.uiBatch, Timing(fnAsk));
+}
+
+/// The parts of the host list's call, but for the request.
+void RegisterStages(Surroundings &stAround, const NamedWork &stWork) {
     const auto pstHosts = std::make_shared<StoredHosts>(StoreHosts());
     const auto pstRead = std::make_shared<std::string>(pstHosts->acBytes.size(), '\0');
     const auto fnBlock = [pstHosts, pstRead] {
@@ -110,6 +153,7 @@ void RegisterStages(const NamedWork &stWork) {
     const std::string acWork = std::string("/") + stWork.pcName;
     Register("block" + acWork, stWork.uiBatch, Timing(fnBlock));
     Register("unpack" + acWork, stWork.uiBatch, Timing(fnUnpack));
+    RegisterPeer(stAround, "text", stWork, HostsText());
 }
 
 void SetUp(Surroundings &stAround) {
@@ -126,7 +170,9 @@ void SetUp(Surroundings &stAround) {
         RegisterPeer(stAround, "sockets_java", stWork, stEnds.acStreams);
         if (stWork.eWork == Work::kHosts) {
             RegisterPeer(stAround, "sockets_java_deflated", stWork, stEnds.acStreams);
-            RegisterStages(stWork);
+            RegisterStages(stAround, stWork);
+        } else {
+            RegisterParts(stAround, stWork);
         }
     }
 }

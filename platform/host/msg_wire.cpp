@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace wap::host {
@@ -49,6 +50,8 @@ bool PeerIsUs(int iFd, pid_t *piPid) {
     return true;
 }
 
+namespace {
+
 /** A message of two parts, as sendmsg and recvmsg want it. */
 struct TwoParts {
     TwoParts(const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData)
@@ -63,33 +66,96 @@ struct TwoParts {
     msghdr stMessage{};
 };
 
-ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData,
-                  int iFlags) {
-    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
-    ssize_t iSent = 0;
-    do {
-        iSent = sendmsg(iFd, &stParts.stMessage, iFlags | MSG_NOSIGNAL);
-    } while (iSent < 0 && errno == EINTR);
-    return iSent;
+/**
+ * Packets up to here go through a piece of stack: the kernel takes most of a microsecond longer, in
+ * a call there and back, for a packet that is told to it in parts.
+ */
+constexpr size_t kShortPacket = 4096;
+
+/** That piece. Requests and replies may hold passwords, so nothing stays behind. */
+class ShortPacket {
+  public:
+    explicit ShortPacket(size_t uiLen) : uiUsed(uiLen) {}
+    ~ShortPacket() { explicit_bzero(aucBytes, uiUsed); }
+    ShortPacket(const ShortPacket &) = delete;
+    ShortPacket &operator=(const ShortPacket &) = delete;
+
+    uint8_t aucBytes[kShortPacket];
+    size_t uiUsed;
+};
+
+/** memcpy, which wants a place even for nothing. */
+void Copy(void *pvTo, const void *pvFrom, size_t uiLen) {
+    if (uiLen > 0) {
+        memcpy(pvTo, pvFrom, uiLen);
+    }
 }
 
-ssize_t ReceivePartsOnce(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
-                         int iFlags) {
-    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
-    const ssize_t iGot = recvmsg(iFd, &stParts.stMessage, iFlags | MSG_CMSG_CLOEXEC);
-    if (iGot >= 0 && (stParts.stMessage.msg_flags & MSG_TRUNC) != 0) {
+bool IsShort(size_t uiFrame, size_t uiData) {
+    return uiFrame <= kShortPacket && uiData <= kShortPacket - uiFrame;
+}
+
+/** Receives a packet, which may be longer than the room: MSG_TRUNC has its own length told. */
+ssize_t ReceiveOnce(int iFd, void *pvRoom, size_t uiRoom, int iFlags) {
+    const ssize_t iGot = recv(iFd, pvRoom, uiRoom, iFlags | MSG_TRUNC);
+    if (iGot > 0 && static_cast<size_t>(iGot) > uiRoom) {
         errno = EMSGSIZE;
         return -1;
     }
     return iGot;
 }
 
-ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
-                     int iFlags) {
-    ssize_t iGot = 0;
+template <typename Transfer>
+ssize_t Uninterrupted(Transfer fnTransfer) {
+    ssize_t iDone = 0;
     do {
-        iGot = ReceivePartsOnce(iFd, pvFrame, uiFrame, pvData, uiData, iFlags);
-    } while (iGot < 0 && errno == EINTR);
+        iDone = fnTransfer();
+    } while (iDone < 0 && errno == EINTR);
+    return iDone;
+}
+
+}  // namespace
+
+ssize_t SendWhole(int iFd, const void *pvPacket, size_t uiPacket, int iFlags) {
+    return Uninterrupted([&] { return send(iFd, pvPacket, uiPacket, iFlags | MSG_NOSIGNAL); });
+}
+
+ssize_t ReceiveWhole(int iFd, void *pvRoom, size_t uiRoom) {
+    return Uninterrupted([&] { return ReceiveOnce(iFd, pvRoom, uiRoom, 0); });
+}
+
+ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData,
+                  int iFlags) {
+    if (IsShort(uiFrame, uiData)) {
+        ShortPacket stPacket(uiFrame + uiData);
+        Copy(stPacket.aucBytes, pvFrame, uiFrame);
+        Copy(stPacket.aucBytes + uiFrame, pvData, uiData);
+        return SendWhole(iFd, stPacket.aucBytes, stPacket.uiUsed, iFlags);
+    }
+    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
+    return Uninterrupted([&] { return sendmsg(iFd, &stParts.stMessage, iFlags | MSG_NOSIGNAL); });
+}
+
+ssize_t ReceivePartsOnce(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
+                         int iFlags) {
+    if (IsShort(uiFrame, uiData)) {
+        ShortPacket stPacket(0);
+        const ssize_t iGot = ReceiveOnce(iFd, stPacket.aucBytes, uiFrame + uiData, iFlags);
+        // A packet that was too long has filled the room.
+        stPacket.uiUsed = iGot >= 0 ? static_cast<size_t>(iGot) : uiFrame + uiData;
+        if (iGot > 0) {
+            const size_t uiOfFrame = std::min(stPacket.uiUsed, uiFrame);
+            Copy(pvFrame, stPacket.aucBytes, uiOfFrame);
+            Copy(pvData, stPacket.aucBytes + uiOfFrame, stPacket.uiUsed - uiOfFrame);
+        }
+        return iGot;
+    }
+    TwoParts stParts(pvFrame, uiFrame, pvData, uiData);
+    const ssize_t iGot = recvmsg(iFd, &stParts.stMessage, iFlags | MSG_CMSG_CLOEXEC);
+    if (iGot >= 0 && (stParts.stMessage.msg_flags & MSG_TRUNC) != 0) {
+        errno = EMSGSIZE;
+        return -1;
+    }
     return iGot;
 }
 

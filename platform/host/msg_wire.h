@@ -58,19 +58,21 @@ void WidenSendBuffer(int iFd);
  */
 bool PeerIsUs(int iFd, pid_t *piPid = nullptr);
 
-/** Sends one packet of two parts. @return as sendmsg */
+/** Sends one packet. @return as send, but never EINTR */
+ssize_t SendWhole(int iFd, const void *pvPacket, size_t uiPacket, int iFlags);
+
+/**
+ * Receives one packet.
+ * @return its length; 0 at the end of the connection; -1 with errno, never EINTR, and EMSGSIZE when
+ *         the packet was longer than the room
+ */
+ssize_t ReceiveWhole(int iFd, void *pvRoom, size_t uiRoom);
+
+/** Sends one packet of two parts. @return as SendWhole */
 ssize_t SendParts(int iFd, const void *pvFrame, size_t uiFrame, const void *pvData, size_t uiData,
                   int iFlags);
 
-/**
- * Receives one packet into two parts.
- * @return its length; 0 at the end of the connection; -1 with errno, EMSGSIZE when the packet was
- *         longer than the two parts
- */
-ssize_t ReceiveParts(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
-                     int iFlags);
-
-/** The same, but -1 with EINTR when a signal came. */
+/** Receives one packet into two parts. @return as ReceiveWhole, but -1 with EINTR at a signal */
 ssize_t ReceivePartsOnce(int iFd, void *pvFrame, size_t uiFrame, void *pvData, size_t uiData,
                          int iFlags);
 

@@ -90,9 +90,10 @@ class ForeignReceiver : public RuntimeDirTest {
     }
 
     /** Calls a receiver that answers with the given packet instead of a good one. */
-    uint32_t CallAnsweredBy(const std::function<std::string(const std::string &)> &pfnPacket) {
+    uint32_t CallAnsweredBy(const std::function<std::string(const std::string &)> &pfnPacket,
+                            size_t uiRoom = 4) {
         Receive(1, [&pfnPacket](int iFd) { Reply(iFd, pfnPacket(TakeRequest(iFd))); });
-        std::string strRsp(4, '#');
+        std::string strRsp(uiRoom, '#');
         uint32_t uiStatus = Call("odd", kEcho, "abcd", strRsp, 3000);
         stThread.join();
         return uiStatus;
@@ -134,6 +135,23 @@ TEST_F(ForeignReceiver, AReplyBeyondTheRoomIsABreak) {
     EXPECT_EQ(VT_HOST_ERR_BROKEN, CallAnsweredBy([](const std::string &strSerial) {
                   return "VTP1" + strSerial + Word(0) + Word(5) + "abcde";
               }));
+}
+
+/** A reply that is a byte longer than the room. */
+std::string Beyond(const std::string &strSerial, uint32_t uiRoom) {
+    return "VTP1" + strSerial + Word(0) + Word(uiRoom + 1) + std::string(uiRoom + 1, 'x');
+}
+
+TEST_F(ForeignReceiver, AReplyBeyondTheRoomOfAShortPacketIsABreak) {
+    EXPECT_EQ(
+        VT_HOST_ERR_BROKEN,
+        CallAnsweredBy([](const std::string &strSerial) { return Beyond(strSerial, 4080); }, 4080));
+}
+
+TEST_F(ForeignReceiver, AReplyBeyondTheRoomOfALongPacketIsABreak) {
+    EXPECT_EQ(
+        VT_HOST_ERR_BROKEN,
+        CallAnsweredBy([](const std::string &strSerial) { return Beyond(strSerial, 4081); }, 4081));
 }
 
 TEST_F(ForeignReceiver, ARequestThatWasTakenIsNeverSentAgain) {

@@ -123,6 +123,22 @@ TEST_F(Calls, TheLongestPayloadPassesBothWays) {
     EXPECT_EQ(Word(VT_HOST_MAX_PAYLOAD), strHuge.substr(0, 4));
 }
 
+TEST_F(Calls, PayloadsAroundTheLengthOfAShortPacketPassBothWays) {
+    // A packet of 4096 bytes has 3984 behind a request's frame and 4080 behind a reply's.
+    for (uint32_t uiLen : {3983u, 3984u, 3985u, 4079u, 4080u, 4081u, 4095u, 4096u, 4097u}) {
+        std::string strReq(uiLen, '\0');
+        for (size_t i = 0; i < uiLen; i++) {
+            strReq[i] = static_cast<char>(i * 7 + uiLen);
+        }
+        std::string strRsp(uiLen, '#');
+        EXPECT_EQ(0u, Call("echo", kEcho, strReq, strRsp)) << uiLen;
+        EXPECT_TRUE(strReq == strRsp) << uiLen;
+        std::string strWide(VT_HOST_MAX_PAYLOAD, '#');
+        EXPECT_EQ(0u, Call("echo", kEcho, strReq, strWide)) << uiLen;
+        EXPECT_TRUE(strReq + std::string(strWide.size() - uiLen, '#') == strWide) << uiLen;
+    }
+}
+
 TEST_F(Calls, BadArgumentsAreRefused) {
     char acRsp[4];
     RpcMsgHead stHead = HeadFor("echo");

@@ -83,6 +83,9 @@ make_tree() { # make_tree DIR: a tree with this one's build, and a build/run of 
     ln -s "$pcRoot/cmake" "$1/cmake"
     ln -s "$pcRoot/build/release" "$1/build/release"
 }
+readme_block() { # readme_block TEXT: README.md's first block behind a line with this text
+    sed -n "/$1/,\$p" "$pcRoot/README.md" | sed -n '/^```/,/^```$/p' | sed '1d; /^```$/,$d'
+}
 ctl() { # ctl DIR VERB [ARGUMENT...]
     "$pcBin/gatewayctl" --dir "$@"
 }

@@ -54,9 +54,6 @@ osgi() {
 }
 
 # What README.md says about a bundle of one's own, as it stands there.
-readme_block() { # readme_block TEXT: the first block behind a line with this text
-    sed -n "/$1/,\$p" "$pcRoot/README.md" | sed -n '/^```/,/^```$/p' | sed '1d; /^```$/,$d'
-}
 readme_bundle() {
     local pcTree=$pcWork/bundle
     make_tree "$pcTree"
@@ -77,6 +74,26 @@ readme_bundle() {
     echo $? >"$pcWork/stays.exit"
     check "osgi: a bundle that fails to stop ends with 1" exits stays 1
     check "osgi: it is said why" has "$pcWork/stays.err" "not now"
+}
+
+# What README.md says about a program without a framework, and about a gateway that misbehaves.
+readme_program() {
+    local pcTree=$pcWork/program
+    make_tree "$pcTree"
+    readme_block 'A program without a framework' >"$pcTree/Consumer.java"
+    {
+        echo 'javac --release 8 -cp build/release/java/wap-api.jar Consumer.java'
+        readme_block 'To run it, keep the gateway up'
+        readme_block 'See how it behaves'
+    } >"$pcTree/commands"
+    (cd "$pcTree" && PATH=$pcWork/built:$PATH bash -e commands) \
+        >"$pcWork/program.out" 2>"$pcWork/program.err" </dev/null
+    echo $? >"$pcWork/program.exit"
+    check "README.md's program and all that it does to the gateway run as said there" exits program 0
+    check "the program prints its answer" has "$pcWork/program.out" '{"Result":0 , "Vendor":"SimHome"'
+    check "the process that was ended runs again" has "$pcWork/program.out" 'Killed osgi_proxy' \
+        'osgi_proxy   running'
+    check "README.md's last command ends the gateway" nothing_left "$pcTree/build/run"
 }
 
 osgi_on_a_terminal() {

@@ -5,9 +5,6 @@
 
 #include "plain_jni.h"
 
-enum { kAskUpTime = 0x47209036, kAskMac = 0x47209032 };
-enum { kAskWanStatus = 0x4710308D, kAskHosts = 0x471030B1 };
-
 JNIEXPORT jint JNICALL Java_com_veltra_domoline_bench_FloorPeer_upTime(JNIEnv *pstEnv,
                                                                        jclass jClass) {
     uint32_t uiUpTime = 0;
@@ -21,9 +18,9 @@ JNIEXPORT jint JNICALL Java_com_veltra_domoline_bench_FloorPeer_upTime(JNIEnv *p
 
 JNIEXPORT jstring JNICALL Java_com_veltra_domoline_bench_FloorPeer_mac(JNIEnv *pstEnv,
                                                                        jclass jClass) {
-    char acMac[18 + 1] = {0};
+    char acMac[kMacSize + 1] = {0};
     (void)jClass;
-    if (PlainAsk("osgi_proxy", 281, kAskMac, 0, acMac, 18) != 0) {
+    if (PlainAsk("osgi_proxy", 281, kAskMac, 0, acMac, kMacSize) != 0) {
         return NULL;
     }
     return PlainToJava(pstEnv, acMac, strlen(acMac));
@@ -32,9 +29,9 @@ JNIEXPORT jstring JNICALL Java_com_veltra_domoline_bench_FloorPeer_mac(JNIEnv *p
 JNIEXPORT jstring JNICALL Java_com_veltra_domoline_bench_FloorPeer_wanStatus(JNIEnv *pstEnv,
                                                                              jclass jClass,
                                                                              jint iWan) {
-    char acStatus[512 + 1] = {0};
+    char acStatus[kWanStatusSize + 1] = {0};
     (void)jClass;
-    if (PlainAsk("app_m", 249, kAskWanStatus, (uint32_t)iWan, acStatus, 512) != 0) {
+    if (PlainAsk("app_m", 249, kAskWanStatus, (uint32_t)iWan, acStatus, kWanStatusSize) != 0) {
         return NULL;
     }
     return PlainToJava(pstEnv, acStatus, strlen(acStatus));
@@ -51,4 +48,13 @@ JNIEXPORT jstring JNICALL Java_com_veltra_domoline_bench_FloorPeer_hosts(JNIEnv 
     jstring jText = pcText == NULL ? NULL : PlainToJava(pstEnv, pcText, strlen(pcText));
     free(pcText);
     return jText;
+}
+
+JNIEXPORT jstring JNICALL Java_com_veltra_domoline_bench_FloorPeer_text(JNIEnv *pstEnv,
+                                                                        jclass jClass,
+                                                                        jobject jBytes) {
+    const char *pcText = (const char *)(*pstEnv)->GetDirectBufferAddress(pstEnv, jBytes);
+    const jlong llLength = (*pstEnv)->GetDirectBufferCapacity(pstEnv, jBytes);
+    (void)jClass;
+    return pcText == NULL || llLength < 0 ? NULL : PlainToJava(pstEnv, pcText, (size_t)llLength);
 }

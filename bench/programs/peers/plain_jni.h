@@ -1,5 +1,5 @@
 /* The least that has to be done in a native method, by plain C: the prescribed conversion of a text
- * for Java, and one request through the platform. */
+ * for Java, one request through the platform, and reading a bulk block. */
 #ifndef WAP_BENCH_PEERS_PLAIN_JNI_H
 #define WAP_BENCH_PEERS_PLAIN_JNI_H
 
@@ -8,6 +8,8 @@
 #include <stdlib.h>
 #include <string.h>
 #include <vt_ssp_basic.h>
+
+#include "plain_ask.h"
 
 /* A new Java text of these bytes in UTF-8; null with an exception of the virtual machine's. */
 static inline jstring PlainToJava(JNIEnv *pstEnv, const char *pcText, size_t uiLength) {
@@ -29,17 +31,6 @@ static inline jstring PlainToJava(JNIEnv *pstEnv, const char *pcText, size_t uiL
     }
     (*pstEnv)->SetByteArrayRegion(pstEnv, jBytes, 0, (jsize)uiLength, (const jbyte *)pcText);
     return (*pstEnv)->NewObject(pstEnv, jClass, jMethod, jBytes, jCharset);
-}
-
-/* One request with a word, or none. */
-static inline uint32_t PlainAsk(const char *pcReceiver, uint32_t uiSender, uint32_t uiRpcId,
-                                uint32_t uiWord, void *pvReply, uint32_t uiReplyCap) {
-    RpcMsgHead stHead;
-    memset(&stHead, 0, sizeof(stHead));
-    strcpy(stHead.acSndApp, "jamvm");
-    strncpy(stHead.acRcvApp, pcReceiver, sizeof(stHead.acRcvApp) - 1);
-    stHead.uiSndMid = uiSender;
-    return VT_MSG_RpcCall(&stHead, uiRpcId, 0, &uiWord, sizeof(uiWord), pvReply, uiReplyCap, 5000);
 }
 
 /* What a bulk block holds, which is compressed; from malloc. Null when it can't be read. */

@@ -16,10 +16,11 @@ public final class Caller {
     /**
      * Gives the calls of a peer.
      *
-     * @param peer bridge, floor, sockets_java, sockets_java_deflated, dbus_java, rules_bridge or
-     *     rules_plain
+     * @param peer bridge, floor, text, sockets_java, sockets_java_deflated, dbus_java, rules_bridge
+     *     or rules_plain
      * @param work what to ask for, in lower case; without a meaning for the listings of rules
-     * @param address the socket's path, or the daemon's address; otherwise without a meaning
+     * @param address the socket's path, the daemon's address, or the text that is made; otherwise
+     *     without a meaning
      * @return what {@link #time} takes
      * @throws Exception if the peer can't be reached
      */
@@ -42,6 +43,8 @@ public final class Caller {
             case "floor":
                 BridgePeer.attach();
                 return FloorPeer.call(work);
+            case "text":
+                return FloorPeer.conversion(address);
             case "sockets_java":
                 return SocketPeer.connect(address).call(work);
             case "sockets_java_deflated":

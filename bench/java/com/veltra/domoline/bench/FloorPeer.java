@@ -1,5 +1,8 @@
 package com.veltra.domoline.bench;
 
+import java.nio.ByteBuffer;
+import java.nio.charset.StandardCharsets;
+
 /**
  * The least that can be done: one request, and the conversions in the order in which they have to
  * be, in C.
@@ -18,6 +21,16 @@ final class FloorPeer {
     static native String wanStatus(int wan);
 
     static native String hosts();
+
+    /** The conversion alone, of the bytes of a direct buffer. */
+    private static native String text(ByteBuffer utf8);
+
+    /** Makes a Java text of bytes that C has already, and nothing else. */
+    static Call conversion(String text) {
+        byte[] bytes = text.getBytes(StandardCharsets.UTF_8);
+        ByteBuffer utf8 = ByteBuffer.allocateDirect(bytes.length).put(bytes);
+        return () -> text(utf8);
+    }
 
     static Call call(Work work) {
         switch (work) {

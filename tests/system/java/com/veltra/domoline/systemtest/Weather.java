@@ -360,7 +360,7 @@ final class Weather {
 
     private static void fill(Path file) throws IOException {
         byte[] piece = new byte[1 << 16];
-        long lMost = Files.getFileStore(file.getParent()).getTotalSpace();
+        long lMost = file.getParent().toFile().getTotalSpace();
         if (lMost > 1L << 26) {
             throw new AssertionError("a disk of " + lMost + " bytes would take long to fill");
         }
