@@ -18,7 +18,8 @@ namespace wap::test {
 
 RuntimeDirTest::RuntimeDirTest() {
     char acDir[] = "/tmp/vtpXXXXXX";
-    strDir = mkdtemp(acDir);
+    strMade = mkdtemp(acDir);
+    strDir = strMade;
     setenv("VT_RUNTIME_DIR", strDir.c_str(), 1);
 }
 
@@ -26,7 +27,7 @@ RuntimeDirTest::~RuntimeDirTest() {
     VT_HOST_Stop();
     unsetenv("VT_RUNTIME_DIR");
     std::error_code stError;
-    std::filesystem::remove_all(strDir, stError);
+    std::filesystem::remove_all(strMade, stError);
     EXPECT_FALSE(stError) << stError.message();
 }
 

@@ -25,6 +25,9 @@ class RuntimeDirTest : public testing::Test {
     std::string Path(const std::string &strName) const { return strDir + "/" + strName; }
 
     std::string strDir;
+
+  private:
+    std::string strMade; /**< what goes at the end, with all that is in it */
 };
 
 /** The runtime directory of the running test, also in its child processes. */

@@ -82,8 +82,7 @@ readme_program() {
     make_tree "$pcTree"
     readme_block 'A program without a framework' >"$pcTree/Consumer.java"
     {
-        echo 'javac --release 8 -cp build/release/java/wap-api.jar Consumer.java'
-        readme_block 'To run it, keep the gateway up'
+        readme_block 'What each method takes and answers is in'
         readme_block 'See how it behaves'
     } >"$pcTree/commands"
     (cd "$pcTree" && PATH=$pcWork/built:$PATH bash -e commands) \
