@@ -197,7 +197,10 @@ Capture ReadAsReplayDoes(const std::string &sFile) {
 
 /// What people see of an event does nothing to a terminal, and what programs see is JSON.
 void CheckShown(const TapEvent &stEvent, uint64_t ulLost) {
+    constexpr size_t kMost = 64;
     const std::string sText = gateway::PrintEvent(stEvent, 100);
+    Require(sText.size() <= kMost * EncodeEvent(stEvent).size(),
+            "what is shown is not much longer than what came");
     Require(sText.starts_with(gateway::Headline(stEvent) + "\n"), "the headline comes first");
     Require(sText.ends_with("\n"), "the last line is ended");
     Require(std::none_of(sText.begin(), sText.end(),
