@@ -244,16 +244,25 @@ void Tap::Connect() {
         if (stNew.Get() < 0) {
             continue;
         }
-        TapEvent stHello;
-        stHello.eKind = TapKind::kHello;
-        stHello.ulTimeUs = Microseconds(CLOCK_REALTIME);
-        stHello.acReceiver = m_acProcess;
-        stHello.uiReceiverPid = m_uiPid;
+        if (m_astLines.size() >= kTapWatchersMost) {
+            const TapLine::Event pstFull = Introduction(TapKind::kFull);
+            (void)!send(stNew.Get(), pstFull->data(), pstFull->size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+            continue;
+        }
         auto pstLine = std::make_unique<TapLine>(std::move(stNew), stSocket.uiNode, m_uiLines);
-        pstLine->Push(Framed(stHello));
+        pstLine->Push(Introduction(TapKind::kHello));
         const std::scoped_lock stLock(m_stMutex);
         m_astLines.push_back(std::move(pstLine));
     }
+}
+
+TapLine::Event Tap::Introduction(TapKind eKind) const {
+    TapEvent stEvent;
+    stEvent.eKind = eKind;
+    stEvent.ulTimeUs = Microseconds(CLOCK_REALTIME);
+    stEvent.acReceiver = m_acProcess;
+    stEvent.uiReceiverPid = m_uiPid;
+    return Framed(stEvent);
 }
 
 void Tap::Post(TapEvent stEvent) noexcept {

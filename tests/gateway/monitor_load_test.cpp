@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <regex>
 #include <thread>
 
 #include "watcher.h"
@@ -72,14 +71,6 @@ class Load {
 
 constexpr int64_t kStoppedMs = 4000;
 
-/// A number in the last line of a monitor.
-size_t Number(const std::string &acErr, const std::string &acWhat) {
-    std::smatch stMatch;
-    return std::regex_search(acErr, stMatch, std::regex("(\\d+) " + acWhat))
-               ? std::stoul(stMatch[1].str())
-               : 0;
-}
-
 }  // namespace
 
 TEST_F(WatchTest, OneThatIsKilledDisturbsNobody) {
@@ -127,8 +118,9 @@ TEST_F(WatchTest, OneThatIsStoppedSlowsNobodyDown) {
     Await("stopped.out", "GetDeviceIdentity");
     EXPECT_GE(CountOf(Out("stopped"), " lost here)\n"), 1u);
     EndWatch("stopped", iStopped);
-    EXPECT_GE(Number(Err("stopped"), "lost"), 100u) << Err("stopped");
-    EXPECT_EQ(Number(Err("stopped"), "seen") + Number(Err("stopped"), "lost"), stLoad.Asked() + 2)
+    EXPECT_GE(NumberBefore(Err("stopped"), "lost"), 100u) << Err("stopped");
+    EXPECT_EQ(NumberBefore(Err("stopped"), "seen") + NumberBefore(Err("stopped"), "lost"),
+              stLoad.Asked() + 2)
         << Err("stopped");
 }
 

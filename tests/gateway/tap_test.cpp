@@ -111,9 +111,14 @@ class Readers {
     Readers(const Readers &) = delete;
     Readers &operator=(const Readers &) = delete;
     ~Readers() {
-        for (const std::string &acPath : m_asPaths) {
-            EXPECT_EQ(unlink(acPath.c_str()), 0);
+        for (size_t i = 0; i < m_asPaths.size(); ++i) {
+            Remove(i);
         }
+    }
+
+    void Remove(size_t uiAt) {
+        m_astReaders[uiAt].reset();
+        (void)unlink(m_asPaths[uiAt].c_str());
     }
 
     void AcceptAll() {
@@ -126,7 +131,8 @@ class Readers {
             pstReader->Say(pcText);
         }
     }
-    std::vector<std::unique_ptr<Reader>> &All() { return m_astReaders; }
+    size_t Count() const { return m_astReaders.size(); }
+    Reader &At(size_t uiAt) { return *m_astReaders[uiAt]; }
 
   private:
     std::vector<std::unique_ptr<Reader>> m_astReaders;
@@ -369,6 +375,37 @@ TEST_F(TapTest, ManyWhoHaveGoneTakeNoLongerThanOne) {
     const auto stBegin = Clock::now();
     stTap.Look();
     EXPECT_LT(Clock::now() - stBegin, std::chrono::seconds(5)) << "half a second each";
+}
+
+TEST_F(TapTest, OneTooManyIsToldSo) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    Readers stReaders(stDir, m_acDir, kTapWatchersMost + 1);
+    EXPECT_EQ(kTapWatchersMost, 16u);
+    Tap stTap(stDir, "gulm");
+    stTap.Look();
+    stReaders.AcceptAll();
+    size_t uiTold = 0;
+    size_t uiLeftOut = 0;
+    for (size_t i = 0; i < stReaders.Count(); ++i) {
+        const std::optional<Arrival> stArrival = stReaders.At(i).Next();
+        ASSERT_TRUE(stArrival && stArrival->stEvent);
+        EXPECT_EQ(stArrival->stEvent->acReceiver, "gulm");
+        if (stArrival->stEvent->eKind == TapKind::kFull) {
+            EXPECT_EQ(uiLeftOut, 0u);
+            uiLeftOut = i;
+            EXPECT_FALSE(stReaders.At(i).Next()) << "it is the last word";
+        } else {
+            EXPECT_EQ(stArrival->stEvent->eKind, TapKind::kHello);
+            ++uiTold;
+        }
+    }
+    EXPECT_EQ(uiTold, kTapWatchersMost);
+    // It takes the place of one that goes.
+    stReaders.Remove(uiLeftOut == 0 ? 1 : 0);
+    stTap.Look();
+    ASSERT_TRUE(stReaders.At(uiLeftOut).Accept());
+    const TapEvent stHello = stReaders.At(uiLeftOut).NextEvent(TapKind::kHello);
+    EXPECT_EQ(stHello.acReceiver, "gulm");
 }
 
 TEST_F(TapTest, SocketsWithoutAReaderAreRemoved) {
