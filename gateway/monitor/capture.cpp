@@ -107,12 +107,16 @@ void MaskEvent(TapEvent &stEvent) {
     }
 }
 
-std::string PacketOf(TapEvent stEvent) {
-    const std::string acTags = Tags();
-    size_t uiLength = acTags.size() + sizeof(TapHead);
+uint32_t WholePacketLength(const TapEvent &stEvent) {
+    size_t uiLength = Tags().size() + sizeof(TapHead);
     for (const TapBytes &stPart : stEvent.astParts) {
         uiLength += stPart.acHeld.size();
     }
+    return static_cast<uint32_t>(uiLength);
+}
+
+std::string PacketOf(TapEvent stEvent) {
+    const size_t uiLength = WholePacketLength(stEvent);
     size_t uiTooMuch = uiLength > kPacketMax ? uiLength - kPacketMax : 0;
     // What is needed to send it again goes last; a request alone is never too long.
     const bool bOfRequest = stEvent.eBlockSide == WireSide::kRequest;
@@ -123,7 +127,7 @@ std::string PacketOf(TapEvent stEvent) {
         acHeld.resize(acHeld.size() - uiCut);
         uiTooMuch -= uiCut;
     }
-    return acTags + EncodeEvent(stEvent);
+    return Tags() + EncodeEvent(stEvent);
 }
 
 std::optional<TapEvent> EventIn(const Packet &stPacket) {
@@ -161,7 +165,8 @@ bool CaptureFile::Add(const TapEvent &stEvent, uint64_t ulLost) {
     if (!m_bSecrets) {
         MaskEvent(stCopy);
     }
-    return Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), Headline(stCopy), ulLost));
+    return Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), WholePacketLength(stCopy),
+                              Headline(stCopy), ulLost));
 }
 
 void CaptureFile::Finish(uint64_t ulTimeUs, uint64_t ulLost) {

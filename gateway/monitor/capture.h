@@ -23,6 +23,9 @@ inline constexpr uint16_t kLinkType = 252;
 /// that, so its bytes are dropped.
 void MaskEvent(TapEvent &stEvent);
 
+/// How long the packet of an event would be that nobody cuts.
+uint32_t WholePacketLength(const TapEvent &stEvent);
+
 /// An event as a packet, with the ends of its parts dropped when it is too long for one: those of
 /// the reply and its block first.
 std::string PacketOf(TapEvent stEvent);

@@ -285,9 +285,10 @@ void FuzzCaptures(const uint8_t *pucData, size_t uiSize) {
                 "a packet has the bytes that the file holds");
         Require(!abPlain[i] || stPacket.ulTimeUs == stWanted.astPackets[i].ulTimeUs,
                 "a packet has its time");
-        const Capture stAgain =
-            ReadAsReplayDoes(gateway::PcapngStart("p", "i", 1) +
-                             gateway::PcapngPacket(stPacket.ulTimeUs, stPacket.acBytes, "c", i));
+        const Capture stAgain = ReadAsReplayDoes(
+            gateway::PcapngStart("p", "i", 1) +
+            gateway::PcapngPacket(stPacket.ulTimeUs, stPacket.acBytes,
+                                  static_cast<uint32_t>(stPacket.acBytes.size()), "c", i));
         Require(stAgain.bWhole && stAgain.astPackets.size() == 1 &&
                     stAgain.astPackets[0].acBytes == stPacket.acBytes &&
                     stAgain.astPackets[0].ulTimeUs == stPacket.ulTimeUs,
