@@ -96,6 +96,18 @@ uint64_t NowUs() {
             .count());
 }
 
+/// A process that somebody watches, from its first call on.
+struct WatchedTap {
+    WatchedTap() {
+        stTap.Look();
+        EXPECT_TRUE(stReader.Accept());
+        (void)stReader.NextEvent(TapKind::kHello);
+    }
+
+    Reader stReader = Reader(RuntimeDir::FromEnvironment());
+    Tap stTap = Tap(RuntimeDir::FromEnvironment(), "gulm");
+};
+
 /// How often this thread has waited for something.
 int64_t WaitsSoFar() {
     struct rusage stUsage = {};
@@ -282,12 +294,8 @@ TEST_F(TapTest, CallsAreToldToWhoWatches) {
 }
 
 TEST_F(TapTest, BlocksAreReadAndLeftAlone) {
-    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    Reader stReader(stDir);
-    Tap stTap(stDir, "gulm");
-    stTap.Look();
-    ASSERT_TRUE(stReader.Accept());
-    (void)stReader.NextEvent(TapKind::kHello);
+    WatchedTap stWatched;
+    auto &[stReader, stTap] = stWatched;
     VDataDesc stDesc = {0, 9, 9};
     ASSERT_EQ(VT_VDATA_CreShm(9, &stDesc), 0u);
     ASSERT_EQ(VT_VDATA_UpdateData(stDesc.uiDataID, 9, "10.0.0.1"), 0u);
@@ -317,12 +325,8 @@ TEST_F(TapTest, BlocksAreReadAndLeftAlone) {
 }
 
 TEST_F(TapTest, TheTimeTakenIsNotThatOfWatching) {
-    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    Reader stReader(stDir);
-    Tap stTap(stDir, "gulm");
-    stTap.Look();
-    ASSERT_TRUE(stReader.Accept());
-    (void)stReader.NextEvent(TapKind::kHello);
+    WatchedTap stWatched;
+    auto &[stReader, stTap] = stWatched;
     const RpcMsgHead stHead = {};
     ASSERT_EQ(mkdir((m_acDir + "/vdata").c_str(), 0700), 0);
     {
