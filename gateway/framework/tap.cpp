@@ -198,10 +198,11 @@ TapLine::Event Framed(const TapEvent &stEvent) {
 }
 
 /// Ends all of them at a time, so that it takes no longer than one.
-void EndAll(std::vector<std::unique_ptr<TapLine>> astLines) {
+void EndAll(std::vector<std::unique_ptr<TapLine>> &astLines) {
     for (const auto &pstLine : astLines) {
         pstLine->End();
     }
+    astLines.clear();
 }
 
 }  // namespace
@@ -224,7 +225,7 @@ void Tap::Look() {
         std::move(stFirst, m_astLines.end(), std::back_inserter(astGone));
         m_astLines.erase(stFirst, m_astLines.end());
     }
-    EndAll(std::move(astGone));
+    EndAll(astGone);
     try {
         Connect();
     } catch (const std::exception &stError) {
@@ -293,7 +294,7 @@ void Tap::End() noexcept {
         const std::scoped_lock stLock(m_stMutex);
         astLines.swap(m_astLines);
     }
-    EndAll(std::move(astLines));
+    EndAll(astLines);
 }
 
 TappedCall::TappedCall(Tap &stTap, const VtHostCall &stCall) noexcept : m_stTap(stTap) {
