@@ -174,6 +174,7 @@ class MonitorRun {
 
     /// Before the end, hears who they are that have connected.
     void AwaitNames() {
+        AcceptAll();
         const auto stLatest = Clock::now() + kLastWait;
         while (!m_bWarned && SomeoneIsNameless()) {
             std::vector<struct pollfd> astPolls = Connections();
