@@ -8,19 +8,21 @@
 #include <algorithm>
 #include <chrono>
 #include <list>
+#include <map>
 #include <memory>
 #include <set>
 
-#include "ctl/live_output.h"
 #include "ctl/monitor_commands.h"
 #include "framework/control.h"
 #include "framework/error.h"
 #include "framework/peers.h"
+#include "framework/tap.h"
 #include "framework/tap_socket.h"
 #include "monitor/capture.h"
 #include "monitor/event_json.h"
 #include "monitor/event_text.h"
 #include "monitor/frame_reader.h"
+#include "monitor/live_output.h"
 
 namespace wap::gateway {
 
@@ -35,8 +37,6 @@ constexpr size_t kReadAtOnce = 256u << 10;
 /// Before the end, for what is on its way: so long for the next, and for all together.
 constexpr std::chrono::milliseconds kLastPause(50);
 constexpr std::chrono::milliseconds kLastWait(500);
-/// How long a process that was asked may take to connect before somebody is told.
-constexpr std::chrono::seconds kConnectPatience(2);
 
 /// The connection from a process.
 struct TapConnection {
@@ -51,6 +51,7 @@ struct TapConnection {
 struct Arrived {
     TapEvent stEvent;
     uint64_t ulLost;
+    std::string acProcess;  ///< as its connection is called
 
     uint64_t DoneUs() const { return stEvent.ulTimeUs + stEvent.ulDurationUs; }
 };
@@ -58,33 +59,60 @@ struct Arrived {
 class MonitorRun {
   public:
     MonitorRun(const RuntimeDir &stDir, const MonitorOptions &stOptions)
-        : m_stDir(stDir), m_stOptions(stOptions), m_stOutput(m_stSignals), m_stListener(stDir) {
+        : m_stDir(stDir), m_stOptions(stOptions), m_stListener(stDir) {
+        SetEnd();
         if (!stOptions.acCapture.empty()) {
-            m_pstCapture = std::make_unique<CaptureFile>(stOptions.acCapture, stOptions.bSecrets);
+            m_pstCapture =
+                std::make_unique<CaptureFile>(stOptions.acCapture, stOptions.bSecrets, m_stEnd);
         }
     }
 
     int Run() {
-        Subscribe();
-        const auto stEnd = m_stOptions.uiSeconds
-                               ? Clock::now() + std::chrono::seconds(*m_stOptions.uiSeconds)
-                               : Clock::time_point::max();
-        m_stOutput.SetEnd(stEnd);
-        while (!IsDone() && Clock::now() < stEnd && WaitAndShow(stEnd)) {
+        try {
+            Watch();
+        } catch (const GatewayError &) {
+            Conclude();
+            throw;
         }
-        if (!IsDone()) {
-            ShowTheLast();
-        }
-        if (m_pstCapture) {
-            m_pstCapture->Finish(NowUs(), m_ulLost);
-        }
-        if (!m_stOutput.ReaderIsGone()) {
-            fprintf(stderr, "gatewayctl: %s\n", Summary().c_str());
-        }
+        Conclude();
         return 0;
     }
 
   private:
+    void SetEnd() {
+        if (m_stOptions.uiSeconds) {
+            m_stEnd.stTime = Clock::now() + std::chrono::seconds(*m_stOptions.uiSeconds);
+        }
+    }
+
+    void Watch() {
+        Subscribe();
+        // Those that hang have taken their time.
+        SetEnd();
+        while (!IsDone() && Clock::now() < m_stEnd.stTime && WaitAndShow()) {
+        }
+        if (!m_stOutput.ReaderIsGone()) {
+            AwaitNames();
+        }
+        if (!IsDone()) {
+            ShowTheLast();
+        }
+    }
+
+    /// Says what there was, and leaves a whole capture behind.
+    void Conclude() {
+        if (!m_stOutput.ReaderIsGone()) {
+            fprintf(stderr, "gatewayctl: %s\n", Summary().c_str());
+        }
+        if (m_ulNotCaptured > 0) {
+            fprintf(stderr, "gatewayctl: %s of them are not in %s, which nobody read\n",
+                    std::to_string(m_ulNotCaptured).c_str(), m_stOptions.acCapture.c_str());
+        }
+        if (m_pstCapture) {
+            m_pstCapture->Finish(NowUs(), m_ulLost);
+        }
+    }
+
     bool IsDone() const {
         return m_stOutput.ReaderIsGone() ||
                (m_stOptions.uiCount && m_ulShown >= *m_stOptions.uiCount);
@@ -121,24 +149,46 @@ class MonitorRun {
         }
         fprintf(stderr, "gatewayctl: watching %s\n",
                 acNames.empty() ? "for processes that start; none runs" : acNames.c_str());
-        m_stWarnAt =
-            m_setAsked.empty() ? Clock::time_point::max() : Clock::now() + kConnectPatience;
+        AcceptAll();
+        WarnOfUnconnected();
     }
 
-    /// Tells of processes that answered, but did not connect, now that nothing waits to be read.
+    /// Whether a process has connected, and not said yet which one it is.
+    bool SomeoneIsNameless() const {
+        return std::any_of(
+            m_astConnections.begin(), m_astConnections.end(),
+            [](const TapConnection &stConnection) { return stConnection.acName.empty(); });
+    }
+
+    /// Tells of processes that answered, but did not connect: they do so before they answer.
     void WarnOfUnconnected() {
-        if (Clock::now() < m_stWarnAt) {
+        if (m_bWarned || SomeoneIsNameless()) {
             return;
         }
-        m_stWarnAt = Clock::time_point::max();
+        m_bWarned = true;
         for (const std::string &acName : m_setAsked) {
             fprintf(stderr, "gatewayctl: %s is not watched: it has not connected\n",
                     acName.c_str());
         }
     }
 
+    /// Before the end, hears who they are that have connected.
+    void AwaitNames() {
+        AcceptAll();
+        const auto stLatest = Clock::now() + kLastWait;
+        while (!m_bWarned && SomeoneIsNameless()) {
+            std::vector<struct pollfd> astPolls = Connections();
+            if (poll(astPolls.data(), astPolls.size(), MillisecondsUntil(stLatest)) <= 0 ||
+                Clock::now() >= stLatest) {
+                return;
+            }
+            ReceiveFrom(astPolls, 0);
+        }
+        WarnOfUnconnected();
+    }
+
     /// Waits until something comes, and shows it. False when a signal says that it is enough.
-    bool WaitAndShow(Clock::time_point stEnd) {
+    bool WaitAndShow() {
         std::vector<struct pollfd> astPolls = {{m_stListener.Get(), POLLIN, 0},
                                                {m_stSignals.Get(), POLLIN, 0},
                                                {m_stOptions.bQuiet ? -1 : STDOUT_FILENO, 0, 0}};
@@ -146,12 +196,11 @@ class MonitorRun {
         const std::vector<struct pollfd> astConnections = Connections();
         astPolls.insert(astPolls.end(), astConnections.begin(), astConnections.end());
         const int iReady =
-            poll(astPolls.data(), astPolls.size(), MillisecondsUntil(std::min(stEnd, m_stWarnAt)));
+            poll(astPolls.data(), astPolls.size(), MillisecondsUntil(m_stEnd.stTime));
         if (iReady < 0 && errno != EINTR) {
             throw GatewayError("cannot wait for the processes: " + ErrnoText(errno));
         }
         if (iReady <= 0) {
-            WarnOfUnconnected();
             return true;
         }
         if ((astPolls[2].revents & (POLLERR | POLLHUP)) != 0) {
@@ -162,13 +211,15 @@ class MonitorRun {
         if (astPolls[0].revents != 0) {
             AcceptAll();
         }
+        WarnOfUnconnected();
         ShowArrived();
         return astPolls[1].revents == 0;
     }
 
     /// What was on its way when it was enough.
     void ShowTheLast() {
-        m_stOutput.Hurry();
+        m_stEnd.stTime = Clock::time_point::min();
+        ShowArrived();
         const auto stLatest = Clock::now() + kLastWait;
         while (!IsDone() && Clock::now() < stLatest) {
             std::vector<struct pollfd> astPolls = Connections();
@@ -236,7 +287,7 @@ class MonitorRun {
 
     void End(TapConnection &stConnection, const char *pcHow) {
         stConnection.bEnded = true;
-        m_ulLostNow += std::exchange(stConnection.ulLost, 0);
+        m_mapLostBehind[stConnection.acName] += std::exchange(stConnection.ulLost, 0);
         if (!stConnection.acName.empty()) {
             fprintf(stderr, "gatewayctl: %s %s\n", stConnection.acName.c_str(), pcHow);
         }
@@ -248,15 +299,27 @@ class MonitorRun {
         if (!stArrival.stEvent) {
             return;
         }
-        if (stArrival.stEvent->eKind != TapKind::kHello) {
-            m_astArrived.push_back(
-                {std::move(*stArrival.stEvent), std::exchange(stConnection.ulLost, 0)});
+        if (IsOfCall(stArrival.stEvent->eKind)) {
+            m_astArrived.push_back({std::move(*stArrival.stEvent),
+                                    std::exchange(stConnection.ulLost, 0), stConnection.acName});
             return;
         }
         const ProcessInfo *pstInfo = FindProcess(stArrival.stEvent->acReceiver);
-        stConnection.acName = pstInfo == nullptr ? "a process" : pstInfo->pcName;
-        if (m_setAsked.erase(stConnection.acName) == 0) {
-            fprintf(stderr, "gatewayctl: %s has started\n", stConnection.acName.c_str());
+        const std::string acName = pstInfo == nullptr ? "a process" : pstInfo->pcName;
+        const bool bAsked = m_setAsked.erase(acName) != 0;
+        if (stArrival.stEvent->eKind == TapKind::kFull) {
+            // It says so each time that anybody asks.
+            if (m_setFull.insert(acName).second) {
+                fprintf(stderr,
+                        "gatewayctl: %s is not watched: %zu watch it already, which is the most\n",
+                        acName.c_str(), kTapWatchersMost);
+            }
+            stConnection.bEnded = true;
+            return;
+        }
+        stConnection.acName = acName;
+        if (!bAsked) {
+            fprintf(stderr, "gatewayctl: %s has started\n", acName.c_str());
         }
     }
 
@@ -271,18 +334,22 @@ class MonitorRun {
                 break;
             }
             ++m_ulSeen;
-            m_ulLostNow += stArrived.ulLost;
+            uint64_t &ulLost = m_mapLostNow[stArrived.acProcess];
+            ulLost += stArrived.ulLost;
             if (m_stOptions.stFilter.Wants(stArrived.stEvent)) {
-                Show(stArrived.stEvent);
+                Show(stArrived.stEvent, std::exchange(ulLost, 0));
             }
         }
         m_astArrived.clear();
+        for (const auto &[acProcess, ulLost] : m_mapLostBehind) {
+            m_mapLostNow[acProcess] += ulLost;
+        }
+        m_mapLostBehind.clear();
     }
 
-    void Show(const TapEvent &stEvent) {
-        const uint64_t ulLost = std::exchange(m_ulLostNow, 0);
-        if (m_pstCapture) {
-            m_pstCapture->Add(stEvent, ulLost);
+    void Show(const TapEvent &stEvent, uint64_t ulLost) {
+        if (m_pstCapture && !m_pstCapture->Add(stEvent, ulLost)) {
+            ++m_ulNotCaptured;
         }
         const bool bShown = m_stOptions.bQuiet || m_stOutput.Write(Printed(stEvent, ulLost));
         ++(bShown ? m_ulShown : m_ulUnread);
@@ -300,19 +367,25 @@ class MonitorRun {
     const RuntimeDir m_stDir;
     const MonitorOptions &m_stOptions;
     const EndSignals m_stSignals;
-    LiveOutput m_stOutput;
+    ProgramEnd m_stEnd = {m_stSignals.Get()};
+    LiveOutput m_stOutput = LiveOutput(m_stEnd);
     const TapListener m_stListener;
     std::unique_ptr<CaptureFile> m_pstCapture;
     std::list<TapConnection> m_astConnections;
     std::vector<char> m_acBuffer = std::vector<char>(kReadAtOnce);
     std::set<std::string> m_setAsked;  ///< that have not said hello yet
-    Clock::time_point m_stWarnAt = Clock::time_point::max();
+    bool m_bWarned = false;            ///< of those among them that will not
+    std::set<std::string> m_setFull;   ///< that tell so many that they tell no more
     std::vector<Arrived> m_astArrived;
     uint64_t m_ulSeen = 0;
     uint64_t m_ulShown = 0;
     uint64_t m_ulUnread = 0;  ///< not printed, because nobody read before the end
     uint64_t m_ulLost = 0;
-    uint64_t m_ulLostNow = 0;  ///< since the last one that was shown
+    uint64_t m_ulNotCaptured = 0;  ///< not in the capture, for the same reason
+    /// How many calls of a process were lost since its last one that was shown.
+    std::map<std::string, uint64_t> m_mapLostNow;
+    /// The same, behind what has arrived and is not shown yet.
+    std::map<std::string, uint64_t> m_mapLostBehind;
 };
 
 }  // namespace

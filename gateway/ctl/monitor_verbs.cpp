@@ -30,7 +30,8 @@ void AddWords(CLI::App *pstVerb, const char *pcName, const char *pcType, const c
 }
 
 void AddProcessAndRpc(CLI::App *pstVerb, EventFilter &stFilter) {
-    AddWords(pstVerb, "--process", "NAME", "Only what this process sends or receives",
+    AddWords(pstVerb, "--process", "NAME",
+             "Only what this process sends or receives; who sends may have any name",
              [&stFilter](const std::string &acWord) { stFilter.AddProcess(acWord); });
     AddWords(pstVerb, "--rpc", "ID|NAME",
              "Only this RPC or message, by its id or its name; 'Get*' are all whose name begins so",

@@ -197,6 +197,14 @@ TapLine::Event Framed(const TapEvent &stEvent) {
     return std::make_shared<const std::string>(std::move(acFramed));
 }
 
+/// Ends all of them at a time, so that it takes no longer than one.
+void EndAll(std::vector<std::unique_ptr<TapLine>> &astLines) {
+    for (const auto &pstLine : astLines) {
+        pstLine->End();
+    }
+    astLines.clear();
+}
+
 }  // namespace
 
 Tap::Tap(const RuntimeDir &stDir, const char *pcProcess)
@@ -217,7 +225,7 @@ void Tap::Look() {
         std::move(stFirst, m_astLines.end(), std::back_inserter(astGone));
         m_astLines.erase(stFirst, m_astLines.end());
     }
-    astGone.clear();
+    EndAll(astGone);
     try {
         Connect();
     } catch (const std::exception &stError) {
@@ -237,16 +245,25 @@ void Tap::Connect() {
         if (stNew.Get() < 0) {
             continue;
         }
-        TapEvent stHello;
-        stHello.eKind = TapKind::kHello;
-        stHello.ulTimeUs = Microseconds(CLOCK_REALTIME);
-        stHello.acReceiver = m_acProcess;
-        stHello.uiReceiverPid = m_uiPid;
+        if (m_astLines.size() >= kTapWatchersMost) {
+            const TapLine::Event pstFull = Introduction(TapKind::kFull);
+            (void)!send(stNew.Get(), pstFull->data(), pstFull->size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+            continue;
+        }
         auto pstLine = std::make_unique<TapLine>(std::move(stNew), stSocket.uiNode, m_uiLines);
-        pstLine->Push(Framed(stHello));
+        pstLine->Push(Introduction(TapKind::kHello));
         const std::scoped_lock stLock(m_stMutex);
         m_astLines.push_back(std::move(pstLine));
     }
+}
+
+TapLine::Event Tap::Introduction(TapKind eKind) const {
+    TapEvent stEvent;
+    stEvent.eKind = eKind;
+    stEvent.ulTimeUs = Microseconds(CLOCK_REALTIME);
+    stEvent.acReceiver = m_acProcess;
+    stEvent.uiReceiverPid = m_uiPid;
+    return Framed(stEvent);
 }
 
 void Tap::Post(TapEvent stEvent) noexcept {
@@ -277,10 +294,7 @@ void Tap::End() noexcept {
         const std::scoped_lock stLock(m_stMutex);
         astLines.swap(m_astLines);
     }
-    // All of them at a time, so that it takes no longer than one.
-    for (const auto &pstLine : astLines) {
-        pstLine->End();
-    }
+    EndAll(astLines);
 }
 
 TappedCall::TappedCall(Tap &stTap, const VtHostCall &stCall) noexcept : m_stTap(stTap) {
@@ -315,7 +329,6 @@ TappedCall::TappedCall(Tap &stTap, const VtHostMsg *pstMessage) noexcept : m_stT
 void TappedCall::Begin(TapKind eKind, const RpcMsgHead &stHead, uint32_t uiId,
                        const void *pvRequest, uint32_t uiRequest) {
     m_pstEvent = std::make_unique<TapEvent>();
-    m_ulBegin = Microseconds(CLOCK_MONOTONIC);
     m_pstEvent->ulTimeUs = Microseconds(CLOCK_REALTIME);
     m_pstEvent->eKind = eKind;
     m_pstEvent->stHead = stHead;
@@ -323,6 +336,8 @@ void TappedCall::Begin(TapKind eKind, const RpcMsgHead &stHead, uint32_t uiId,
     m_pstEvent->astParts[kTapRequest] = {uiRequest, std::string(BytesAt(pvRequest, uiRequest))};
     // Before it is served: whoever serves it frees the block.
     LookAtBlock(WireSide::kRequest, m_pstEvent->astParts[kTapRequest].acHeld);
+    // Only now: what it takes to watch is not the receiver's time.
+    m_ulBegin = Microseconds(CLOCK_MONOTONIC);
 }
 
 void TappedCall::LookAtBlock(WireSide eSide, std::string_view sOwner) {
@@ -351,6 +366,7 @@ void TappedCall::End(uint32_t uiCode, const void *pvReply, uint32_t uiReply) noe
     if (!m_pstEvent) {
         return;
     }
+    m_pstEvent->ulDurationUs = Microseconds(CLOCK_MONOTONIC) - m_ulBegin;
     try {
         m_pstEvent->uiCode = uiCode;
         m_pstEvent->bAnswered = m_pstEvent->eKind == TapKind::kRpc && uiReply != VT_HOST_NO_REPLY;
@@ -360,7 +376,6 @@ void TappedCall::End(uint32_t uiCode, const void *pvReply, uint32_t uiReply) noe
                 LookAtBlock(WireSide::kReply, m_pstEvent->astParts[kTapReply].acHeld);
             }
         }
-        m_pstEvent->ulDurationUs = Microseconds(CLOCK_MONOTONIC) - m_ulBegin;
         m_stTap.Post(std::move(*m_pstEvent));
     } catch (const std::exception &) {
         m_stTap.Lose();

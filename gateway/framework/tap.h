@@ -3,6 +3,7 @@
 #ifndef WAP_GATEWAY_FRAMEWORK_TAP_H
 #define WAP_GATEWAY_FRAMEWORK_TAP_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include <atomic>
@@ -15,6 +16,9 @@
 #include "framework/tap_event.h"
 
 namespace wap::gateway {
+
+/// How many can watch a process: each has a thread in it, and up to 8 MiB that wait.
+inline constexpr size_t kTapWatchersMost = 16;
 
 /// The connection to one who watches.
 class TapLine;
@@ -31,7 +35,7 @@ class Tap {
     bool IsOn() const { return m_uiLines.load(std::memory_order_relaxed) != 0; }
 
     /// Connects to those who watch and are not connected yet, and forgets those who have gone.
-    /// Those that can't be reached are left out.
+    /// Those that can't be reached are left out. When there are too many, the others are told so.
     void Look();
 
     /// Tells an event to all who watch. What fails for want of memory is lost, and counted.
@@ -44,6 +48,8 @@ class Tap {
 
   private:
     void Connect();
+    /// What the process says of itself, as a frame.
+    std::shared_ptr<const std::string> Introduction(TapKind eKind) const;
 
     const RuntimeDir m_stDir;
     const std::string m_acProcess;

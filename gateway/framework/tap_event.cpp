@@ -29,7 +29,7 @@ bool LengthsAreRight(const TapHead &stHead, size_t uiBytes) {
 bool KindsAreRight(const TapHead &stHead) {
     const auto eKind = static_cast<TapKind>(stHead.ucKind);
     const auto eSide = static_cast<WireSide>(stHead.ucBlockSide);
-    return (eKind == TapKind::kRpc || eKind == TapKind::kMessage || eKind == TapKind::kHello) &&
+    return (IsOfCall(eKind) || eKind == TapKind::kHello || eKind == TapKind::kFull) &&
            stHead.ucFault <= kFaultKinds &&
            (eSide == WireSide::kRequest || eSide == WireSide::kReply ||
             (eSide == WireSide::kNone && stHead.auiLength[kTapBlock] == 0));

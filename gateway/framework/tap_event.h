@@ -22,7 +22,13 @@ enum class TapKind : uint8_t {
     kRpc = 1,
     kMessage = 2,  ///< nobody answers it; the code is what became of it
     kHello = 3,    ///< what a process says first of all: the receiver's name and id, and no more
+    kFull = 4,     ///< what it says instead when so many watch it that it tells no more
 };
+
+/// Whether it is of a call or a message, and no word of a process about itself.
+constexpr bool IsOfCall(TapKind eKind) {
+    return eKind == TapKind::kRpc || eKind == TapKind::kMessage;
+}
 
 /// The bits of TapHead::ucFlags.
 inline constexpr uint8_t kTapAnswered = 1;  ///< a reply goes back; else the caller waits in vain

@@ -64,6 +64,29 @@ bool TakeTags(std::string_view &sPacket) {
     return false;
 }
 
+bool IsPipe(const std::string &acPath) {
+    struct stat stInfo = {};
+    return stat(acPath.c_str(), &stInfo) == 0 && S_ISFIFO(stInfo.st_mode);
+}
+
+/// Opens what a capture is written to, -1 with errno for what can't be opened. A pipe waits for who
+/// reads it, unless the program is to end.
+int OpenCapture(const std::string &acPath, const ProgramEnd &stEnd) {
+    constexpr std::chrono::milliseconds kLookAgain(50);
+    for (;;) {
+        const int iFile =
+            open(acPath.c_str(), O_WRONLY | O_CREAT | O_NOCTTY | O_NONBLOCK | O_CLOEXEC, 0600);
+        const int iWhy = errno;
+        if (iFile >= 0 || iWhy != ENXIO || !IsPipe(acPath)) {
+            errno = iWhy;
+            return iFile;
+        }
+        if (stEnd.ComesWithin(kLookAgain)) {
+            throw GatewayError("cannot write " + acPath + ": nobody has opened it to read");
+        }
+    }
+}
+
 }  // namespace
 
 void MaskEvent(TapEvent &stEvent) {
@@ -84,12 +107,16 @@ void MaskEvent(TapEvent &stEvent) {
     }
 }
 
-std::string PacketOf(TapEvent stEvent) {
-    const std::string acTags = Tags();
-    size_t uiLength = acTags.size() + sizeof(TapHead);
+uint32_t WholePacketLength(const TapEvent &stEvent) {
+    size_t uiLength = Tags().size() + sizeof(TapHead);
     for (const TapBytes &stPart : stEvent.astParts) {
         uiLength += stPart.acHeld.size();
     }
+    return static_cast<uint32_t>(uiLength);
+}
+
+std::string PacketOf(TapEvent stEvent) {
+    const size_t uiLength = WholePacketLength(stEvent);
     size_t uiTooMuch = uiLength > kPacketMax ? uiLength - kPacketMax : 0;
     // What is needed to send it again goes last; a request alone is never too long.
     const bool bOfRequest = stEvent.eBlockSide == WireSide::kRequest;
@@ -100,7 +127,7 @@ std::string PacketOf(TapEvent stEvent) {
         acHeld.resize(acHeld.size() - uiCut);
         uiTooMuch -= uiCut;
     }
-    return acTags + EncodeEvent(stEvent);
+    return Tags() + EncodeEvent(stEvent);
 }
 
 std::optional<TapEvent> EventIn(const Packet &stPacket) {
@@ -109,16 +136,17 @@ std::optional<TapEvent> EventIn(const Packet &stPacket) {
         return std::nullopt;
     }
     std::optional<TapEvent> stEvent = DecodeEvent(sBytes);
-    if (!stEvent || stEvent->eKind == TapKind::kHello) {
+    if (!stEvent || !IsOfCall(stEvent->eKind)) {
         throw GatewayError("a packet of the gateway's is damaged, or of another version of it");
     }
     return stEvent;
 }
 
-CaptureFile::CaptureFile(const std::string &acPath, bool bSecrets)
+CaptureFile::CaptureFile(const std::string &acPath, bool bSecrets, const ProgramEnd &stEnd)
     : m_acPath(acPath),
       m_bSecrets(bSecrets),
-      m_stFile(open(acPath.c_str(), O_WRONLY | O_CREAT | O_NOCTTY | O_CLOEXEC, 0600)) {
+      m_stFile(OpenCapture(acPath, stEnd)),
+      m_stWriter(stEnd) {
     struct stat stInfo = {};
     bool bReady = m_stFile.Get() >= 0 && fstat(m_stFile.Get(), &stInfo) == 0;
     m_bIsFile = bReady && S_ISREG(stInfo.st_mode);
@@ -129,36 +157,36 @@ CaptureFile::CaptureFile(const std::string &acPath, bool bSecrets)
     if (!bReady) {
         throw GatewayError("cannot make " + acPath + ": " + ErrnoText(errno));
     }
-    Write(PcapngStart("gatewayctl monitor", "gateway", kLinkType));
+    (void)Write(PcapngStart("gatewayctl monitor", "gateway", kLinkType));
 }
 
-void CaptureFile::Add(const TapEvent &stEvent, uint64_t ulLost) {
+bool CaptureFile::Add(const TapEvent &stEvent, uint64_t ulLost) {
     TapEvent stCopy = stEvent;
     if (!m_bSecrets) {
         MaskEvent(stCopy);
     }
-    Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), Headline(stCopy), ulLost));
+    return Write(PcapngPacket(stCopy.ulTimeUs, PacketOf(stCopy), WholePacketLength(stCopy),
+                              Headline(stCopy), ulLost));
 }
 
 void CaptureFile::Finish(uint64_t ulTimeUs, uint64_t ulLost) {
-    Write(PcapngStatistics(ulTimeUs, ulLost));
+    if (!m_bFailed) {
+        (void)Write(PcapngStatistics(ulTimeUs, ulLost));
+    }
 }
 
-void CaptureFile::Write(const std::string &acBytes) {
-    size_t uiDone = 0;
-    while (uiDone < acBytes.size()) {
-        const ssize_t iCount =
-            write(m_stFile.Get(), acBytes.data() + uiDone, acBytes.size() - uiDone);
-        if (iCount < 0 && errno != EINTR) {
-            const std::string acWhy = ErrnoText(errno);
-            if (m_bIsFile) {
-                (void)!ftruncate(m_stFile.Get(), m_iWhole);
-            }
-            throw GatewayError("cannot write " + m_acPath + ": " + acWhy);
+bool CaptureFile::Write(const std::string &acBytes) {
+    const LiveWriter::Result eResult = m_stWriter.WriteBlock(m_stFile.Get(), acBytes);
+    if (eResult == LiveWriter::Result::kFailed) {
+        const std::string acWhy = ErrnoText(errno);
+        m_bFailed = true;
+        if (m_bIsFile) {
+            (void)!ftruncate(m_stFile.Get(), m_iWhole);
         }
-        uiDone += iCount < 0 ? 0 : static_cast<size_t>(iCount);
+        throw GatewayError("cannot write " + m_acPath + ": " + acWhy);
     }
     m_iWhole += static_cast<off_t>(acBytes.size());
+    return eResult == LiveWriter::Result::kAll;
 }
 
 }  // namespace wap::gateway

@@ -1,5 +1,6 @@
 #include "monitor/event_text.h"
 
+#include <stdint.h>
 #include <stdio.h>
 
 #include <algorithm>
@@ -19,6 +20,12 @@ constexpr size_t kIndent = 13;
 constexpr size_t kSenderColumns = 12;
 constexpr size_t kReceiverColumns = 10;
 constexpr size_t kNameColumns = 21;
+/// The longest text that is taken apart when it is JSON, which takes far more memory than it.
+constexpr size_t kTakenApartMost = 64u << 10;
+/// How much room it may take then: a name stands before each value that it is of. So much for each
+/// text, and so many times its length.
+constexpr size_t kTakenApartRoom = 1024;
+constexpr size_t kTakenApartGrowth = 8;
 
 /// A JSON value on one line, with the control characters that JSON need not escape escaped, too.
 std::string Printed(json_object *pstValue) {
@@ -71,6 +78,9 @@ class Paragraph {
           m_uiWidth(uiWidth) {}
 
     void Word(const std::string &acWord) {
+        if (IsFull()) {
+            return;
+        }
         if (m_uiColumn > kIndent) {
             if (m_uiColumn + 1 + acWord.size() > m_uiWidth) {
                 Break();
@@ -90,6 +100,27 @@ class Paragraph {
         }
     }
 
+    /// Has fnAdd add words, all of them or, when they take more than so many bytes, none; whether
+    /// they are there. Of words that are too many only the first are made.
+    template <class Adder>
+    bool AddWithin(size_t uiBytes, const Adder &fnAdd) {
+        const size_t uiBefore = m_acText.size();
+        const size_t uiColumn = m_uiColumn;
+        const size_t uiMost = m_uiMost;
+        m_uiMost = std::min(uiMost, uiBefore + uiBytes);
+        fnAdd();
+        const bool bAll = !IsFull();
+        if (!bAll) {
+            m_acText.resize(uiBefore);
+            m_uiColumn = uiColumn;
+        }
+        m_uiMost = uiMost;
+        return bAll;
+    }
+
+    /// Whether what is added is in vain.
+    bool IsFull() const { return m_acText.size() > m_uiMost; }
+
     /// The lines, the last one ended.
     std::string Take() {
         m_acText.resize(m_acText.find_last_not_of(" \n") + 1);
@@ -100,7 +131,12 @@ class Paragraph {
     std::string m_acText;
     size_t m_uiColumn;
     const size_t m_uiWidth;
+    size_t m_uiMost = SIZE_MAX;  ///< bytes, before it is full
 };
+
+size_t TextLength(json_object *pstText) {
+    return static_cast<size_t>(json_object_get_string_len(pstText));
+}
 
 bool IsGroup(json_object *pstValue) {
     return json_object_is_type(pstValue, json_type_object) ||
@@ -111,7 +147,7 @@ bool IsGroup(json_object *pstValue) {
 JsonValue JsonInText(json_object *pstValue) {
     const char *pcText =
         json_object_is_type(pstValue, json_type_string) ? json_object_get_string(pstValue) : "";
-    if (*pcText != '{' && *pcText != '[') {
+    if ((*pcText != '{' && *pcText != '[') || TextLength(pstValue) > kTakenApartMost) {
         return nullptr;
     }
     try {
@@ -121,13 +157,39 @@ JsonValue JsonInText(json_object *pstValue) {
     }
 }
 
+void AddWords(json_object *pstValue, const std::string &acName, Paragraph &stOut);
+
+/// Puts what a text says that is JSON; false when it is none, or would take too much room.
+bool AddTakenApart(json_object *pstText, const std::string &acName, Paragraph &stOut) {
+    const JsonValue stInside = JsonInText(pstText);
+    return stInside && stOut.AddWithin(kTakenApartRoom + kTakenApartGrowth * TextLength(pstText),
+                                       [&] { AddWords(stInside.get(), acName, stOut); });
+}
+
+/// Puts the elements of a list on lines of their own.
+void AddRows(const std::vector<json_object *> &astElements, const std::string &acName,
+             Paragraph &stOut) {
+    const size_t uiShown = std::min<size_t>(astElements.size(), kWireRowsShown);
+    for (size_t i = 0; i < uiShown; ++i) {
+        stOut.Break();
+        stOut.Word(acName + "[" + std::to_string(i) + "]");
+        AddWords(astElements[i], "", stOut);
+    }
+    stOut.Break();
+    if (uiShown < astElements.size()) {
+        stOut.Word("(" + std::to_string(astElements.size() - uiShown) + " more)");
+        stOut.Break();
+    }
+}
+
 /// Puts NAME=VALUE for each value that is in an object, and each object of a list on lines of its
 /// own.
 void AddWords(json_object *pstValue, const std::string &acName, Paragraph &stOut) {
+    if (stOut.IsFull() || AddTakenApart(pstValue, acName, stOut)) {
+        return;
+    }
     const std::vector<json_object *> astElements = Elements(pstValue);
-    if (const JsonValue stInside = JsonInText(pstValue)) {
-        AddWords(stInside.get(), acName, stOut);
-    } else if (json_object_is_type(pstValue, json_type_object)) {
+    if (json_object_is_type(pstValue, json_type_object)) {
         if (json_object_object_length(pstValue) == 0) {
             stOut.Word(acName + "={}");
         }
@@ -135,12 +197,7 @@ void AddWords(json_object *pstValue, const std::string &acName, Paragraph &stOut
             AddWords(pstMember, (acName.empty() ? "" : acName + ".") + PrintedName(pcKey), stOut);
         }
     } else if (std::any_of(astElements.begin(), astElements.end(), IsGroup)) {
-        for (size_t i = 0; i < astElements.size(); ++i) {
-            stOut.Break();
-            stOut.Word(acName + "[" + std::to_string(i) + "]");
-            AddWords(astElements[i], "", stOut);
-        }
-        stOut.Break();
+        AddRows(astElements, acName, stOut);
     } else {
         stOut.Word((acName.empty() ? "" : acName + "=") + Printed(pstValue));
     }

@@ -24,10 +24,11 @@ std::string PcapngStart(const std::string &acProgram, const std::string &acInter
 
 /// A packet of that interface.
 /// @param ulTimeUs since 1970
+/// @param uiWhole how long it was before it was cut
 /// @param acComment what people read beside it, at most 65535 bytes of which are written
 /// @param ulLost how many packets are missing before it
-std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, const std::string &acComment,
-                         uint64_t ulLost);
+std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, uint32_t uiWhole,
+                         const std::string &acComment, uint64_t ulLost);
 
 /// What is known of that interface at the end.
 /// @param ulTimeUs since 1970

@@ -54,11 +54,10 @@ std::string PcapngStart(const std::string &acProgram, const std::string &acInter
                                          OptionOf(pcapng::kOptionEnd, ""));
 }
 
-std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, const std::string &acComment,
-                         uint64_t ulLost) {
-    std::string acBody = OfInterface(ulTimeUs) + Little(sPacket.size(), 4) +
-                         Little(sPacket.size(), 4) + Aligned(sPacket) +
-                         OptionOf(pcapng::kOptionComment, acComment);
+std::string PcapngPacket(uint64_t ulTimeUs, std::string_view sPacket, uint32_t uiWhole,
+                         const std::string &acComment, uint64_t ulLost) {
+    std::string acBody = OfInterface(ulTimeUs) + Little(sPacket.size(), 4) + Little(uiWhole, 4) +
+                         Aligned(sPacket) + OptionOf(pcapng::kOptionComment, acComment);
     if (ulLost > 0) {
         acBody += OptionOf(pcapng::kOptionLost, Little(ulLost, 8));
     }

@@ -197,7 +197,10 @@ Capture ReadAsReplayDoes(const std::string &sFile) {
 
 /// What people see of an event does nothing to a terminal, and what programs see is JSON.
 void CheckShown(const TapEvent &stEvent, uint64_t ulLost) {
+    constexpr size_t kMost = 64;
     const std::string sText = gateway::PrintEvent(stEvent, 100);
+    Require(sText.size() <= kMost * EncodeEvent(stEvent).size(),
+            "what is shown is not much longer than what came");
     Require(sText.starts_with(gateway::Headline(stEvent) + "\n"), "the headline comes first");
     Require(sText.ends_with("\n"), "the last line is ended");
     Require(std::none_of(sText.begin(), sText.end(),
@@ -258,7 +261,7 @@ void CheckEvent(const std::string &sBytes) {
     Require(sWritten.size() == sBytes.size(), "an event is as long as it was");
     const std::optional<TapEvent> stAgain = DecodeEvent(sWritten);
     Require(stAgain && EncodeEvent(*stAgain) == sWritten, "what was written is what is read");
-    if (stEvent->eKind == gateway::TapKind::kHello) {
+    if (!gateway::IsOfCall(stEvent->eKind)) {
         return;
     }
     CheckShown(*stEvent, sBytes.size());
@@ -282,9 +285,10 @@ void FuzzCaptures(const uint8_t *pucData, size_t uiSize) {
                 "a packet has the bytes that the file holds");
         Require(!abPlain[i] || stPacket.ulTimeUs == stWanted.astPackets[i].ulTimeUs,
                 "a packet has its time");
-        const Capture stAgain =
-            ReadAsReplayDoes(gateway::PcapngStart("p", "i", 1) +
-                             gateway::PcapngPacket(stPacket.ulTimeUs, stPacket.acBytes, "c", i));
+        const Capture stAgain = ReadAsReplayDoes(
+            gateway::PcapngStart("p", "i", 1) +
+            gateway::PcapngPacket(stPacket.ulTimeUs, stPacket.acBytes,
+                                  static_cast<uint32_t>(stPacket.acBytes.size()), "c", i));
         Require(stAgain.bWhole && stAgain.astPackets.size() == 1 &&
                     stAgain.astPackets[0].acBytes == stPacket.acBytes &&
                     stAgain.astPackets[0].ulTimeUs == stPacket.ulTimeUs,

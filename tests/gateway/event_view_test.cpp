@@ -32,6 +32,13 @@ class EventTextTest : public testing::Test {
         tzset();
     }
 
+    /// What is shown of a reply that is a text.
+    static std::string ShownReply(const std::string &acText) {
+        const std::string acShown =
+            PrintEvent(TapCall(0x4710308D, "app_m", Word(1), acText + '\0'), 100);
+        return acShown.substr(acShown.find("    reply"));
+    }
+
     /// What stands in the headline behind the duration.
     static std::string Ending(const TapEvent &stEvent) {
         const std::string acLine = Headline(stEvent);
@@ -131,22 +138,59 @@ TEST_F(EventTextTest, RowsStandOnLinesOfTheirOwn) {
 }
 
 TEST_F(EventTextTest, TextsThatAreJsonAreTakenApart) {
-    const auto fnReply = [](const std::string &acText) {
-        const std::string acShown =
-            PrintEvent(TapCall(0x4710308D, "app_m", Word(1), acText + '\0'), 100);
-        return acShown.substr(acShown.find("    reply"));
-    };
-    EXPECT_EQ(
-        fnReply(R"({"Result":0,"List":[{"Name":"a\u001b","On":true},{"Name":"b"}],"N":[1,2.5]})"),
-        "    reply    text.Result=0\n"
-        "             text.List[0] Name=\"a\\u001b\" On=true\n"
-        "             text.List[1] Name=\"b\"\n"
-        "             text.N=[1,2.5]\n");
-    EXPECT_EQ(fnReply("{\"a b\\u001b\":1}"), "    reply    text.\"a b\\u001b\"=1\n")
+    EXPECT_EQ(ShownReply(
+                  R"({"Result":0,"List":[{"Name":"a\u001b","On":true},{"Name":"b"}],"N":[1,2.5]})"),
+              "    reply    text.Result=0\n"
+              "             text.List[0] Name=\"a\\u001b\" On=true\n"
+              "             text.List[1] Name=\"b\"\n"
+              "             text.N=[1,2.5]\n");
+    EXPECT_EQ(ShownReply("{\"a b\\u001b\":1}"), "    reply    text.\"a b\\u001b\"=1\n")
         << "names are anybody's, too";
-    EXPECT_EQ(fnReply("{}"), "    reply    text={}\n");
-    EXPECT_EQ(fnReply("[1]"), "    reply    text=[1]\n");
-    EXPECT_EQ(fnReply("{\"cut\":"), "    reply    text=\"{\\\"cut\\\":\"\n");
+    EXPECT_EQ(ShownReply("{}"), "    reply    text={}\n");
+    EXPECT_EQ(ShownReply("[1]"), "    reply    text=[1]\n");
+    EXPECT_EQ(ShownReply("{\"cut\":"), "    reply    text=\"{\\\"cut\\\":\"\n");
+}
+
+TEST_F(EventTextTest, OfLongListsInTextsTheStartIsTakenApart) {
+    std::string acText = "[{\"a\":1}";
+    std::string acShown = "    reply    text[0] a=1\n";
+    for (int i = 1; i < 131; ++i) {
+        acText += ",{\"a\":1}";
+        acShown += i < 128 ? "             text[" + std::to_string(i) + "] a=1\n" : "";
+    }
+    EXPECT_EQ(ShownReply(acText + "]"), acShown + "             (3 more)\n");
+}
+
+TEST_F(EventTextTest, TextsThatWouldGrowTooMuchStandAsTheyAre) {
+    // A long name that would stand before each of many values.
+    const std::string acName(10000, 'k');
+    std::string acMembers;
+    for (int i = 0; i < 2000; ++i) {
+        acMembers += (i > 0 ? ",\"" : "\"") + std::to_string(i) + "\":1";
+    }
+    std::string acShown = acMembers;
+    for (size_t i = 0; (i = acShown.find('"', i)) != std::string::npos; i += 2) {
+        acShown.insert(i, 1, '\\');
+    }
+    EXPECT_EQ(ShownReply("{\"" + acName + "\":{" + acMembers + "}}"),
+              "    reply    text=\"{\\\"" + acName + "\\\":{" + acShown + "}}\"\n");
+    // Only the text within another one is too much.
+    std::string acInner = "{\"" + std::string(400, 'k') + "\":[{}";
+    for (int i = 1; i < 100; ++i) {
+        acInner += ",{}";
+    }
+    acInner += "]}";
+    std::string acQuoted = acInner;
+    for (size_t i = 0; (i = acQuoted.find('"', i)) != std::string::npos; i += 2) {
+        acQuoted.insert(i, 1, '\\');
+    }
+    EXPECT_EQ(
+        ShownReply("{\"a\":1,\"b\":\"" + acQuoted + "\",\"c\":2}"),
+        "    reply    text.a=1\n             text.b=\"" + acQuoted + "\"\n             text.c=2\n");
+    // It takes a lot of memory to read a long one.
+    const std::string acLong(70000, 'x');
+    EXPECT_EQ(ShownReply("[\"" + acLong + "\"]"),
+              "    reply    text=\"[\\\"" + acLong + "\\\"]\"\n");
 }
 
 TEST_F(EventTextTest, SecretsAndUnknownBytesAreNotShown) {

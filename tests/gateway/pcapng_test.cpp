@@ -96,21 +96,24 @@ std::string PacketAt(uint64_t ulTime) {
 }
 
 TEST(PcapngTest, IsWrittenByteForByte) {
-    EXPECT_EQ(PcapngStart("prog", "if0", 252) + PcapngPacket(0x500000007, "abcde", "hey", 9),
+    EXPECT_EQ(PcapngStart("prog", "if0", 252) + PcapngPacket(0x500000007, "abcde", 5, "hey", 9),
               FileBytes());
-    const std::string acPlain = PcapngPacket(1, "", "", 0);
+    const std::string acPlain = PcapngPacket(1, "", 0, "", 0);
     EXPECT_EQ(acPlain, Word(6) + Word(40) + Word(0) + Word(0) + Word(1) + Word(0) + Word(0) +
                            Half(1) + Half(0) + Word(0) + Word(40));
     EXPECT_EQ(PcapngStatistics(0x500000007, 9), Word(5) + Word(40) + Word(0) + Word(5) + Word(7) +
                                                     Half(5) + Half(8) + Word(9) + Word(0) +
                                                     Word(0) + Word(40));
-    const std::string acLong = PcapngPacket(1, "", std::string(70000, 'c'), 0);
+    EXPECT_EQ(PcapngPacket(1, "ab", 7, "", 0).substr(20, 12),
+              Word(2) + Word(7) + std::string("ab\0\0", 4))
+        << "one that was cut";
+    const std::string acLong = PcapngPacket(1, "", 0, std::string(70000, 'c'), 0);
     EXPECT_EQ(acLong.size(), 40u + 65536);
     EXPECT_EQ(acLong.substr(30, 2), "\xFF\xFF");
 }
 
 TEST(PcapngTest, IsRead) {
-    const Reading stReading = Read(FileBytes() + PcapngPacket(8, "x", "", 0));
+    const Reading stReading = Read(FileBytes() + PcapngPacket(8, "x", 1, "", 0));
     EXPECT_EQ(stReading.acError, "");
     ASSERT_EQ(stReading.astPackets.size(), 2u);
     EXPECT_EQ(stReading.astPackets[0].acBytes, "abcde");
@@ -173,7 +176,7 @@ TEST(PcapngTest, FilesThatEndTooEarlyAreRefused) {
     EXPECT_EQ(Read("").acError, "it is empty (the block at byte 0)");
     EXPECT_EQ(Read(acFile.substr(0, 100)).acError, "it ends too early (the block at byte 80)");
     // What is whole is there all the same.
-    const Reading stCut = Read(acFile + PcapngPacket(8, "x", "", 0).substr(0, 30));
+    const Reading stCut = Read(acFile + PcapngPacket(8, "x", 1, "", 0).substr(0, 30));
     EXPECT_EQ(stCut.acError, "it ends too early (the block at byte 144)");
     EXPECT_TRUE(stCut.bEndsTooEarly);
     EXPECT_EQ(stCut.astPackets.size(), 1u);
@@ -236,7 +239,8 @@ TEST(PcapngTest, AnyBytesAreReadOrRefused) {
     size_t uiRefused = 0;
     constexpr size_t kRounds = 4000;
     const std::string acWhole =
-        PcapngStart("prog", "if0", 252) + PcapngPacket(test::kTapTime, PacketOf(TapMac()), "a", 3);
+        PcapngStart("prog", "if0", 252) +
+        PcapngPacket(test::kTapTime, PacketOf(TapMac()), WholePacketLength(TapMac()), "a", 3);
     for (size_t uiRound = 0; uiRound < kRounds; ++uiRound) {
         std::string acFile = acWhole;
         for (int iChange = 0; iChange < 3; ++iChange) {
@@ -295,6 +299,7 @@ TEST(CaptureTest, TooMuchIsCutWhereItIsNeededLeast) {
     test::SetPart(stEvent, kTapBlock, std::string(100, 'b'));
     std::string acPacket = PacketOf(stEvent);
     EXPECT_EQ(acPacket.size(), kPacketMax);
+    EXPECT_EQ(WholePacketLength(stEvent), 24u + 196 + 131072 + 131072 + 100);
     std::optional<TapEvent> stRead = EventIn({252, 1, acPacket});
     ASSERT_TRUE(stRead);
     EXPECT_TRUE(stRead->astParts[kTapRequest].IsWhole());

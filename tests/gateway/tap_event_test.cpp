@@ -94,7 +94,7 @@ TEST(TapEventTest, IsNoneWhenAFieldIsImpossible) {
     } astWrong[] = {
         {0, "VTM2"},  // another version
         {4, std::string(1, '\0')},
-        {4, "\4"},
+        {4, "\5"},
         {6, "\7"},  // a fault that there is not
         {7, "\3"},
         {7, std::string(1, '\0')},  // a block that nothing names

@@ -2,9 +2,12 @@
 // not read.
 #include "framework/tap.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +16,7 @@
 #include <thread>
 
 #include "framework/control.h"
+#include "framework/files.h"
 #include "framework/tap_socket.h"
 #include "monitor/frame_reader.h"
 #include "tap_events.h"
@@ -40,6 +44,12 @@ class Reader {
     }
 
     void Disconnect() { m_pstConnection.reset(); }
+
+    /// Says what nobody who watches has to say.
+    void Say(const std::string &acText) const {
+        EXPECT_EQ(send(m_pstConnection->Get(), acText.data(), acText.size(), MSG_NOSIGNAL),
+                  static_cast<ssize_t>(acText.size()));
+    }
 
     /// The next frame, waiting for it; nothing at the end of the connection.
     std::optional<Arrival> Next() {
@@ -78,6 +88,118 @@ class Reader {
     TapListener m_stListener;
     std::unique_ptr<FileDescriptor> m_pstConnection;
     FrameReader m_stReader;
+};
+
+uint64_t NowUs() {
+    return static_cast<uint64_t>(
+        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch())
+            .count());
+}
+
+/// A process that somebody watches, from its first call on.
+struct WatchedTap {
+    WatchedTap() {
+        stTap.Look();
+        EXPECT_TRUE(stReader.Accept());
+        (void)stReader.NextEvent(TapKind::kHello);
+    }
+
+    Reader stReader = Reader(RuntimeDir::FromEnvironment());
+    Tap stTap = Tap(RuntimeDir::FromEnvironment(), "gulm");
+};
+
+/// How often this thread has waited for something.
+int64_t WaitsSoFar() {
+    struct rusage stUsage = {};
+    EXPECT_EQ(getrusage(RUSAGE_THREAD, &stUsage), 0);
+    return stUsage.ru_nvcsw;
+}
+
+/// More than one who watches.
+class Readers {
+  public:
+    Readers(const RuntimeDir &stDir, const std::string &acDir, size_t uiCount) {
+        for (size_t i = 0; i < uiCount; ++i) {
+            m_astReaders.push_back(std::make_unique<Reader>(stDir));
+            // The next one is called so.
+            m_asPaths.push_back(acDir + "/monitor." + std::to_string(9000000 + i));
+            EXPECT_EQ(rename((acDir + "/monitor." + std::to_string(getpid())).c_str(),
+                             m_asPaths.back().c_str()),
+                      0);
+        }
+    }
+    Readers(const Readers &) = delete;
+    Readers &operator=(const Readers &) = delete;
+    ~Readers() {
+        for (size_t i = 0; i < m_asPaths.size(); ++i) {
+            Remove(i);
+        }
+    }
+
+    void Remove(size_t uiAt) {
+        m_astReaders[uiAt].reset();
+        (void)unlink(m_asPaths[uiAt].c_str());
+    }
+
+    void AcceptAll() {
+        for (const auto &pstReader : m_astReaders) {
+            EXPECT_TRUE(pstReader->Accept());
+        }
+    }
+    void SayAll(const char *pcText) {
+        for (const auto &pstReader : m_astReaders) {
+            pstReader->Say(pcText);
+        }
+    }
+    size_t Count() const { return m_astReaders.size(); }
+    Reader &At(size_t uiAt) { return *m_astReaders[uiAt]; }
+
+  private:
+    std::vector<std::unique_ptr<Reader>> m_astReaders;
+    std::vector<std::string> m_asPaths;
+};
+
+/// A block whose reader is held up, and that turns out to be none then: opening a pipe waits for
+/// who writes to it.
+class HeldBlock {
+  public:
+    HeldBlock(const std::string &acDir, uint32_t uiId) {
+        char acName[24];
+        snprintf(acName, sizeof(acName), "/vdata/%08x", uiId);
+        m_acPath = acDir + acName;
+        EXPECT_EQ(mkfifo(m_acPath.c_str(), 0600), 0);
+        m_stThread = std::thread([this, iReader = gettid()] { LetGo(iReader); });
+    }
+    HeldBlock(const HeldBlock &) = delete;
+    HeldBlock &operator=(const HeldBlock &) = delete;
+    ~HeldBlock() { EXPECT_EQ(unlink(m_acPath.c_str()), 0); }
+
+    /// A time at which this thread, which has read it, was held up.
+    uint64_t AwaitHeldUs() {
+        m_stThread.join();
+        return m_ulHeldUs;
+    }
+
+  private:
+    static bool IsAsleep(pid_t iThread) {
+        const auto acState = ReadTextFile("/proc/self/task/" + std::to_string(iThread) + "/stat");
+        return acState && acState->find(") S ") != std::string::npos;
+    }
+
+    void LetGo(pid_t iReader) {
+        constexpr std::chrono::milliseconds kSome(20);
+        while (!IsAsleep(iReader)) {
+            std::this_thread::yield();
+        }
+        std::this_thread::sleep_for(kSome);
+        m_ulHeldUs = NowUs();
+        std::this_thread::sleep_for(kSome);
+        EXPECT_GE(FileDescriptor(open(m_acPath.c_str(), O_WRONLY | O_CLOEXEC)).Get(), 0);
+    }
+
+    std::string m_acPath;
+    uint64_t m_ulHeldUs = 0;
+    std::thread m_stThread;
 };
 
 class TapTest : public testing::Test {
@@ -172,12 +294,8 @@ TEST_F(TapTest, CallsAreToldToWhoWatches) {
 }
 
 TEST_F(TapTest, BlocksAreReadAndLeftAlone) {
-    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
-    Reader stReader(stDir);
-    Tap stTap(stDir, "gulm");
-    stTap.Look();
-    ASSERT_TRUE(stReader.Accept());
-    (void)stReader.NextEvent(TapKind::kHello);
+    WatchedTap stWatched;
+    auto &[stReader, stTap] = stWatched;
     VDataDesc stDesc = {0, 9, 9};
     ASSERT_EQ(VT_VDATA_CreShm(9, &stDesc), 0u);
     ASSERT_EQ(VT_VDATA_UpdateData(stDesc.uiDataID, 9, "10.0.0.1"), 0u);
@@ -206,6 +324,32 @@ TEST_F(TapTest, BlocksAreReadAndLeftAlone) {
     }
 }
 
+TEST_F(TapTest, TheTimeTakenIsNotThatOfWatching) {
+    WatchedTap stWatched;
+    auto &[stReader, stTap] = stWatched;
+    const RpcMsgHead stHead = {};
+    ASSERT_EQ(mkdir((m_acDir + "/vdata").c_str(), 0700), 0);
+    {
+        HeldBlock stBlock(m_acDir, 0x1234);
+        TappedCall stCall(stTap,
+                          HostCall(stHead, test::kTapAddAddresses,
+                                   Word(0x1234) + Word(9) + Word(9) + std::string(256, 'b')));
+        stCall.End(0, "", 0);
+        const uint64_t ulAfter = NowUs();
+        EXPECT_LE(stReader.NextEvent(TapKind::kRpc).ulDurationUs, ulAfter - stBlock.AwaitHeldUs())
+            << "it begins when the request's block has been looked at";
+    }
+    {
+        HeldBlock stBlock(m_acDir, 0x1234);
+        const uint64_t ulBefore = NowUs();
+        TappedCall stCall(stTap, HostCall(stHead, test::kTapGetRoutes, Word(4)));
+        const std::string acReply = Word(1) + Word(0x1234) + Word(112) + Word(112);
+        stCall.End(0, acReply.data(), 16);
+        EXPECT_LE(stReader.NextEvent(TapKind::kRpc).ulDurationUs, stBlock.AwaitHeldUs() - ulBefore)
+            << "it ends before the reply's block is looked at";
+    }
+}
+
 TEST_F(TapTest, WhoHasGoneIsForgotten) {
     const RuntimeDir stDir = RuntimeDir::FromEnvironment();
     Tap stTap(stDir, "gulm");
@@ -226,6 +370,54 @@ TEST_F(TapTest, WhoHasGoneIsForgotten) {
     }
     stTap.Look();
     EXPECT_FALSE(stTap.IsOn());
+}
+
+TEST_F(TapTest, ManyWhoHaveGoneTakeNoLongerThanOne) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    Readers stReaders(stDir, m_acDir, 14);
+    Tap stTap(stDir, "gulm");
+    stTap.Look();
+    const TapEvent stLong = LongEvent();
+    for (int i = 0; i < 20; ++i) {
+        stTap.Post(stLong);
+    }
+    // They say what nobody has to say, but don't read, so that their threads can't go on.
+    stReaders.AcceptAll();
+    stReaders.SayAll("x");
+    const auto stBegin = Clock::now();
+    stTap.Look();
+    EXPECT_LT(Clock::now() - stBegin, std::chrono::seconds(5)) << "half a second each";
+}
+
+TEST_F(TapTest, OneTooManyIsToldSo) {
+    const RuntimeDir stDir = RuntimeDir::FromEnvironment();
+    Readers stReaders(stDir, m_acDir, kTapWatchersMost + 1);
+    EXPECT_EQ(kTapWatchersMost, 16u);
+    Tap stTap(stDir, "gulm");
+    stTap.Look();
+    stReaders.AcceptAll();
+    size_t uiTold = 0;
+    size_t uiLeftOut = 0;
+    for (size_t i = 0; i < stReaders.Count(); ++i) {
+        const std::optional<Arrival> stArrival = stReaders.At(i).Next();
+        ASSERT_TRUE(stArrival && stArrival->stEvent);
+        EXPECT_EQ(stArrival->stEvent->acReceiver, "gulm");
+        if (stArrival->stEvent->eKind == TapKind::kFull) {
+            EXPECT_EQ(uiLeftOut, 0u);
+            uiLeftOut = i;
+            EXPECT_FALSE(stReaders.At(i).Next()) << "it is the last word";
+        } else {
+            EXPECT_EQ(stArrival->stEvent->eKind, TapKind::kHello);
+            ++uiTold;
+        }
+    }
+    EXPECT_EQ(uiTold, kTapWatchersMost);
+    // It takes the place of one that goes.
+    stReaders.Remove(uiLeftOut == 0 ? 1 : 0);
+    stTap.Look();
+    ASSERT_TRUE(stReaders.At(uiLeftOut).Accept());
+    const TapEvent stHello = stReaders.At(uiLeftOut).NextEvent(TapKind::kHello);
+    EXPECT_EQ(stHello.acReceiver, "gulm");
 }
 
 TEST_F(TapTest, SocketsWithoutAReaderAreRemoved) {
@@ -259,13 +451,15 @@ TEST_F(TapTest, WhoDoesNotReadLosesWhatThereIsNoRoomFor) {
     Tap stTap(stDir, "gulm");
     stTap.Look();
     ASSERT_TRUE(stReader.Accept());
-    TapEvent stLong = LongEvent();
-    const auto stBegin = Clock::now();
+    const std::string acLong(VT_HOST_MAX_PAYLOAD, 'x');
+    const RpcMsgHead stHead = {};
+    const int64_t iWaits = WaitsSoFar();
     for (uint32_t i = 0; i < kPosted; ++i) {
-        stLong.uiCode = i;
-        stTap.Post(stLong);
+        TappedCall stCall(stTap, HostCall(stHead, test::kTapGetMac, acLong));
+        stCall.End(i, "", 0);
     }
-    EXPECT_LT(Clock::now() - stBegin, std::chrono::seconds(20)) << "nobody waits";
+    // However short or long: whoever waits gives up the processor, a hundred times at least.
+    EXPECT_LT(WaitsSoFar() - iWaits, 50) << "nobody waits";
     (void)stReader.NextEvent(TapKind::kHello);
     uint32_t uiSeen = 0;
     uint32_t uiLost = 0;

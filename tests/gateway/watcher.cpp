@@ -28,6 +28,13 @@ std::string WithoutTimes(const std::string &acLines) {
     return std::regex_replace(std::regex_replace(acLines, kTime, "TIME"), kTook, " TOOK");
 }
 
+size_t NumberBefore(const std::string &acText, const std::string &acWord) {
+    std::smatch stMatch;
+    return std::regex_search(acText, stMatch, std::regex("(\\d+) " + acWord))
+               ? std::stoul(stMatch[1].str())
+               : 0;
+}
+
 bool Soon(const std::function<bool()> &fnIsSo) {
     for (int iWait = 0; iWait < 6000; ++iWait) {
         if (fnIsSo()) {

@@ -25,6 +25,9 @@ std::string NewBlock(const std::string &acBytes);
 /// TOOK.
 std::string WithoutTimes(const std::string &acLines);
 
+/// The number that stands before a word, as in the last line of a monitor; 0 for none.
+size_t NumberBefore(const std::string &acText, const std::string &acWord);
+
 /// Waits until something is so, for a minute at most; whether it is.
 bool Soon(const std::function<bool()> &fnIsSo);
 

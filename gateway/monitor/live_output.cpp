@@ -1,4 +1,4 @@
-#include "ctl/live_output.h"
+#include "monitor/live_output.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -20,8 +20,8 @@ namespace {
 
 constexpr size_t kColumns = 100;
 constexpr size_t kColumnsLeast = 60;
-/// How long the end waits for somebody to read the rest of a line.
-constexpr std::chrono::milliseconds kPatienceInLine(500);
+/// How long the end waits for somebody to read the rest of what is begun.
+constexpr std::chrono::milliseconds kPatience(500);
 
 /// The pipe that the handler writes to: for a handler there is no object.
 int g_aiPipe[2] = {-1, -1};
@@ -34,7 +34,7 @@ void OnEnd(int) {
 }
 
 /// Waits until one of them has something to tell; false when the time comes before.
-bool PollUntil(std::span<struct pollfd> astPolls, LiveOutput::Clock::time_point stEnd) {
+bool PollUntil(std::span<struct pollfd> astPolls, ProgramEnd::Clock::time_point stEnd) {
     for (;;) {
         const int iReady = poll(astPolls.data(), astPolls.size(), MillisecondsUntil(stEnd));
         if (iReady < 0 && errno != EINTR) {
@@ -84,38 +84,57 @@ bool EndSignals::HaveCome() const {
     return poll(&stPoll, 1, 0) > 0;
 }
 
-bool LiveOutput::WaitForRoom(bool bInLine) const {
-    struct pollfd astPolls[] = {{STDOUT_FILENO, POLLOUT, 0}, {m_iSignals, POLLIN, 0}};
-    // Errors show when it is written.
-    if (PollUntil(astPolls, m_stEnd) && astPolls[0].revents != 0) {
-        return true;
-    }
-    return bInLine && PollUntil({astPolls, 1}, Clock::now() + kPatienceInLine);
+bool ProgramEnd::ComesWithin(std::chrono::milliseconds stWait) const {
+    struct pollfd stSignals = {iSignals, POLLIN, 0};
+    return PollUntil({&stSignals, 1}, std::min(stTime, Clock::now() + stWait)) ||
+           Clock::now() >= stTime;
 }
 
-bool LiveOutput::Write(std::string_view sLines) {
+bool LiveWriter::WaitForRoom(int iFd, bool bPatient) {
+    struct pollfd astPolls[] = {{iFd, POLLOUT, 0}, {m_stEnd.iSignals, POLLIN, 0}};
+    // Errors show when it is written.
+    if (PollUntil(astPolls, m_stEnd.stTime) && astPolls[0].revents != 0) {
+        return true;
+    }
+    m_stPatientUntil = std::min(m_stPatientUntil, Clock::now() + kPatience);
+    return bPatient && PollUntil({astPolls, 1}, m_stPatientUntil);
+}
+
+LiveWriter::Result LiveWriter::Write(int iFd, std::string_view sBytes, bool bLines) {
     // So much a pipe takes at once when it takes anything.
     constexpr size_t kPiece = PIPE_BUF;
-    bool bInLine = false;
-    while (!sLines.empty() && !m_bOver && !m_bGone) {
-        if (!WaitForRoom(bInLine)) {
+    bool bPatient = !bLines;
+    while (!sBytes.empty() && !m_bOver) {
+        if (!WaitForRoom(iFd, bPatient)) {
             m_bOver = true;
             break;
         }
-        const std::string_view sPiece = sLines.substr(0, kPiece);
-        const size_t uiEnd = sPiece.rfind('\n');
+        const std::string_view sPiece = sBytes.substr(0, kPiece);
+        const size_t uiEnd = bLines ? sPiece.rfind('\n') : std::string_view::npos;
         const size_t uiCount = uiEnd == std::string_view::npos ? sPiece.size() : uiEnd + 1;
-        const ssize_t iCount = write(STDOUT_FILENO, sPiece.data(), uiCount);
+        const ssize_t iCount = write(iFd, sPiece.data(), uiCount);
         if (iCount > 0) {
-            bInLine = sPiece[static_cast<size_t>(iCount) - 1] != '\n';
-            sLines.remove_prefix(static_cast<size_t>(iCount));
-        } else if (iCount < 0 && (errno == EPIPE || errno == EIO)) {
-            m_bGone = true;
+            bPatient = !bLines || sPiece[static_cast<size_t>(iCount) - 1] != '\n';
+            sBytes.remove_prefix(static_cast<size_t>(iCount));
         } else if (iCount < 0 && errno != EINTR && errno != EAGAIN) {
-            throw GatewayError("cannot write the output: " + ErrnoText(errno));
+            return Result::kFailed;
         }
     }
-    return sLines.empty();
+    return sBytes.empty() ? Result::kAll : Result::kNotAll;
+}
+
+bool LiveOutput::Write(std::string_view sLines) {
+    if (m_bGone) {
+        return false;
+    }
+    const LiveWriter::Result eResult = m_stWriter.WriteLines(STDOUT_FILENO, sLines);
+    if (eResult == LiveWriter::Result::kFailed) {
+        if (errno != EPIPE && errno != EIO) {
+            throw GatewayError("cannot write the output: " + ErrnoText(errno));
+        }
+        m_bGone = true;
+    }
+    return eResult == LiveWriter::Result::kAll;
 }
 
 size_t LiveOutput::Columns() {
