@@ -78,7 +78,7 @@ public final class Gateway {
             return;
         }
         try {
-            RuntimeDirectory.find();
+            RuntimeDirectory.check();
         } catch (IOException e) {
             throw new UnreachableException(e.getMessage());
         }

@@ -16,25 +16,37 @@ public final class RuntimeDirectory {
     private RuntimeDirectory() {}
 
     /**
-     * Finds it, as the environment names it. That a gateway runs there is not looked at.
+     * Looks whether the environment names it; not whether a gateway runs there.
      *
-     * @return the folder
-     * @throws IOException if the environment doesn't name one; the message says what to do
+     * @throws IOException if it doesn't; the message says what to do
      */
-    public static Path find() throws IOException {
+    public static void check() throws IOException {
         String name = System.getenv(kVariable);
         if (name == null || name.isEmpty()) {
             throw new IOException(kVariable + " is not set." + kAdvice);
         }
         try {
-            Path folder = Path.of(name);
-            if (Files.isDirectory(folder)) {
-                return folder;
+            if (!Files.isDirectory(Path.of(name))) {
+                throw new IOException(kVariable + " is no directory: " + name + "." + kAdvice);
             }
+        } catch (InvalidPathException e) {
+            return; // in letters of another locale; native code doesn't mind
+        }
+    }
+
+    /**
+     * Finds it, for what Java itself does there.
+     *
+     * @return the folder
+     * @throws IOException as check does, or if Java can't use the name in this locale
+     */
+    public static Path find() throws IOException {
+        check();
+        try {
+            return Path.of(System.getenv(kVariable));
         } catch (InvalidPathException e) {
             throw new IOException(kVariable + " has letters that this locale doesn't know: "
                     + e.getInput() + ". LC_ALL=C.UTF-8 knows all.");
         }
-        throw new IOException(kVariable + " is no directory: " + name + "." + kAdvice);
     }
 }
