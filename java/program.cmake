@@ -20,13 +20,14 @@ function(wap_system_jars sVariable)
 endfunction()
 
 # wap_java_program(NAME MAIN CLASS LIBRARIES PATHS [CLASS_PATH JAR...] [OPTIONS TEXT...]) compiles
-# what is in src/ beside the caller to NAME.jar and makes the script NAME that starts it. LIBRARIES
-# are jars of the system; CLASS_PATH names jars of this project that the program has at run time, and
-# OPTIONS are further options of the virtual machine, in which the script knows its jars' folder as
-# $sJars and its tree as $sRoot.
+# what is in src/ beside the caller, and what the programs share, to NAME.jar and makes the script
+# NAME that starts it. LIBRARIES are jars of the system; CLASS_PATH names jars of this project that
+# the program has at run time, and OPTIONS are further options of the virtual machine, in which the
+# script knows its jars' folder as $sJars and its tree as $sRoot.
 function(wap_java_program sName)
     cmake_parse_arguments(ARG "" "MAIN;LIBRARIES" "CLASS_PATH;OPTIONS" ${ARGN})
-    file(GLOB_RECURSE acSources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/*.java)
+    file(GLOB_RECURSE acSources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/*.java
+        ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/shared/src/*.java)
     set(sJar ${WAP_JAVA_DIR}/${sName}.jar)
     set(sClasses ${CMAKE_CURRENT_BINARY_DIR}/classes)
     add_custom_command(

@@ -23,6 +23,18 @@ osgi() {
     check "osgi: the sample says what README.md shows" out_is_as_shown osgi
     check "osgi: nothing is left in the home" nobody_barred "$pcDir"
 
+    run named "$pcDir" --keep osgi --seconds 0 -D sample.unwanted=printer
+    check "osgi: a host that is named is waited for in place of the visitor" exits named 0
+    check "osgi: it is black-listed, and taken off again" has "$pcWork/named.out" \
+        "[sample] black-listed 02:A1:B2:00:20:05 printer (LAN3)" \
+        "[sample] took off the black list: 02:A1:B2:00:20:05 printer (LAN3)"
+    run help "$pcDir" --keep osgi --help
+    check "osgi: its help shows a property as it is typed" \
+        has "$pcWork/help.out" "[-D NAME=VALUE]" "--seconds N"
+    "$pcBin/wap-osgi" >"$pcWork/nowhere.out" 2>"$pcWork/nowhere.err"
+    check "osgi: without a runtime directory it says what to do" has "$pcWork/nowhere.err" \
+        "wap-osgi: VT_RUNTIME_DIR is not set." "gatewayctl start"
+
     ctl "$pcDir" set macFilter.status 1
     run chosen "$pcDir" --keep osgi --seconds 1 -D sample.unwanted=02:a1:b2:00:20:04 \
         "$pcRoot/build/release/java/wap-sample-bundle.jar"
@@ -39,7 +51,9 @@ osgi() {
     run badword "$pcDir" --keep osgi --nonsense
     check "osgi: an unknown option ends with 2" exits badword 2
     run nosample "$pcDir" --keep osgi -D sample.unwanted=nobody --patience 1
-    check "osgi: a sample that does not black-list its visitor ends with 1" exits nosample 1
+    check "osgi: a sample that black-lists nobody ends with 1" exits nosample 1
+    check "osgi: it says whom it has waited for" has "$pcWork/nosample.err" \
+        "no host on the LAN has been called nobody in 1 seconds; 'gatewayctl host list' shows"
     check "osgi: its visitor leaves all the same" nobody_barred "$pcDir"
 
     begin ended "$pcDir" osgi --seconds 60

@@ -1,5 +1,7 @@
 package com.veltra.domoline.console;
 
+import com.veltra.domoline.shared.RuntimeDirectory;
+import java.io.IOException;
 import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.util.List;
@@ -16,8 +18,8 @@ public final class Gateway {
 
     /** What to do when calls fail because no gateway answers. */
     static final String kHint =
-            "Does the gateway run? 'gatewayctl status' shows its processes, './run' starts it;"
-            + " VT_RUNTIME_DIR must name its runtime directory.";
+            "Does the gateway run where VT_RUNTIME_DIR says? 'gatewayctl status' shows its"
+            + " processes, 'gatewayctl start' starts them.";
 
     private final ServiceCatalog catalog;
     private boolean bStarted;
@@ -68,11 +70,17 @@ public final class Gateway {
     /**
      * Loads the library and starts the message service; later calls do nothing.
      *
-     * @throws UnreachableException if one of them can't be done
+     * @throws UnreachableException if one of them can't be done, or no folder is named where the
+     *     gateway could be
      */
     void start() throws UnreachableException {
         if (bStarted) {
             return;
+        }
+        try {
+            RuntimeDirectory.check();
+        } catch (IOException e) {
+            throw new UnreachableException(e.getMessage());
         }
         for (Method method : catalog.methods()) {
             if (method.getName().equals(kStartMethod)) {

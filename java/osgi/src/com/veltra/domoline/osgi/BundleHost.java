@@ -104,6 +104,16 @@ public final class BundleHost implements AutoCloseable {
     }
 
     /**
+     * Tells what bundles get for a property.
+     *
+     * @param name its name
+     * @return its value, or {@code null}
+     */
+    public String property(String name) {
+        return framework.getBundleContext().getProperty(name);
+    }
+
+    /**
      * Names the framework.
      *
      * @return its name and version

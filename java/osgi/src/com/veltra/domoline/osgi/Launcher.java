@@ -1,11 +1,11 @@
 package com.veltra.domoline.osgi;
 
+import com.veltra.domoline.shared.RuntimeDirectory;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;
 import java.io.IOException;
 import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
-import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.HashMap;
@@ -56,8 +56,8 @@ public final class Launcher implements Callable<Integer> {
     private Integer seconds;
 
     @Option(names = "--patience", paramLabel = "N",
-            description =
-                    "give the sample so many seconds to black-list its visitor; without one 60")
+            description = "give the sample so many seconds to black-list its visitor, or whom"
+                    + " sample.unwanted names; without one 60")
     private int iPatience = 60;
 
     @Parameters(paramLabel = "BUNDLE", description = "jars of bundles, which are started in order")
@@ -82,7 +82,15 @@ public final class Launcher implements Callable<Integer> {
         Launcher launcher = new Launcher();
         System.exit(new CommandLine(launcher)
                             .setExecutionExceptionHandler(launcher::explain)
+                            .setHelpFactory(Launcher::help)
                             .execute(words));
+    }
+
+    /** Values are understood behind a blank and behind '='; -D=NAME=VALUE would be hard to read. */
+    private static CommandLine.Help help(
+            CommandLine.Model.CommandSpec command, CommandLine.Help.ColorScheme colors) {
+        command.parser().separator(" "); // by now the words are parsed
+        return new CommandLine.Help(command, colors);
     }
 
     private int explain(Exception reason, CommandLine line, CommandLine.ParseResult words)
@@ -111,7 +119,8 @@ public final class Launcher implements Callable<Integer> {
 
     @Override
     public Integer call() throws BundleException, IOException, InterruptedException {
-        try (BundleHost host = new BundleHost(storage(), properties)) {
+        Path storage = RuntimeDirectory.find().resolve("osgi");
+        try (BundleHost host = new BundleHost(storage, properties)) {
             Thread end = new Thread(() -> end(host), "end");
             Runtime.getRuntime().addShutdownHook(end); // for Ctrl-C and other signals
             show(host);
@@ -130,15 +139,6 @@ public final class Launcher implements Callable<Integer> {
         } catch (BundleException | IOException | InterruptedException e) {
             complain(e);
         }
-    }
-
-    private static Path storage() throws IOException {
-        String folder = System.getenv("VT_RUNTIME_DIR");
-        if (folder == null || !Files.isDirectory(Path.of(folder))) {
-            throw new IOException("VT_RUNTIME_DIR must name the gateway's runtime directory;"
-                    + " 'gatewayctl start' starts the gateway there");
-        }
-        return Path.of(folder, "osgi");
     }
 
     private void show(BundleHost host) throws BundleException, IOException, InterruptedException {
@@ -164,7 +164,8 @@ public final class Launcher implements Callable<Integer> {
         if (bSample) {
             say("A host joins the LAN, as with: gatewayctl " + Visitor.kCommand);
             visitor.come();
-            visitor.awaitRefusal(iPatience);
+            String unwanted = host.property("sample.unwanted");
+            visitor.awaitRefusal(unwanted == null ? Visitor.kName : unwanted, iPatience);
         }
         if (bTimed) {
             TimeUnit.SECONDS.sleep(seconds == null ? kDefaultSeconds : seconds);

@@ -1,17 +1,29 @@
 package com.veltra.domoline.osgi;
 
+import com.google.gson.Gson;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
 import java.util.concurrent.TimeUnit;
+import java.util.function.Predicate;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
 
 /** A host that comes to the simulated home, for a bundle to have something to do. */
 final class Visitor {
     private static final String kMac = "02:00:00:00:00:77";
+    /** What it calls itself, and whom the sample refuses unless told otherwise. */
+    static final String kName = "unwanted";
     /** The command that brings it, as a user would type it. */
-    static final String kCommand = "host add " + kMac + " --name unwanted --interface SSID1";
+    static final String kCommand = "host add " + kMac + " --name " + kName + " --interface SSID1";
+
+    /** A host as the lists of the simulated home have it. */
+    private static final class Host {
+        private String mac;
+        private String name;
+    }
 
     private final String gatewayctl;
     private boolean bHere;
@@ -34,16 +46,38 @@ final class Visitor {
         bHere = true;
     }
 
-    /** Waits so many seconds until the gateway has it on the MAC filter's list. */
-    void awaitRefusal(int iSeconds) throws IOException, InterruptedException {
+    /**
+     * Waits until the gateway has a host on the MAC filter's list: this one, or another.
+     *
+     * @param nameOrMac the host; one that isn't there yet may come in the meantime
+     * @param iSeconds how long at most
+     */
+    void awaitRefusal(String nameOrMac, int iSeconds) throws IOException, InterruptedException {
         long lEnd = System.nanoTime() + TimeUnit.SECONDS.toNanos(iSeconds);
-        while (!run("get", "macFilter.lan").contains(kMac)) {
+        List<String> called = called(nameOrMac);
+        while (called.isEmpty() || !macs("macFilter.lan", host -> true).containsAll(called)) {
             if (System.nanoTime() > lEnd) {
-                throw new IOException("nobody has black-listed the visitor " + kMac + " in "
-                        + iSeconds + " seconds");
+                throw new IOException((called.isEmpty() ? "no host on the LAN has been called "
+                                                        : "nobody has black-listed ")
+                        + nameOrMac + " in " + iSeconds
+                        + " seconds; 'gatewayctl host list' shows who is there");
             }
             Thread.sleep(100);
+            called = called(nameOrMac);
         }
+    }
+
+    private List<String> called(String nameOrMac) throws IOException, InterruptedException {
+        return macs("hosts",
+                host -> nameOrMac.equalsIgnoreCase(host.mac) || nameOrMac.equals(host.name));
+    }
+
+    private List<String> macs(String list, Predicate<Host> wanted)
+            throws IOException, InterruptedException {
+        return Stream.of(new Gson().fromJson(run("get", list), Host[].class))
+                .filter(wanted)
+                .map(host -> host.mac)
+                .collect(Collectors.toList());
     }
 
     /** Leaves, if it has come. */

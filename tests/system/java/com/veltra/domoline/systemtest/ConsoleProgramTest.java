@@ -139,16 +139,38 @@ class ConsoleProgramTest {
         assertFalse(console(null, "--help").out.isEmpty());
     }
 
+    private static final String kHowToStart =
+            " It must name the runtime directory of a gateway that runs.\n"
+            + "In a clone, './run --keep tour' starts one and says what to set.\n"
+            + "With an installed SDK: export VT_RUNTIME_DIR=DIR; gatewayctl start\n";
+
     @Test
-    void refusedStartIsExplained() {
+    void withoutARuntimeDirectoryItSaysHowToGetOne(@TempDir Path folder) {
         ProcessBuilder builder =
                 new ProcessBuilder(Gateway.property("wap.console"), "call", "getDeviceMAC");
         builder.environment().remove("VT_RUNTIME_DIR");
-        Gateway.Result result = Gateway.run(builder);
+        Gateway.Result unset = Gateway.run(builder);
+        assertEquals("VT_RUNTIME_DIR is not set." + kHowToStart, unset.err);
+        assertEquals("", unset.out);
+        assertEquals(1, unset.iExit);
+        assertEquals(unset.err, console(Path.of(""), "tour").err);
+        Path nowhere = folder.resolve("nowhere");
+        Gateway.Result wrong = console(nowhere, "call", "getDeviceMAC");
+        assertEquals("VT_RUNTIME_DIR is no directory: " + nowhere + "." + kHowToStart, wrong.err);
+        assertEquals(1, wrong.iExit);
+        assertFalse(Files.exists(nowhere));
+    }
+
+    @Test
+    void refusedStartIsExplained(@TempDir Path folder) throws IOException {
+        Path open = Files.createDirectory(folder.resolve("open"));
+        // Others may look into it, which the message service minds.
+        Files.setPosixFilePermissions(open, PosixFilePermissions.fromString("rwxr-xr-x"));
+        Gateway.Result result = console(open, "call", "getDeviceMAC");
         assertEquals(1, result.iExit);
         assertEquals("", result.out);
         assertTrue(result.err.contains("startThread answered 1"), result.err);
-        assertTrue(result.err.contains("VT_RUNTIME_DIR"), result.err);
+        assertTrue(result.err.contains("'gatewayctl start' starts them"), result.err);
     }
 
     /** Calls getJVMInfo where the path has nothing but one folder. */

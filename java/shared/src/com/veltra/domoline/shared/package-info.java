@@ -1,0 +1,2 @@
+/** What the programs on a PC have in common; each has it in its own jar. */
+package com.veltra.domoline.shared;
