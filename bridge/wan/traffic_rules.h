@@ -62,15 +62,15 @@ struct RuleKind {
 constexpr bool IsSound(const RuleKind &stKind) {
     uint32_t uiTexts = 0;
     uint32_t uiNumbers = 0;
-    bool bInRecord = true;
+    uint32_t uiBeyond = 0;
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
         const RuleColumn &stColumn = stKind.pstColumns[i];
         uiTexts += stColumn.usSize + 1u;
         uiNumbers += stColumn.eType == RuleColumnType::kNumber ? 1 : 0;
-        bInRecord = bInRecord && uint32_t{stColumn.usAt} + stColumn.usSize <= stKind.uiRecordSize;
+        uiBeyond += uint32_t{stColumn.usAt} + stColumn.usSize > stKind.uiRecordSize ? 1 : 0;
     }
     return stKind.uiColumns <= kRuleColumnsMax && stKind.uiRecordSize <= kRuleRecordMax &&
-           uiTexts <= kRuleRecordMax && uiNumbers <= 1 && bInRecord;
+           uiTexts <= kRuleRecordMax && uiNumbers <= 1 && uiBeyond == 0;
 }
 
 /// The port of a collector as a decimal text of at most five characters; a number that has more is

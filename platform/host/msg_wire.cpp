@@ -75,6 +75,7 @@ constexpr size_t kShortPacket = 4096;
 /** That piece. Requests and replies may hold passwords, so nothing stays behind. */
 class ShortPacket {
   public:
+    // cppcheck-suppress uninitMemberVar ; what is used of it is written before
     explicit ShortPacket(size_t uiLen) : uiUsed(uiLen) {}
     ~ShortPacket() { explicit_bzero(aucBytes, uiUsed); }
     ShortPacket(const ShortPacket &) = delete;
