@@ -75,6 +75,13 @@ endif()
 
 # What Debian wants of a package: loading finds a new library at once, and documents of its own.
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/package/triggers)
+set(sJavadocCopyright "")
+if(WAP_PACKAGE STREQUAL "sdk")
+    # Only the SDK has the Javadoc, with what the JDK's makers and others wrote.
+    set(sFile ${PROJECT_SOURCE_DIR}/cmake/package/copyright-javadoc)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${sFile})
+    file(READ ${sFile} sJavadocCopyright)
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/package/copyright.in
     ${CMAKE_BINARY_DIR}/package/copyright @ONLY)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/package/changelog.in

@@ -2,6 +2,8 @@
 #include <errno.h>
 #include <stdio.h>
 #include <string.h>
+#include <sys/ipc.h>
+#include <sys/shm.h>
 #include <time.h>
 
 #include <algorithm>
@@ -18,6 +20,7 @@
 #include "monitor/capture.h"
 #include "monitor/event_json.h"
 #include "monitor/event_text.h"
+#include "records/access_right.h"
 
 namespace wap::gateway {
 
@@ -117,10 +120,58 @@ std::string RequestOf(const TapEvent &stEvent) {
     return acRequest;
 }
 
-/// Sends a call again; returns what comes of it. Throws GatewayError when a block can't be made.
+/// The segment that some calls are answered in: who makes such a call makes it before, and removes
+/// it afterwards.
+class AnswerSegment {
+  public:
+    /// Makes it when the call needs one. Throws GatewayError when that can't be done.
+    AnswerSegment(const TapEvent &stEvent, const std::string &acRequest) {
+        RightFill stFill = {};
+        const int32_t iKey = KeyOf(stEvent);
+        if (iKey == IPC_PRIVATE || acRequest.size() != sizeof(stFill)) {
+            return;
+        }
+        memcpy(&stFill, acRequest.data(), sizeof(stFill));
+        // Open as the library's own is, which may come upon this one.
+        m_iId = VT_OS_ShmGet(iKey, stFill.uiSize, IPC_CREAT | IPC_EXCL | 0777);
+        if (m_iId >= 0) {
+            return;
+        }
+        const int iError = errno;
+        if (iError != EEXIST) {
+            throw GatewayError("the segment for its answer can't be made: " + ErrnoText(iError));
+        }
+        if (VT_OS_ShmGet(iKey, stFill.uiSize, 0) < 0 && errno == EINVAL) {
+            throw GatewayError(
+                "somebody else has made the segment for its answer, and it is too"
+                " small; once nobody asks, gatewayctl restart removes it");
+        }
+    }
+    AnswerSegment(const AnswerSegment &) = delete;
+    AnswerSegment &operator=(const AnswerSegment &) = delete;
+    ~AnswerSegment() {
+        if (m_iId >= 0) {
+            (void)VT_OS_ShmCtl(m_iId, IPC_RMID, nullptr);
+        }
+    }
+
+  private:
+    /// IPC_PRIVATE when it is answered without a segment.
+    static int32_t KeyOf(const TapEvent &stEvent) {
+        return stEvent.uiId == kRpcFillFtpRight     ? kFtpRightKey
+               : stEvent.uiId == kRpcFillSambaRight ? kSambaRightKey
+                                                    : IPC_PRIVATE;
+    }
+
+    int32_t m_iId = -1;  ///< of the one that was made here
+};
+
+/// Sends a call again; returns what comes of it. Throws GatewayError when a block or a segment
+/// can't be made.
 uint32_t SendCall(const TapEvent &stEvent) {
     const WireRpc *pstRpc = RpcOf(stEvent);
     const std::string acRequest = RequestOf(stEvent);
+    const AnswerSegment stSegment(stEvent, acRequest);
     std::string acReply(stEvent.uiRoom, '\0');
     const uint32_t uiStatus =
         VT_MSG_RpcCall(&stEvent.stHead, stEvent.uiId, stEvent.uiDstMid, acRequest.data(),

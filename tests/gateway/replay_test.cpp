@@ -1,4 +1,7 @@
 // Captures: what Debian's own reader says of them, and that they can be sent again.
+#include <sys/ipc.h>
+#include <sys/shm.h>
+
 #include <chrono>
 #include <sstream>
 #include <thread>
@@ -58,6 +61,27 @@ class ReplayTest : public WatchTest {
         return Call("gulm", bAdd ? 0x48304173 : 0x48304174,
                     NewBlock("10.0.0.1\0"s) + Field(acBundle, 256), 4)
             .uiStatus;
+    }
+
+    /// A call whose caller makes the room for the answer, under a key.
+    struct SegmentCall {
+        uint32_t uiRpcId;
+        int32_t iKey;
+    };
+    static constexpr SegmentCall kFtp = {0x47209038, 0xD2036};
+    static constexpr SegmentCall kSamba = {0x4720903D, 0xD2038};
+
+    static int32_t MakeSegment(const SegmentCall &stCall, uint32_t uiSize) {
+        const int32_t iId = VT_OS_ShmGet(stCall.iKey, uiSize, IPC_CREAT | IPC_EXCL | 0600);
+        EXPECT_GE(iId, 0);
+        return iId;
+    }
+    /// Makes a segment, has it filled and removes it; returns the status.
+    static uint32_t Fill(const SegmentCall &stCall, uint32_t uiSize, uint32_t uiClaimed) {
+        const int32_t iId = MakeSegment(stCall, uiSize);
+        const uint32_t uiStatus = Call("osgi_proxy", stCall.uiRpcId, Word(uiClaimed), 4).uiStatus;
+        EXPECT_EQ(VT_OS_ShmCtl(iId, IPC_RMID, nullptr), 0);
+        return uiStatus;
     }
     std::string Name() const { return CtlOk({"get", "network.gatewayName"}); }
     std::string Blocks() const { return Run({"ls", m_acDir + "/vdata"}).acOut; }
@@ -152,6 +176,51 @@ TEST_F(ReplayTest, SecretsThatAreWrittenOverAreSentSo) {
     const std::string acOut = CtlOk({"replay", File(), "--fast"});
     EXPECT_NE(acOut.find("2 sent: 2 ended as before"), std::string::npos) << acOut;
     EXPECT_EQ(acOut.find("written over"), std::string::npos) << acOut;
+}
+
+TEST_F(ReplayTest, MakesTheSegmentsThatCallersMake) {
+    CtlOk({"start", "usb_mngt", "--timeout", "60"});
+    Capture([this] {
+        EXPECT_EQ(Fill(kFtp, 1000, 1000), 0u);
+        EXPECT_EQ(Fill(kSamba, 1000, 1000), 0u);
+        EXPECT_EQ(Fill(kSamba, 1000, 8), uint32_t{VT_HOST_ERR_TOO_LONG});
+        EXPECT_EQ(Call("osgi_proxy", kFtp.uiRpcId, "abc", 4).uiStatus,
+                  uint32_t{VT_HOST_ERR_ARGUMENT});
+        EXPECT_TRUE(Soon([this] { return CountOf(Out("watch"), "Right ") == 4; }));
+    });
+    EXPECT_EQ(WithoutTimes(CtlOk({"replay", File(), "--fast", "--rpc", "Fill*"})),
+              "osgi_proxy  FillFtpRight           0x47209038 TOOK  ok\n"
+              "osgi_proxy  FillSambaRight         0x4720903D TOOK  ok\n"
+              "osgi_proxy  FillSambaRight         0x4720903D TOOK  0xF7000008 too long\n"
+              "osgi_proxy  FillFtpRight           0x47209038 TOOK  0xF7000001 bad request\n"
+              "4 sent: 4 ended as before, 0 otherwise\n");
+    EXPECT_EQ(VT_OS_ShmGet(kFtp.iKey, 0, 0), -1) << "removed again";
+    EXPECT_EQ(VT_OS_ShmGet(kSamba.iKey, 0, 0), -1);
+}
+
+TEST_F(ReplayTest, SegmentsOfOthersStay) {
+    Capture([this] {
+        EXPECT_EQ(Fill(kFtp, 1000, 1000), 0u);
+        Await("watch.out", "FillFtpRight");
+    });
+    const std::vector<std::string> astReplay = {"replay", File(), "--fast", "--rpc", "Fill*"};
+    const int32_t iLarge = MakeSegment(kFtp, 2000);
+    CtlOk(astReplay);
+    EXPECT_EQ(VT_OS_ShmGet(kFtp.iKey, 0, 0), iLarge);
+    const auto *pcText = static_cast<const char *>(VT_OS_ShmAt(iLarge, nullptr, SHM_RDONLY));
+    EXPECT_EQ(std::string(pcText, 12), R"({"Result":0,)") << "it is the one that was filled";
+    EXPECT_EQ(VT_OS_ShmDt(pcText), 0);
+    EXPECT_EQ(VT_OS_ShmCtl(iLarge, IPC_RMID, nullptr), 0);
+    const int32_t iSmall = MakeSegment(kFtp, 999);
+    const Outcome stReplay = Ctl(astReplay);
+    EXPECT_EQ(stReplay.iExit, 1);
+    EXPECT_EQ(WithoutTimes(stReplay.acOut),
+              "osgi_proxy  FillFtpRight           0x47209038 TOOK  not sent: somebody else has made"
+              " the segment for its answer, and it is too small; once nobody asks,"
+              " gatewayctl restart removes it\n"
+              "0 sent: 0 ended as before, 0 otherwise; 1 can't be sent\n");
+    EXPECT_EQ(VT_OS_ShmGet(kFtp.iKey, 0, 0), iSmall);
+    EXPECT_EQ(VT_OS_ShmCtl(iSmall, IPC_RMID, nullptr), 0);
 }
 
 TEST_F(ReplayTest, KeepsThePaces) {

@@ -52,6 +52,47 @@ has_documents() { # has_documents FOLDER
     cmp "$1/LICENSE" "$pcRoot/LICENSE" && grep -q '^License: Apache-2.0$' "$1/copyright" &&
         grep -q '^vt-wap-jni' <<<"$(gzip -dc "$1/changelog.gz")"
 }
+# Each file whose licence a paragraph of copyright tells, and that licence: the last paragraph counts, '*'
+# stands for slashes, too. Fails when a licence has no text, or a pattern no file.
+licences() { # licences TREE COPYRIGHT
+    local -A acLicences
+    local pcPattern pcLicence pcFile iFound iFailed=0
+    while IFS=$'\t' read -r pcPattern pcLicence; do
+        grep -q '^ .' <<<"$(grep -A1 -xF "License: $pcLicence" "$2")" ||
+            { echo "without a text: $pcLicence" >&2 && iFailed=1; }
+        iFound=0
+        while read -r pcFile; do
+            # shellcheck disable=SC2053
+            [[ ${pcFile#./} == $pcPattern ]] && acLicences[$pcFile]=$pcLicence && iFound=1
+        done < <(files_of "$1")
+        [ "$iFound" -eq 1 ] || { echo "without a file: $pcPattern" >&2 && iFailed=1; }
+    done < <(awk '
+        /^Files:/ { pcFiles = substr($0, 7); bFiles = 1; next }
+        /^[^ ]/ { bFiles = 0 }
+        bFiles { pcFiles = pcFiles $0 }
+        /^$/ { pcFiles = "" }
+        /^License:/ && pcFiles != "" {
+            iCount = split(pcFiles, acPatterns, " ")
+            for (i = 1; i <= iCount; ++i) print acPatterns[i] "\t" substr($0, 10)
+        }' "$2")
+    for pcFile in "${!acLicences[@]}"; do
+        printf '%s\t%s\n' "$pcFile" "${acLicences[$pcFile]}"
+    done | sort
+    return "$iFailed"
+}
+# Beside the pages that javadoc makes of our sources it puts files of the JDK's makers and of others.
+javadoc_licences() { # javadoc_licences TREE
+    local pcDocuments=share/doc/vt-wap-jni-sdk pcJdk='GPL-2 with Classpath exception' pcSaid
+    pcSaid=$(licences "$1" "$1/$pcDocuments/copyright") || return
+    diff <(printf '%s\t%s\n' jquery-ui.overrides.css "$pcJdk" legal/ASSEMBLY_EXCEPTION "$pcJdk" \
+        legal/jquery.md Expat legal/jqueryUI.md Expat resources/glass.png "$pcJdk" \
+        resources/x.png "$pcJdk" script-dir/jquery-VERSION.min.js Expat \
+        script-dir/jquery-ui.min.css Expat script-dir/jquery-ui.min.js Expat script.js "$pcJdk" \
+        search.js "$pcJdk" stylesheet.css "$pcJdk") \
+        <(sed -nE "s,^\./$pcDocuments/api/,,p" <<<"$pcSaid" |
+            grep -vE '^(com/|[a-z-]+\.html|[a-z]+-search-index\.js|element-list)' |
+            sed -E 's/jquery-[0-9.]+\.min/jquery-VERSION.min/')
+}
 no_build_path() { # no_build_path FOLDER
     local iStatus
     [ "$(find "$1" -type f | wc -l)" -gt 0 ] || { echo "there is nothing in $1" && return 1; }
