@@ -62,15 +62,16 @@ struct RuleKind {
 constexpr bool IsSound(const RuleKind &stKind) {
     uint32_t uiTexts = 0;
     uint32_t uiNumbers = 0;
-    uint32_t uiBeyond = 0;
+    uint32_t uiEnd = 0;
     for (uint32_t i = 0; i < stKind.uiColumns; ++i) {
         const RuleColumn &stColumn = stKind.pstColumns[i];
         uiTexts += stColumn.usSize + 1u;
         uiNumbers += stColumn.eType == RuleColumnType::kNumber ? 1 : 0;
-        uiBeyond += uint32_t{stColumn.usAt} + stColumn.usSize > stKind.uiRecordSize ? 1 : 0;
+        const uint32_t uiColumnEnd = uint32_t{stColumn.usAt} + stColumn.usSize;
+        uiEnd = uiColumnEnd > uiEnd ? uiColumnEnd : uiEnd;
     }
     return stKind.uiColumns <= kRuleColumnsMax && stKind.uiRecordSize <= kRuleRecordMax &&
-           uiTexts <= kRuleRecordMax && uiNumbers <= 1 && uiBeyond == 0;
+           uiTexts <= kRuleRecordMax && uiNumbers <= 1 && uiEnd <= stKind.uiRecordSize;
 }
 
 /// The port of a collector as a decimal text of at most five characters; a number that has more is
