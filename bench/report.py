@@ -63,8 +63,9 @@ def method_rows(results):
 
 
 def part_rows(results, work):
-    """Where the time of a call goes: what its parts take by themselves, and what is left."""
+    """Where the time of a call goes: what its parts take by themselves, and what comes to them."""
     whole = median(results, f"bridge/{work}", "p50_us")
+    floor = median(results, f"floor/{work}", "p50_us")
     hosts = work == "hosts"
     parts = [("the platform's request" + (", as of getDeviceUpTime" if hosts else ""),
               f"request/{'up_time' if hosts else work}")]
@@ -74,8 +75,10 @@ def part_rows(results, work):
     if work != "up_time":
         parts += [("the Java text", f"text/{work}")]
     parts = [(what, median(results, name, "p50_us")) for what, name in parts]
-    parts += [("what is left: the way from Java and back, the bridge's checks and traces",
-               whole - sum(micros for _, micros in parts)), ("the bridge's call", whole)]
+    beside = floor - sum(micros for _, micros in parts)
+    parts += [("what the floor takes beside them", beside),
+              ("what the bridge takes beyond the floor", whole - floor),
+              ("the bridge's call", whole)]
     for what, micros in parts:
         yield (what, f"{micros:.1f}", f"{100 * micros / whole:.0f} %")
 
@@ -213,6 +216,10 @@ def document(results):
         *table(peers_head, peer_rows(results, "hosts", HOSTS_PEERS)),
         "",
         *table(PARTS_HEAD, part_rows(results, "hosts")),
+        "",
+        "Beside their parts, the floor and the bridge take the way from Java and back, and two"
+        " buffers of their own; and what each part finds in the processor's caches when it runs by"
+        " itself again and again, it has to fetch anew behind the others.",
         "",
         "The bridge and the floor read a compressed block, free it and decompress it, as blocks of"
         " more than 2048 bytes have to be compressed. On the host platform a block is a file, here"

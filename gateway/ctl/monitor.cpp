@@ -101,6 +101,8 @@ class MonitorRun {
 
     /// Says what there was, and leaves a whole capture behind.
     void Conclude() {
+        // However it came to this: whoever reads has half a second from now.
+        m_stEnd.stTime = Clock::time_point::min();
         if (!m_stOutput.ReaderIsGone()) {
             fprintf(stderr, "gatewayctl: %s\n", Summary().c_str());
         }
@@ -183,6 +185,7 @@ class MonitorRun {
                 return;
             }
             ReceiveFrom(astPolls, 0);
+            ShowArrived();
         }
         WarnOfUnconnected();
     }
@@ -318,7 +321,9 @@ class MonitorRun {
             return;
         }
         stConnection.acName = acName;
-        if (!bAsked) {
+        if (m_setFull.erase(acName) != 0) {
+            fprintf(stderr, "gatewayctl: %s is watched now\n", acName.c_str());
+        } else if (!bAsked) {
             fprintf(stderr, "gatewayctl: %s has started\n", acName.c_str());
         }
     }

@@ -132,8 +132,12 @@ class AnswerSegment {
             return;
         }
         memcpy(&stFill, acRequest.data(), sizeof(stFill));
-        // Open as the library's own is, which may come upon this one.
-        m_iId = VT_OS_ShmGet(iKey, stFill.uiSize, IPC_CREAT | IPC_EXCL | 0777);
+        if (stFill.uiSize > kSegmentMost) {
+            throw GatewayError("the segment for its answer would have " +
+                               std::to_string(stFill.uiSize) + " bytes, which no answer needs");
+        }
+        // All rights of its owner: the library may come upon this one, and asks for them.
+        m_iId = VT_OS_ShmGet(iKey, stFill.uiSize, IPC_CREAT | IPC_EXCL | 0700);
         if (m_iId >= 0) {
             return;
         }
@@ -156,6 +160,9 @@ class AnswerSegment {
     }
 
   private:
+    /// As long as the longest block.
+    static constexpr uint32_t kSegmentMost = 16u << 20;
+
     /// IPC_PRIVATE when it is answered without a segment.
     static int32_t KeyOf(const TapEvent &stEvent) {
         return stEvent.uiId == kRpcFillFtpRight     ? kFtpRightKey

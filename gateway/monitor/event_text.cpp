@@ -194,6 +194,9 @@ void AddWords(json_object *pstValue, const std::string &acName, Paragraph &stOut
             stOut.Word(acName + "={}");
         }
         json_object_object_foreach(pstValue, pcKey, pstMember) {
+            if (stOut.IsFull()) {
+                break;
+            }
             AddWords(pstMember, (acName.empty() ? "" : acName + ".") + PrintedName(pcKey), stOut);
         }
     } else if (std::any_of(astElements.begin(), astElements.end(), IsGroup)) {

@@ -249,12 +249,15 @@ TEST_F(MonitorLossTest, ProcessesThatTellTooManyAreNamedOnce) {
     }
     const gateway::FileDescriptor stLater = Connect(iWatch);
     Tell(stLater, Hello("gulm"));
-    Await("watch.err", "has started\n");
+    Await("watch.err", "is watched now\n");
+    Tell(Connect(iWatch), Framed(stFull));
+    EXPECT_TRUE(Soon([&] { return CountOf(Err("watch"), "is not watched") == 2; }));
     EndWatch("watch", iWatch);
     EXPECT_EQ(Err("watch"),
               "gatewayctl: watching for processes that start; none runs\n"
               "gatewayctl: gulm is not watched: 16 watch it already, which is the most\n"
-              "gatewayctl: gulm has started\n"
+              "gatewayctl: gulm is watched now\n"
+              "gatewayctl: gulm is not watched: 16 watch it already, which is the most\n"
               "gatewayctl: 0 seen, 0 shown, 0 lost\n");
 }
 
@@ -322,6 +325,22 @@ TEST_F(MonitorLossTest, CaptureThatNobodyReadsEndsInTime) {
                   std::string::npos)
             << Err("watch");
     }
+}
+
+TEST_F(MonitorLossTest, CaptureWhoseEndNobodyReadsEndsAllTheSame) {
+    const std::string acPipe = m_acDir + "/calls";
+    ASSERT_EQ(mkfifo(acPipe.c_str(), 0600), 0);
+    const gateway::FileDescriptor stPipe(open(acPipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_GE(stPipe.Get(), 0);
+    const pid_t iWatch = Watch("watch", {"--quiet", "--capture", acPipe, "--count", "1"});
+    EXPECT_FALSE(BytesIn(stPipe).empty()) << "how it begins";
+    // From now on a single write makes it full: that of the call, before the statistics.
+    EXPECT_GE(fcntl(stPipe.Get(), F_SETPIPE_SZ, 1), 0);
+    const gateway::FileDescriptor stProcess = Connect(iWatch);
+    Tell(stProcess, Hello("gulm") + CallOf("gulm", 0));
+    EXPECT_EQ(ExitSoon(iWatch), 0);
+    EXPECT_NE(Err("watch").find("gatewayctl: 1 seen, 1 shown, 0 lost\n"), std::string::npos)
+        << Err("watch");
 }
 
 TEST_F(MonitorLossTest, CaptureIntoAPipeThatNobodyOpensIsGivenUp) {

@@ -198,6 +198,20 @@ TEST_F(ReplayTest, MakesTheSegmentsThatCallersMake) {
     EXPECT_EQ(VT_OS_ShmGet(kSamba.iKey, 0, 0), -1);
 }
 
+TEST_F(ReplayTest, SegmentsThatNoAnswerNeedsAreNotMade) {
+    Capture([this] {
+        EXPECT_NE(Fill(kFtp, 1000, (16u << 20) + 1), 0u);
+        Await("watch.out", "FillFtpRight");
+    });
+    const Outcome stReplay = Ctl({"replay", File(), "--fast", "--rpc", "Fill*"});
+    EXPECT_EQ(stReplay.iExit, 1);
+    EXPECT_EQ(WithoutTimes(stReplay.acOut),
+              "osgi_proxy  FillFtpRight           0x47209038 TOOK  not sent: the segment for its"
+              " answer would have 16777217 bytes, which no answer needs\n"
+              "0 sent: 0 ended as before, 0 otherwise; 1 can't be sent\n");
+    EXPECT_EQ(VT_OS_ShmGet(kFtp.iKey, 0, 0), -1);
+}
+
 TEST_F(ReplayTest, SegmentsOfOthersStay) {
     Capture([this] {
         EXPECT_EQ(Fill(kFtp, 1000, 1000), 0u);

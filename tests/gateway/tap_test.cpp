@@ -186,15 +186,24 @@ class HeldBlock {
         return acState && acState->find(") S ") != std::string::npos;
     }
 
+    /// As somebody reads it; who does is let go.
+    bool OpensToWrite() const {
+        return FileDescriptor(open(m_acPath.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)).Get() >= 0;
+    }
+
     void LetGo(pid_t iReader) {
         constexpr std::chrono::milliseconds kSome(20);
-        while (!IsAsleep(iReader)) {
+        const auto stEnd = Clock::now() + std::chrono::minutes(1);
+        while (!IsAsleep(iReader) && Clock::now() < stEnd) {
             std::this_thread::yield();
         }
         std::this_thread::sleep_for(kSome);
         m_ulHeldUs = NowUs();
         std::this_thread::sleep_for(kSome);
-        EXPECT_GE(FileDescriptor(open(m_acPath.c_str(), O_WRONLY | O_CLOEXEC)).Get(), 0);
+        while (!OpensToWrite() && Clock::now() < stEnd) {
+            std::this_thread::sleep_for(kSome);
+        }
+        EXPECT_LT(Clock::now(), stEnd) << "nobody has read it";
     }
 
     std::string m_acPath;

@@ -1,6 +1,7 @@
 package com.veltra.domoline.osgi;
 
 import com.google.gson.Gson;
+import com.google.gson.JsonParseException;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
@@ -74,10 +75,24 @@ final class Visitor {
 
     private List<String> macs(String list, Predicate<Host> wanted)
             throws IOException, InterruptedException {
-        return Stream.of(new Gson().fromJson(run("get", list), Host[].class))
+        return Stream.of(hosts(list))
                 .filter(wanted)
                 .map(host -> host.mac)
                 .collect(Collectors.toList());
+    }
+
+    /** What a list holds; whoever changes the home may have put anything there. */
+    private Host[] hosts(String list) throws IOException, InterruptedException {
+        String problem = "'gatewayctl get " + list + "' shows no list of hosts";
+        try {
+            Host[] hosts = new Gson().fromJson(run("get", list), Host[].class);
+            if (hosts == null || Arrays.asList(hosts).contains(null)) {
+                throw new IOException(problem);
+            }
+            return hosts;
+        } catch (JsonParseException e) {
+            throw new IOException(problem, e);
+        }
     }
 
     /** Leaves, if it has come. */
