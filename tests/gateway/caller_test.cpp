@@ -61,6 +61,12 @@ class Child {
         })) << acLine;
     }
 
+    /// Waits until all its threads have ended, also those of an emulator; it stays unburied.
+    void AwaitEnd() const {
+        siginfo_t stInfo = {};
+        EXPECT_EQ(waitid(P_PID, static_cast<id_t>(m_iPid), &stInfo, WEXITED | WNOWAIT), 0);
+    }
+
     void Kill() const {
         // No other number: 0 and those below are many processes.
         if (m_iPid > 0) {
@@ -134,7 +140,7 @@ TEST(CallerTest, EndedProcessDoesNotRunEvenBeforeAnybodyWaitsForIt) {
     const Caller stCaller = FindCaller(stChild.Pid()).value_or(Caller{});
     EXPECT_TRUE(IsAlive(stCaller));
     stChild.Kill();
-    stChild.AwaitZombie();
+    stChild.AwaitEnd();
     EXPECT_FALSE(FindCaller(stCaller.iPid));
     EXPECT_FALSE(IsAlive(stCaller));
     stChild.Bury();
