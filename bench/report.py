@@ -80,7 +80,8 @@ def part_rows(results, work):
               ("what the bridge takes beyond the floor", whole - floor),
               ("the bridge's call", whole)]
     for what, micros in parts:
-        yield (what, f"{micros:.1f}", f"{100 * micros / whole:.0f} %")
+        # Adding 0 takes the sign off what rounds to nothing.
+        yield (what, f"{round(micros, 1) + 0:.1f}", f"{round(100 * micros / whole) + 0} %")
 
 
 def save(pyplot, figure, folder, name):
@@ -219,7 +220,7 @@ def document(results):
         "",
         "Beside their parts, the floor and the bridge take the way from Java and back, and two"
         " buffers of their own; and what each part finds in the processor's caches when it runs by"
-        " itself again and again, it has to fetch anew behind the others.",
+        " itself again and again, it may have to fetch anew behind the others.",
         "",
         "The bridge and the floor read a compressed block, free it and decompress it, as blocks of"
         " more than 2048 bytes have to be compressed. On the host platform a block is a file, here"

@@ -83,10 +83,12 @@ final class Visitor {
 
     /** What a list holds; whoever changes the home may have put anything there. */
     private Host[] hosts(String list) throws IOException, InterruptedException {
-        String problem = "'gatewayctl get " + list + "' shows no list of hosts";
+        String problem = "'gatewayctl get " + list + "' shows no list of hosts; 'gatewayctl stop' and"
+                + " 'gatewayctl start --fresh' begin with a new home";
         try {
             Host[] hosts = new Gson().fromJson(run("get", list), Host[].class);
-            if (hosts == null || Arrays.asList(hosts).contains(null)) {
+            if (hosts == null
+                    || Stream.of(hosts).anyMatch(host -> host == null || host.mac == null)) {
                 throw new IOException(problem);
             }
             return hosts;
