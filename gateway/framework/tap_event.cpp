@@ -35,6 +35,20 @@ bool KindsAreRight(const TapHead &stHead) {
             (eSide == WireSide::kNone && stHead.auiLength[kTapBlock] == 0));
 }
 
+/// What an event and its head have alike, from one of them to the other.
+template <class From, class To>
+void CopySame(const From &stFrom, To &stTo) {
+    stTo.ulTimeUs = stFrom.ulTimeUs;
+    stTo.ulDurationUs = stFrom.ulDurationUs;
+    stTo.uiId = stFrom.uiId;
+    stTo.uiDstMid = stFrom.uiDstMid;
+    stTo.uiCode = stFrom.uiCode;
+    stTo.uiRoom = stFrom.uiRoom;
+    stTo.uiSenderPid = stFrom.uiSenderPid;
+    stTo.uiReceiverPid = stFrom.uiReceiverPid;
+    stTo.stHead = stFrom.stHead;
+}
+
 template <size_t kSize>
 void EndText(char (&acField)[kSize]) {
     acField[kSize - 1] = '\0';
@@ -54,16 +68,8 @@ std::string EncodeEvent(const TapEvent &stEvent) {
         stHead.uiFaultDelayMs = stEvent.stFault->uiDelayMs;
     }
     stHead.ucBlockSide = static_cast<uint8_t>(stEvent.eBlockSide);
-    stHead.ulTimeUs = stEvent.ulTimeUs;
-    stHead.ulDurationUs = stEvent.ulDurationUs;
-    stHead.uiId = stEvent.uiId;
-    stHead.uiDstMid = stEvent.uiDstMid;
-    stHead.uiCode = stEvent.uiCode;
-    stHead.uiRoom = stEvent.uiRoom;
-    stHead.uiSenderPid = stEvent.uiSenderPid;
-    stHead.uiReceiverPid = stEvent.uiReceiverPid;
+    CopySame(stEvent, stHead);
     (void)stEvent.acReceiver.copy(stHead.acReceiver, sizeof(stHead.acReceiver) - 1);
-    stHead.stHead = stEvent.stHead;
     size_t uiHeld = 0;
     for (size_t i = 0; i < kTapParts; ++i) {
         stHead.auiLength[i] = stEvent.astParts[i].uiLength;
@@ -102,16 +108,8 @@ std::optional<TapEvent> DecodeEvent(std::string_view sBytes) {
                                 stHead.uiFaultDelayMs, std::nullopt};
     }
     stEvent.eBlockSide = static_cast<WireSide>(stHead.ucBlockSide);
-    stEvent.ulTimeUs = stHead.ulTimeUs;
-    stEvent.ulDurationUs = stHead.ulDurationUs;
-    stEvent.uiId = stHead.uiId;
-    stEvent.uiDstMid = stHead.uiDstMid;
-    stEvent.uiCode = stHead.uiCode;
-    stEvent.uiRoom = stHead.uiRoom;
-    stEvent.uiSenderPid = stHead.uiSenderPid;
-    stEvent.uiReceiverPid = stHead.uiReceiverPid;
+    CopySame(stHead, stEvent);
     stEvent.acReceiver = stHead.acReceiver;
-    stEvent.stHead = stHead.stHead;
     for (size_t i = 0; i < kTapParts; ++i) {
         stEvent.astParts[i] = {stHead.auiLength[i],
                                std::string(sBytes.substr(0, stHead.auiHeld[i]))};
